@@ -1,0 +1,15 @@
+// Clock.h - time and threads as the system counts them.
+#pragma once
+
+#include <ctime>
+
+namespace platform {
+
+// Wall time since the process began, or since the library was loaded where the system doesn't
+// tell; wraps like any 32-bit number.
+int MillisecondsSinceStart();
+int CurrentThreadId();
+// Broken-down local time, without the shared buffer of the C library.
+std::tm LocalTime(std::time_t time);
+
+}  // namespace platform

@@ -1,0 +1,16 @@
+// CodePage.h - conversion between the ANSI code page and UTF-8.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// The ANSI code page is the system's own on Windows and GBK (code page 936) elsewhere. Both
+// conversions take all bytes of `text`, zero bytes included, and never fail: an undecodable ANSI
+// byte gives "?", malformed UTF-8 gives U+FFFD (so "?" in ANSI), and so does a character that the
+// ANSI code page lacks.
+std::string Utf8FromAnsi(std::string_view text);
+std::string AnsiFromUtf8(std::string_view text);
+
+}  // namespace platform

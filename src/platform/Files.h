@@ -1,0 +1,33 @@
+// Files.h - what the library asks of the file system. Paths are the file system's bytes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// True if something of that name is there, whatever it is and whatever its rights.
+bool PathExists(const char* path);
+bool IsDirectory(const char* path);
+// One level, with default rights. False if it can't be made.
+bool CreateDirectoryAt(const char* path);
+// Makes every directory of `path`, which ends in a separator. False if one can't be made.
+bool MakeDirectoryPath(const char* path);
+// Is there a file of that name to be found? A path that ends in a separator never is.
+bool FindFile(const char* path);
+
+// The folder for the user's data of this machine, with "Velmora" and a separator at its end, not
+// yet made; empty if the system tells none.
+std::string UserDataFolder();
+// The folder of the revocation lists, with a separator at its end.
+std::string CrlFolder();
+
+// Opens or makes `path`, shared with other processes, appends `record` in one write, with the
+// line ends that a text file has on this platform. The file's size after it, or -1 if it could not
+// be opened.
+std::int64_t AppendTextRecord(const char* path, std::string_view record);
+void RemoveFile(const char* path);
+void RenameFile(const char* from, const char* to);
+
+}  // namespace platform
