@@ -1,0 +1,204 @@
+/* TesmarkOpt.h - electronic seals for PDF applications: which seal picture goes on the page, which
+ * certificate goes with it, and the signature.
+ *
+ * Plain C, one session for the process, to be called from one thread at a time. Texts are in the
+ * system's ANSI code page (GBK on Linux) and end with a zero byte; paths are the file system's
+ * bytes; binary data is a pointer with a 32-bit length. Every function that returns an int gives 0
+ * for success or a code: one of TesmarkResult, or a positive or negative code of the certificate
+ * service or the seal library passed through, any value but 0 being a failure. A record of every
+ * call stands in the user's Fenmoor.log.
+ *
+ * Data comes out through a pair of `out` and `outLen`, without a zero byte behind it, in one of
+ * five forms:
+ *   1 checked query   `out` null: the size goes to *outLen. `out` set: *outLen is the capacity;
+ *                     TESMARK_NO_MEMORY if it is too small, with *outLen left alone; else the
+ *                     bytes are copied and their number goes to *outLen. Both calls do the work.
+ *   2 unchecked query as form 1, but the buffer is not measured: give it the size of the query.
+ *   3 pass-through    the pair goes to the certificate service or the seal library, which take a
+ *                     null `out` as the question for the size.
+ *   4 cached          `out` null: does the work, keeps the result, tells its size. `out` set with
+ *                     a kept result: copies *outLen bytes of it, no more and no less.
+ *   5 state           `out` null: the size goes to *outLen. `out` set: copies *outLen bytes. With
+ *                     an empty state nothing is touched, and the result is 0.
+ *
+ * An impossible string operation (a null pointer with a length, a negative length) leaves the
+ * library as a C++ exception that carries 0x80070057, 0x80004005 or 0x8007000E.
+ */
+#ifndef TESMARK_OPT_H
+#define TESMARK_OPT_H
+
+#if defined(_WIN32) && defined(TESMARK_BUILDING)
+#define TESMARK_EXPORT __declspec(dllexport)
+#elif defined(_WIN32)
+#define TESMARK_EXPORT __declspec(dllimport)
+#else
+#define TESMARK_EXPORT __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The codes that the library makes itself. */
+enum TesmarkResult {
+    TESMARK_OK = 0,
+
+    TESMARK_CRL_NOT_ACCEPTED = 4637,  /* the revocation list could not be given to a component */
+    TESMARK_LAST_LOGIN_FAILED = 4609, /* the service could not tell the last login */
+    TESMARK_NO_LAST_LOGIN = 4608,     /* no certificate in the key */
+    TESMARK_SERVICE_DOWN = 4354,      /* the service is not up */
+    TESMARK_LAST_LOGIN_NO_MEMORY = 4101,
+
+    TESMARK_FAILED = -1,             /* refresh of a revocation list failed; no seal to be had */
+    TESMARK_NOT_AN_ES_FILE = -3,     /* a seal of the old format doesn't begin with "ES" */
+    TESMARK_NULL_ARGUMENT = -1000,   /* SetCertSeal: a null pointer */
+    TESMARK_NO_SEAL_MATCHES = -2031, /* SetCertSeal: nothing matched, and no seal is selected */
+    TESMARK_ENUMERATION_NO_SERVICE = -3000, /* the service can't be started */
+    TESMARK_CERT_LIST_FORMAT = -3002,       /* the list of certificates has no "||" */
+    TESMARK_SEAL_FORMAT = -3003,            /* seal data that doesn't begin with "ES" */
+    TESMARK_CANCELLED = -3004,              /* the dialog was closed, or could not be shown */
+    TESMARK_BUSY = -3006,                   /* a selection is already running */
+    TESMARK_NOT_TRUSTED = -3007,            /* the certificate's chain is not trusted */
+    TESMARK_TIME_STAMP_FAILED = -3008,      /* the time stamp could not be made */
+    TESMARK_CERT_FIELD_FAILED = -3010,      /* a field of the certificate can't be had */
+    TESMARK_NO_MEMORY = -3015,              /* no memory, or the caller's buffer is too small */
+    TESMARK_SERVICE_NOT_FOUND = -3021,      /* the certificate service's file is missing */
+    TESMARK_SERVICE_FAILED = -3022,         /* the certificate service did not start */
+    TESMARK_DEVICE_COUNT_FAILED = -3023,
+    TESMARK_NO_KEY = -3024,           /* no key is present */
+    TESMARK_NO_CERT = -3025,          /* no certificate in the key */
+    TESMARK_CERT_LIST_FAILED = -3026, /* the list of certificates can't be had */
+    TESMARK_PKCS7_FAILED = -3027,     /* the service could not make the PKCS#7 signature */
+    TESMARK_BASE64_FAILED = -3029,
+    TESMARK_CERT_INFO_NO_MEMORY = -3030,
+    TESMARK_KEY_FILE_FAILED = -3032, /* a file of the key can't be read */
+    TESMARK_CERT_EXPORT_FAILED = -3033,
+    TESMARK_BAD_ARGUMENT = -3040, /* a field outside 1 to 34 */
+    TESMARK_CERT_EXPIRED = -3043, /* the certificate has expired or is not yet valid */
+    TESMARK_NO_LAST_LOGIN_CALL = -3044,
+    TESMARK_NOT_SHORT = -3045,    /* inside the library only */
+    TESMARK_CERT_REVOKED = -3047, /* the certificate is revoked */
+    TESMARK_CRL_FAILED = -3048,   /* no usable address of a revocation list */
+    TESMARK_LOGIN_FAILED = -3050  /* the login failed; the inner code stands in the log */
+};
+
+/* --- lifecycle ------------------------------------------------------------------------------- */
+
+/* Starts the certificate service and the seal library, with two attempts. A second call does
+ * nothing. Every function that needs the service does this by itself. */
+TESMARK_EXPORT int InitKVLLib(void);
+
+/* Ends both; the selection stays. Always 0. Unloading the library does not do this. */
+TESMARK_EXPORT int UnInitKVLLib(void);
+
+/* --- selection ------------------------------------------------------------------------------- */
+
+/* Ends one document's selection: certificate, seal and what is cached. Keys stay logged in, and
+ * GetSealPicSize goes on answering. Always 0. */
+TESMARK_EXPORT int ClearSelectKeyID(void);
+
+/* Drops the selected seal and what is cached; the certificate stays. */
+TESMARK_EXPORT void ResetEsealData(void);
+
+/* The type of the selected seal, which decides the signature: 0 a PKCS#7, 1 and 2 a seal signature,
+ * anything else none. */
+TESMARK_EXPORT int GetEsealMode(void);
+
+/* Selects a certificate by its identifier, unchecked; null selects none. The seal stays. */
+TESMARK_EXPORT void SetCurrentCertID(const char* certId);
+
+/* The identifier of the selected certificate; form 5. With `out` set the certificate is checked
+ * first, and a failure of that check is returned with nothing copied. */
+TESMARK_EXPORT int GetSelectedCertId(unsigned char* out, int* outLen);
+
+/* The file of the selected seal, as raw bytes; form 5. Always 0. */
+TESMARK_EXPORT int GetSelectedSeal(unsigned char* out, int* outLen);
+
+/* Selects by what a host remembers: the certificate's serial number as text, as
+ * ParseCertFieldData gives field 2, and the Base64 of the seal's file. Mode 0 asks for the
+ * certificate alone. Serial and Base64 are compared byte for byte. TESMARK_NULL_ARGUMENT;
+ * TESMARK_NO_SEAL_MATCHES where nothing matched and no seal was selected before; 0 where an
+ * earlier seal stays selected. */
+TESMARK_EXPORT int SetCertSeal(const unsigned char* serial, int serialLen,
+                               const unsigned char* sealBase64, int sealLen, int mode);
+
+/* Selects a certificate by its identifier for signatures without a seal. Always 0. */
+TESMARK_EXPORT int SetContentSignCertId(const unsigned char* certId, int certIdLen);
+
+/* 0: choosing a seal doesn't touch the key. Anything else, as at the start: it makes a test
+ * signature, so that the PIN is asked for. */
+TESMARK_EXPORT void SetGetStampPictureMode(unsigned char mode);
+
+/* --- seal pictures --------------------------------------------------------------------------- */
+
+/* The picture that goes on the page, as it is stored; form 4. A null `out` selects: the keys are
+ * read, the user is asked if there is a choice, the key is tried and the seal verified. With `out`
+ * set and nothing cached the selection runs too and fills `out` unmeasured: ask with null first.
+ * TESMARK_CANCELLED, TESMARK_BUSY, codes of the enumeration, the signature and the seal library. */
+TESMARK_EXPORT int GetSealInfo(unsigned char* out, int* outLen);
+
+/* The same picture with one zero byte behind it, as Base64 in a block of the C heap: release it
+ * with free(). `*base64` is left alone after a failure. */
+TESMARK_EXPORT int GetDragSealPic(char** base64);
+
+/* Width and height of the selected seal's picture as the seal tells them (national formats: in
+ * millimetres), -1 by -1 where it tells none. Always 0. */
+TESMARK_EXPORT int GetSealPicSize(int* width, int* height);
+
+/* --- certificates ---------------------------------------------------------------------------- */
+
+/* Selects `certId`, checks it (validity, revocation, chain) and writes its key type to `type`, at
+ * most 260 bytes: "SM2", or another text for RSA. A failure ends the selection. */
+TESMARK_EXPORT int GetCertTypeForJs(const char* certId, char* type);
+
+/* An extension of a DER certificate: 1.2.156.990017.2.1.9.1 if it has it, else 1.3.6.1.5.5.7.1.12
+ * (RFC 3709); form 3. */
+TESMARK_EXPORT int GetCertOidData(const unsigned char* cert, int certLen, unsigned char* out,
+                                  int* outLen);
+
+/* Field 1 to 34 of a DER certificate, among them 2 serial number, 3 key type, 11 and 12 validity,
+ * 17 common name, 33 distinguished name; form 1. TESMARK_BAD_ARGUMENT for another number. */
+TESMARK_EXPORT int ParseCertFieldData(const unsigned char* cert, int certLen, int field,
+                                      unsigned char* out, int* outLen);
+
+/* --- signing and hashing --------------------------------------------------------------------- */
+
+/* The signing functions use the selected certificate and check it first. With nothing selected
+ * they return 0 and touch nothing. */
+
+/* PKCS#1 signature (SM2 with SM3, or RSA with SHA-256); form 1. */
+TESMARK_EXPORT int P1SignData(const unsigned char* data, int dataLen, unsigned char* out,
+                              int* outLen);
+
+/* Mode 0: a detached PKCS#7. Modes 1 and 2: a seal signature, for which `property` is handed to
+ * the seal library. Any other mode: 0 with nothing touched. Form 3. A failure ends the selection.
+ */
+TESMARK_EXPORT int P7SignData(const unsigned char* data, int dataLen, const unsigned char* property,
+                              int propertyLen, unsigned char* out, int* outLen);
+
+/* The same for a file of any size, which is hashed by its path. In mode 0 *outLen comes back 128
+ * larger than what was written. */
+TESMARK_EXPORT int P7SignBigFile(const char* filePath, const unsigned char* property,
+                                 int propertyLen, unsigned char* out, int* outLen);
+
+/* Hash of data by "SM3", "SHA256" or anything else for SHA-1, at most 32 bytes; form 2. With a DER
+ * certificate SM3 is taken over ZA (GB/T 32918.2) and the data. */
+TESMARK_EXPORT int GetHashData(const char* algorithm, const unsigned char* data, int dataLen,
+                               const unsigned char* cert, int certLen, unsigned char* out,
+                               int* outLen);
+
+/* The same for a file. `cert` must be null or a block of the C heap: a failure frees it. */
+TESMARK_EXPORT int GetFileHash(const char* algorithm, const char* filePath, unsigned char* cert,
+                               int certLen, unsigned char* out, int* outLen);
+
+/* --- login ----------------------------------------------------------------------------------- */
+
+/* Opens a key with its PIN; LoginIn selects the certificate too, if that worked. */
+TESMARK_EXPORT int LoginIn(const char* certId, const char* pin);
+TESMARK_EXPORT int CurrentCertLogin(const char* certId, const char* pin);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* TESMARK_OPT_H */

@@ -1,0 +1,89 @@
+// AppOpt.h - the bridge to the certificate service and, for seal signatures, to the seal library.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "bridge/KVLOpt.h"
+#include "foundation/HeapBuffer.h"
+
+// Every operation writes a trace record, makes sure that the service is up (-3022 if it isn't,
+// unless told otherwise) and returns 0 or a code. Certificates are DER, texts GBK. A pair (out,
+// outLen) follows the two-step habit of the service: a null `out` asks for the size.
+class CAppOpt {
+public:
+    // The service's table (owned), its context and whether it is usable; the setting `bVerifyCRL`.
+    CKVLOpt* kvl = nullptr;
+    void* context = nullptr;
+    int initialised = 0;
+    unsigned int verifyCrl = 0;
+
+    // --- certificates and keys (AppOptQuery.cpp) ---
+
+    // The key type text of a certificate ("SM2", anything else is RSA), after the checks that stand
+    // before every signature: validity period, revocation list if that is set, chain. `type` is
+    // filled when the service accepted the certificate; -3043, -3007, -3047 tell why it didn't, and
+    // any other value of SOF_ValidateCert is the result. Throws StringFailure::kGeneral for a
+    // validity that is no date.
+    int GetKeyType(const char* certId, char* type);
+    // The certificate as Base64 text, terminated. The buffer is empty after a failure.
+    int GetKeyCert(const char* certId, CBuffer& base64);
+    // The certificate's DER.
+    int GetKeyCertEx(const char* certId, CBuffer& cert);
+    // The certificates of hardware keys: records of label "||" certId "&&&", terminated.
+    int GetUserList(CBuffer& list);
+    // The identifier under which `certId` logged in last. Codes of its own: 4354, 4608, 4609, 4101,
+    // -3044; also 0 with `found` left empty where the service's file can't be loaded.
+    int GetLastLoginCertID(const char* certId, CBuffer& found);
+    // The common name of a certificate given as Base64 text, whatever `field` says; terminated.
+    int GetCertificateInfo(const char* certBase64, int field, CBuffer& value);
+    // The value of a field, with 16 zero bytes behind it.
+    int GetCertificateInfoEx(const unsigned char* cert, int certLen, int field, CBuffer& value);
+    int GetCertOidData(const unsigned char* cert, int certLen, unsigned char* out, int* outLen);
+    // A file of the key; names of files in a key as records of name "&&&".
+    int ReadKeyFile(const char* fileName, const char* certId, unsigned char* out, int* outLen);
+    int EnumFilesInKey(const char* certId, unsigned char* out, int* outLen);
+    int LoginIn(const char* certId, const char* pin);
+    // 4354 if the service isn't up.
+    int Logout(const char* certId);
+    // The revocation list that the certificate names, from the cache or fetched anew. 4354 if the
+    // service isn't up. 0 with an empty `crl` is possible. Other codes: CrlCache.
+    int GetCrlDataFromCert(const unsigned char* cert, int certLen, std::string& crl);
+
+    // --- signing and hashing (AppOptSign.cpp) ---
+
+    // A PKCS#7 signature; the pair goes to the service as it stands. -3027 for its failure.
+    int SignPlainDataEx(int flag, const unsigned char* data, int dataLen, const char* certId,
+                        unsigned char* out, int* outLen);
+    // A PKCS#1 signature in newly allocated memory.
+    int SignData(const unsigned char* data, int dataLen, const char* certId, CBuffer& signature);
+    // A PKCS#7 signature over the hash of a file, which the service reads by its path. `*outLen`
+    // comes back 128 larger than what was written.
+    int SignBigFile(int flag, const char* filePath, const char* certId, unsigned char* out,
+                    int* outLen);
+    // Seal signatures. `seal` is the whole seal file, `property` a text of the host that the seal
+    // library gets unchanged.
+    int SignData_GB(const unsigned char* data, int dataLen, const char* certId,
+                    const unsigned char* property, int propertyLen, std::string_view seal,
+                    unsigned char* out, int* outLen);
+    int SignBigFile_GB(const char* filePath, const char* certId, const unsigned char* property,
+                       int propertyLen, std::string_view seal, unsigned char* out, int* outLen);
+    // `algorithm` is "SM3", "SHA256" or anything else for SHA-1. Copies the hash without looking
+    // at `*outLen`, if `out` is set, and writes its length there in any case.
+    int HashData(const char* algorithm, const unsigned char* data, int dataLen,
+                 const unsigned char* cert, int certLen, unsigned char* out, int* outLen);
+    // The same for a file. A failure frees `cert`, which must be of the C heap (or null).
+    int HashFile(const char* algorithm, const char* filePath, unsigned char* cert, int certLen,
+                 unsigned char* out, int* outLen);
+
+    // The gate at the head of every operation: starts the service if it is down, once. 0 or -3022.
+    int CheckKVLOKStatus();
+};
+
+// Finds, loads and starts the certificate service, starts the seal library and hands it the
+// machine's settings. 0, -3021, -3022 or the code of TVK_Initialize. Not guarded against a second
+// call: callers look at `initialised` first.
+int KVLInitialize(CAppOpt& appOpt);
+// Ends both. Tolerates a service that never came up.
+void KVLUnInitialize(CAppOpt& appOpt);

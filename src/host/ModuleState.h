@@ -1,0 +1,41 @@
+// ModuleState.h - the one record of a session, and the steps that every export shares.
+#pragma once
+
+#include "bridge/AppOpt.h"
+#include "foundation/StateString.h"
+#include "seal/CertEsealOpt.h"
+
+// One instance of each, set up when the library is loaded, protected by no lock.
+extern CAppOpt g_appOpt;
+extern CCertEsealOpt g_certEsealOpt;
+
+extern StateString g_currentCertId;     // the selected certificate; empty: nothing is selected
+extern StateString g_selectedSeal;      // the selected seal's file
+extern StateString g_selectedSealName;  // kept for the record
+extern int g_esealMode;                 // a SealType, or what a host said in its place
+extern int g_sealPicWidth;
+extern int g_sealPicHeight;
+extern StateString g_sealInfoCache;       // the picture between a size query and its fetch
+extern StateString g_certBase64Data;      // the same for the certificate's Base64
+extern StateString g_packHashCert;        // certificate for the hash of the original PDF
+extern unsigned char g_stampPictureMode;  // 0: selecting a seal doesn't touch the key
+extern int g_sealFlowBusy;                // 1 while the dialog flow runs
+extern int g_selectedSealIndex;           // kept for the record
+
+// At the head of every export that needs the service: starts it if it is down, with two attempts.
+// 0, or the result of the second attempt.
+int EnsureServiceReady();
+
+// As EnsureServiceReady; a failure ends the selection. For the exports that sign.
+int EnsureServiceReadyToSign();
+
+// The exports of these names call them.
+namespace state {
+
+// Ends the document's selection; the key stays logged in. Always 0.
+int ClearSelectKeyID();
+
+// Drops the selected seal and what is cached of it.
+void ResetEsealData();
+
+}  // namespace state

@@ -1,0 +1,158 @@
+#include "TesmarkOpt.h"
+
+#include "foundation/Logger.h"
+#include "host/DataOut.h"
+#include "host/ModuleState.h"
+#include "session/Login.h"
+#include "session/SealRetrieval.h"
+#include "session/Selection.h"
+#include "session/Signing.h"
+
+namespace {
+
+constexpr int kFirstField = 1;
+constexpr int kLastField = 34;
+
+std::string SelectedCertificate() { return g_currentCertId.Text(); }
+
+bool SignsWithSeal() { return g_esealMode == SealTypeGM || g_esealMode == SealTypeGB; }
+
+// A failed signature ends the selection.
+int EndSelectionOnFailure(int result) {
+    if (result != 0) state::ClearSelectKeyID();
+    return result;
+}
+
+}  // namespace
+
+// --- lifecycle ---
+
+int InitKVLLib() { return EnsureServiceReady(); }
+
+int UnInitKVLLib() {
+    if (!g_appOpt.initialised) KVLInitialize(g_appOpt);
+    if (g_appOpt.initialised) KVLUnInitialize(g_appOpt);
+    return 0;
+}
+
+// --- selection ---
+
+int ClearSelectKeyID() { return state::ClearSelectKeyID(); }
+
+void ResetEsealData() { state::ResetEsealData(); }
+
+int GetEsealMode() { return g_esealMode; }
+
+void SetCurrentCertID(const char* certId) { g_currentCertId.AssignText(certId); }
+
+int GetSelectedCertId(unsigned char* out, int* outLen) {
+    return session::GetSelectedCertId(out, outLen);
+}
+
+int GetSelectedSeal(unsigned char* out, int* outLen) {
+    return CopyOutState(g_selectedSeal, out, outLen);
+}
+
+int SetCertSeal(const unsigned char* serial, int serialLen, const unsigned char* sealBase64,
+                int sealLen, int mode) {
+    return session::SetCertSeal(serial, serialLen, sealBase64, sealLen, mode);
+}
+
+int SetContentSignCertId(const unsigned char* certId, int certIdLen) {
+    return session::SetContentSignCertId(certId, certIdLen);
+}
+
+void SetGetStampPictureMode(unsigned char mode) { g_stampPictureMode = mode; }
+
+// --- seal pictures ---
+
+int GetSealInfo(unsigned char* out, int* outLen) { return session::GetSealInfo(out, outLen); }
+
+int GetDragSealPic(char** base64) { return session::GetDragSealPic(base64); }
+
+int GetSealPicSize(int* width, int* height) {
+    *width = g_sealPicWidth;
+    *height = g_sealPicHeight;
+    return 0;
+}
+
+// --- certificates ---
+
+int GetCertTypeForJs(const char* certId, char* type) {
+    if (const int code = EnsureServiceReadyToSign()) return code;
+    g_currentCertId.AssignText(certId);
+    return EndSelectionOnFailure(g_appOpt.GetKeyType(certId, type));
+}
+
+int GetCertOidData(const unsigned char* cert, int certLen, unsigned char* out, int* outLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.GetCertOidData(cert, certLen, out, outLen);
+}
+
+int ParseCertFieldData(const unsigned char* cert, int certLen, int field, unsigned char* out,
+                       int* outLen) {
+    if (field < kFirstField || field > kLastField) return TESMARK_BAD_ARGUMENT;
+    if (const int code = EnsureServiceReady()) return code;
+    CBuffer value;
+    if (const int code = g_appOpt.GetCertificateInfoEx(cert, certLen, field, value)) return code;
+    return CopyOutChecked(value.View(), out, outLen);
+}
+
+// --- signing and hashing ---
+
+int P1SignData(const unsigned char* data, int dataLen, unsigned char* out, int* outLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    const std::string certId = SelectedCertificate();
+    if (certId.empty()) return 0;
+    CBuffer signature;
+    if (const int code = g_appOpt.SignData(data, dataLen, certId.c_str(), signature)) return code;
+    return CopyOutChecked(signature.View(), out, outLen);
+}
+
+int P7SignData(const unsigned char* data, int dataLen, const unsigned char* property,
+               int propertyLen, unsigned char* out, int* outLen) {
+    if (const int code = EnsureServiceReadyToSign()) return code;
+    const std::string certId = SelectedCertificate();
+    if (certId.empty()) return 0;
+    if (SignsWithSeal()) {
+        return EndSelectionOnFailure(g_appOpt.SignData_GB(data, dataLen, certId.c_str(), property,
+                                                          propertyLen, g_selectedSeal.View(), out,
+                                                          outLen));
+    }
+    if (g_esealMode != SealTypeDefault) return 0;
+    return EndSelectionOnFailure(
+        session::SignPlainData(data, dataLen, certId.c_str(), out, outLen));
+}
+
+int P7SignBigFile(const char* filePath, const unsigned char* property, int propertyLen,
+                  unsigned char* out, int* outLen) {
+    if (const int code = EnsureServiceReadyToSign()) return code;
+    const std::string certId = SelectedCertificate();
+    if (certId.empty()) return 0;
+    if (SignsWithSeal()) {
+        return EndSelectionOnFailure(g_appOpt.SignBigFile_GB(
+            filePath, certId.c_str(), property, propertyLen, g_selectedSeal.View(), out, outLen));
+    }
+    if (g_esealMode != SealTypeDefault) return 0;
+    return EndSelectionOnFailure(g_appOpt.SignBigFile(1, filePath, certId.c_str(), out, outLen));
+}
+
+int GetHashData(const char* algorithm, const unsigned char* data, int dataLen,
+                const unsigned char* cert, int certLen, unsigned char* out, int* outLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.HashData(algorithm, data, dataLen, cert, certLen, out, outLen);
+}
+
+int GetFileHash(const char* algorithm, const char* filePath, unsigned char* cert, int certLen,
+                unsigned char* out, int* outLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.HashFile(algorithm, filePath, cert, certLen, out, outLen);
+}
+
+// --- login ---
+
+int LoginIn(const char* certId, const char* pin) { return session::LoginIn(certId, pin); }
+
+int CurrentCertLogin(const char* certId, const char* pin) {
+    return session::CurrentCertLogin(certId, pin);
+}
