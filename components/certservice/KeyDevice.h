@@ -21,13 +21,26 @@ class KeyDevice {
 public:
     virtual ~KeyDevice() = default;
 
+    // How many keys are there to be opened at this moment: the tokens that are plugged in, or one
+    // for a folder of keys. An empty key counts.
+    virtual int CountKeys() = 0;
+
     virtual int ListCertificates(std::vector<DeviceCertificate>& certificates) = 0;
+
+    // True if certIds of that form are this device's, present or not. No key is opened for it.
+    virtual bool Owns(const std::string& certId) = 0;
+
+    // The DER of one certificate; nobody needs to have logged in. kServiceNoSuchCertificate for a
+    // certId never seen here, kServiceKeyRemoved for one that was here and isn't any more.
+    virtual int ExportCertificate(const std::string& certId, std::string& der) = 0;
 
     // Opens the key with its PIN, for the process. The failures are four: wrong PIN, key locked,
     // key removed, key damaged.
     virtual int Login(const std::string& certId, std::string_view pin) = 0;
     virtual int Logout(const std::string& certId) = 0;
     virtual bool IsLoggedIn(const std::string& certId) = 0;
+    // Wrong PINs that the key still bears before it locks; -1 if it doesn't tell.
+    virtual int RetriesLeft(const std::string& certId) = 0;
 
     // Signs a digest with the private key; somebody has logged in. For an SM2 key `digest` is the
     // 32 bytes e of GB/T 32918.2 (the hash over ZA and message) and the signature is the DER of
