@@ -7,6 +7,9 @@
 
 namespace platform {
 
+// What stands between the folders of a path: "\\" or "/".
+char PathSeparator();
+
 // True if something of that name is there, whatever it is and whatever its rights.
 bool PathExists(const char* path);
 bool IsDirectory(const char* path);

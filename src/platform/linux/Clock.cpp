@@ -1,5 +1,6 @@
 #include "platform/Clock.h"
 
+#include <pthread.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -17,11 +18,19 @@ std::int64_t MonotonicMilliseconds() {
 
 const std::int64_t g_start = MonotonicMilliseconds();
 
+// Asking the system costs more than a log record's text. A fork leaves one thread, with a new id.
+thread_local pid_t t_threadId = 0;
+const int g_forkHandler = pthread_atfork(nullptr, nullptr, [] { t_threadId = 0; });
+
 }  // namespace
 
 int MillisecondsSinceStart() { return static_cast<int>(MonotonicMilliseconds() - g_start); }
 
-int CurrentThreadId() { return static_cast<int>(gettid()); }
+int CurrentThreadId() {
+    // Without the handler the number might be stale.
+    if (t_threadId == 0 || g_forkHandler != 0) t_threadId = gettid();
+    return static_cast<int>(t_threadId);
+}
 
 std::tm LocalTime(std::time_t time) {
     std::tm local{};
