@@ -1,0 +1,183 @@
+#include "foundation/Logger.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <string>
+#include <string_view>
+
+#include "foundation/LogFolder.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+
+namespace {
+
+struct LevelRow {
+    const char* name;
+    int value;
+};
+
+constexpr LevelRow kLevels[] = {
+    {"emerg ", 0}, {"alert ", 1}, {"crit  ", 2}, {"error ", 3}, {"warn  ", 4},
+    {"notice", 5}, {"info  ", 6}, {"debug ", 7}, {"trace ", 8}, {nullptr, -1},
+};
+
+constexpr std::size_t kRecordSize = 8192;
+constexpr std::int32_t kRotationSize = 0xA00000;
+
+std::int32_t g_logLevel = kLogTrace;
+
+// An array, so that a record that comes after the release still finds it, empty.
+char g_logFilePath[4097] = {};
+
+// The rows are padded to six characters, so "trace" matches none and the threshold stays what it
+// is. It is meant to.
+void LookUpLevel(std::string_view name) {
+    for (const LevelRow* row = kLevels; row->name != nullptr; ++row) {
+        if (name == row->name) g_logLevel = row->value;
+    }
+}
+
+class LogState {
+public:
+    LogState() {
+        const std::string path = GetLogFolder("") + "Fenmoor.log";
+        if (path.size() < sizeof g_logFilePath)
+            std::memcpy(g_logFilePath, path.data(), path.size());
+        LookUpLevel("trace");
+    }
+    ~LogState() { g_logFilePath[0] = '\0'; }
+};
+
+const LogState g_logState;
+
+// The record under construction: text is cut at the buffer's end, one byte being kept back for
+// the line feed.
+class Record {
+public:
+    PRINTF_FORMAT(2, 3) void Append(const char* format, ...) {
+        va_list arguments;
+        va_start(arguments, format);
+        const int length = std::vsnprintf(m_text + m_length, Left(), format, arguments);
+        va_end(arguments);
+        if (length > 0) m_length += std::min(static_cast<std::size_t>(length), Left() - 1);
+    }
+
+    // A message that doesn't fit vanishes whole, and its line feed takes the place of the blank
+    // in front of it.
+    PRINTF_FORMAT(2, 0) void AppendMessage(const char* format, va_list arguments) {
+        const int length = std::vsnprintf(m_text + m_length, Left(), format, arguments);
+        if (length < 0 || static_cast<std::size_t>(length) >= Left()) {
+            --m_length;
+        } else {
+            m_length += static_cast<std::size_t>(length);
+        }
+    }
+
+    std::string_view Finish() {
+        m_text[m_length++] = '\n';
+        return {m_text, m_length};
+    }
+
+private:
+    std::size_t Left() const { return kRecordSize - m_length; }
+
+    char m_text[kRecordSize];
+    std::size_t m_length = 0;
+};
+
+// The current second as ctime writes it. Breaking a time down costs more than the rest of the
+// record, so each thread keeps its last one.
+const char* CurrentTime() {
+    thread_local std::time_t second = -1;
+    thread_local char text[64];
+    const std::time_t now = std::time(nullptr);
+    if (now == second) return text;
+    constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    const std::tm local = platform::LocalTime(now);
+    std::snprintf(text, sizeof text, "%s %s %2d %02d:%02d:%02d %d", kDays[local.tm_wday],
+                  kMonths[local.tm_mon], local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec,
+                  1900 + local.tm_year);
+    second = now;
+    return text;
+}
+
+const char* LevelName(int level) { return level < 0 ? "      " : kLevels[level].name; }
+
+// What follows the last "/", or without one the last "\", or the whole if nothing follows; without
+// a ")" at its end.
+std::string_view ShortName(std::string_view file) {
+    const auto slash = file.rfind('/');
+    const auto separator = slash != std::string_view::npos ? slash : file.rfind('\\');
+    std::string_view name = file;
+    if (separator != std::string_view::npos && separator + 1 < file.size()) {
+        name = file.substr(separator + 1);
+    }
+    if (name.ends_with(')')) name.remove_suffix(1);
+    return name;
+}
+
+void WriteToStandardOutput(std::string_view record) {
+    std::fwrite(record.data(), 1, record.size(), stdout);
+    std::fflush(stdout);
+}
+
+void RotateLog() {
+    char older[sizeof g_logFilePath + 1];
+    std::snprintf(older, sizeof older, "%s1", g_logFilePath);
+    platform::RemoveFile(older);
+    platform::RenameFile(g_logFilePath, older);
+}
+
+void WriteRecord(std::string_view record) {
+    const bool toFile = g_logFilePath[0] != '\0';
+    const auto size = toFile ? platform::AppendTextRecord(g_logFilePath, record) : -1;
+    if (size < 0) return WriteToStandardOutput(record);
+    if (static_cast<std::int32_t>(size) > kRotationSize) RotateLog();
+}
+
+void CopyName(std::string_view name, char (&field)[256]) {
+    std::memcpy(field, name.data(), std::min(name.size(), sizeof field - 1));
+}
+
+}  // namespace
+
+void WriteLog(const char* file, int line, int level, unsigned int status, const char* format, ...) {
+    if (level > g_logLevel) return;
+    const int lastError = errno;
+    Record record;
+    record.Append("[%s] [%s] [tId:%d] ", CurrentTime(), LevelName(level),
+                  platform::CurrentThreadId());
+    if (file != nullptr && level >= 0) {
+        const std::string_view name = ShortName(file);
+        const int length = static_cast<int>(std::min<std::size_t>(name.size(), 4096));
+        record.Append("%.*s(%d): ", length, name.data(), line);
+    }
+    record.Append("status(%0x), ", status);
+    va_list arguments;
+    va_start(arguments, format);
+    record.AppendMessage(format, arguments);
+    va_end(arguments);
+    WriteRecord(record.Finish());
+    errno = lastError;
+}
+
+LogScope::LogScope(const char* file, const char* function, int line)
+    : m_line(line), m_startMs(platform::MillisecondsSinceStart()) {
+    const std::string_view name = file;
+    CopyName(name.substr(name.rfind('\\') + 1), m_file);
+    CopyName(function, m_function);
+    WriteLog(m_file, m_line, kLogTrace, 0, "[%s start]", m_function);
+}
+
+LogScope::~LogScope() {
+    const auto elapsed = static_cast<unsigned int>(platform::MillisecondsSinceStart()) -
+                         static_cast<unsigned int>(m_startMs);
+    WriteLog(m_file, m_line, kLogTrace, 0, "[%s end][Time consume %d ms]", m_function,
+             static_cast<int>(elapsed));
+}
