@@ -2,13 +2,14 @@
 // end.
 #pragma once
 
+#include <optional>
 #include <string>
 
 class TemporaryPrefix {
 public:
     // Makes an empty folder and sets VELMORA_PREFIX to it.
     TemporaryPrefix();
-    // Removes the folder with all that is in it, and the variable.
+    // Removes the folder with all that is in it, and gives the variable back what it had.
     ~TemporaryPrefix();
     TemporaryPrefix(const TemporaryPrefix&) = delete;
     TemporaryPrefix& operator=(const TemporaryPrefix&) = delete;
@@ -25,4 +26,5 @@ public:
 
 private:
     std::string m_path;
+    std::optional<std::string> m_before;
 };
