@@ -157,18 +157,19 @@ std::optional<unsigned int> ReadHex(std::string_view contents, std::size_t& posi
     return number;
 }
 
+// Ends behind the last digit, so that what follows on the line stays when the bytes are replaced.
 std::optional<std::string> ReadBytes(std::string_view contents, std::size_t& position) {
+    if (AtLineEnd(contents, position)) return std::string();
     std::string bytes;
-    for (;;) {
-        SkipBlanks(contents, position);
-        SkipContinuation(contents, position);
-        if (bytes.empty() && AtLineEnd(contents, position)) return bytes;
-        const auto byte = ReadHex(contents, position, 2);
+    for (auto next = position;; ++next) {
+        SkipBlanks(contents, next);
+        SkipContinuation(contents, next);
+        const auto byte = ReadHex(contents, next, 2);
         if (!byte) return std::nullopt;
         bytes += static_cast<char>(*byte);
-        SkipBlanks(contents, position);
-        if (position >= contents.size() || contents[position] != ',') return bytes;
-        ++position;
+        position = next;
+        SkipBlanks(contents, next);
+        if (next >= contents.size() || contents[next] != ',') return bytes;
     }
 }
 
@@ -218,12 +219,14 @@ struct FoundValue {
 
 std::optional<FoundValue> ReadValue(std::string_view contents, const Line& line,
                                     std::string_view wanted) {
+    if (line.Kind() != '"' && line.Kind() != '@') return std::nullopt;
     auto position = static_cast<std::size_t>(line.text.data() - contents.data());
     std::optional<std::string> name;
     if (line.Kind() == '"') {
         name = ReadQuoted(contents, position);
-    } else if (Accept(contents, position, "@")) {
+    } else {
         name.emplace();
+        ++position;
     }
     if (!name || !EqualNoCase(*name, wanted)) return std::nullopt;
     SkipBlanks(contents, position);
@@ -274,6 +277,12 @@ std::string_view LineEnd(std::string_view contents) {
     return pair ? "\r\n" : "\n";
 }
 
+// A carriage return at the very end is half of a line end already.
+void EndLastLine(std::string& text, std::string_view lineEnd) {
+    if (text.ends_with('\r')) lineEnd = "\n";
+    if (!text.ends_with('\n')) text += lineEnd;
+}
+
 void AppendLine(std::string& text, std::string_view line, std::string_view lineEnd) {
     text.append(line).append(lineEnd);
 }
@@ -312,7 +321,7 @@ bool RegText::AddKey(std::string_view key) {
     if (EndOfSection(m_contents, key)) return true;
     const std::string lineEnd(LineEnd(m_contents));
     if (m_contents.empty()) AppendLine(m_contents, kHeader, lineEnd);
-    if (!m_contents.ends_with('\n')) m_contents += lineEnd;
+    EndLastLine(m_contents, lineEnd);
     AppendLine(m_contents, "", lineEnd);
     AppendLine(m_contents, "[" + std::string(key) + "]", lineEnd);
     return true;
@@ -326,14 +335,10 @@ bool RegText::Set(std::string_view key, std::string_view name, std::string_view 
     }
     if (!AddKey(key)) return false;
     const std::string lineEnd(LineEnd(m_contents));
-    auto position = *EndOfSection(m_contents, key);
-    if (m_contents[position - 1] != '\n') {
-        m_contents.insert(position, lineEnd);
-        position += lineEnd.size();
-    }
+    if (*EndOfSection(m_contents, key) == m_contents.size()) EndLastLine(m_contents, lineEnd);
     std::string line = name.empty() ? "@" : Quoted(name);
     line.append("=").append(literal).append(lineEnd);
-    m_contents.insert(position, line);
+    m_contents.insert(*EndOfSection(m_contents, key), line);
     return true;
 }
 
