@@ -30,3 +30,9 @@ function(tesmark_closed_library target name exports)
         -Wl,--version-script=${exports} -Wl,--no-undefined)
     target_link_libraries(${target} PRIVATE tesmark_options)
 endfunction()
+
+# Part of every build, since it costs less than compiling one file.
+add_custom_target(tesmark_layers ALL
+    COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR}
+            -P ${PROJECT_SOURCE_DIR}/cmake/CheckLayers.cmake
+    COMMENT "Checking that no include goes up" VERBATIM)
