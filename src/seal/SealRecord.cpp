@@ -1,0 +1,15 @@
+#include "seal/SealRecord.h"
+
+#include <cstddef>
+#include <string_view>
+
+// The three fields lie behind one another without a gap, so the text is one run of bytes.
+std::string CertRecord::CertIdText() const {
+    static_assert(offsetof(CertRecord, certName) == offsetof(CertRecord, certId) + sizeof certId);
+    static_assert(offsetof(CertRecord, scanMode) ==
+                  offsetof(CertRecord, certName) + sizeof certName);
+    std::string text(certId, sizeof certId);
+    text.append(certName, sizeof certName);
+    text.append(reinterpret_cast<const char*>(&scanMode), sizeof scanMode);
+    return text.substr(0, text.find('\0'));
+}

@@ -1,0 +1,92 @@
+#include "fakes/LibraryTest.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
+
+#include "fakes/LogHome.h"
+
+namespace {
+
+constexpr const char* kLevelNames[] = {"emerg ", "alert ", "crit  ", "error ", "warn  ",
+                                       "notice", "info  ", "debug ", "trace "};
+constexpr int kLevelError = 3;
+constexpr char kBeforeMessage[] = "status(0), ";
+
+std::string ReadLog() {
+    std::ifstream file(fakes::LogPath(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The level follows the time: "[Sat Nov 14 19:56:26 2026] [trace ] ...".
+int LevelOf(const std::string& record) {
+    const std::size_t name = record.find("] [") + 3;
+    for (int level = 0; level < static_cast<int>(std::size(kLevelNames)); ++level) {
+        if (record.compare(name, 6, kLevelNames[level]) == 0) return level;
+    }
+    ADD_FAILURE() << "not a log record: " << record;
+    return 0;
+}
+
+std::string MessageOf(const std::string& record) {
+    static const std::regex elapsed("Time consume [0-9]+ ms");
+    const std::size_t status = record.find(kBeforeMessage);
+    if (status == std::string::npos) return record;
+    return std::regex_replace(record.substr(status + sizeof kBeforeMessage - 1), elapsed,
+                              "Time consume N ms");
+}
+
+}  // namespace
+
+namespace fakes {
+
+std::string ServicePath(Service service) {
+    std::string folder = FAKES_DIR;
+    switch (service) {
+        case Service::Complete: break;
+        case Service::WithoutTsGenReq: folder += "/no-tsgenreq"; break;
+        case Service::WithoutLastLogin: folder += "/no-lastlogin"; break;
+        case Service::NoLibrary: folder += "/no-library"; break;
+    }
+    return folder + "/" + SERVICE_FILE_NAME;
+}
+
+}  // namespace fakes
+
+LibraryTest::LibraryTest() {
+    fakes::Reset();
+    m_prefix.RegisterCertService(fakes::ServicePath());
+    ForgetLog();
+}
+
+LibraryTest::~LibraryTest() {
+    fakes::Reset();
+    UnInitKVLLib();
+    ClearSelectKeyID();
+    SetGetStampPictureMode(1);
+    fakes::Reset();
+}
+
+std::vector<std::string> LibraryTest::Log(int deepest) const {
+    const std::string text = ReadLog();
+    std::vector<std::string> records;
+    for (std::size_t start = m_logStart; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        const std::string record = text.substr(start, end - start);
+        const int level = LevelOf(record);
+        if (level <= deepest) records.push_back(std::to_string(level) + " " + MessageOf(record));
+        start = end + 1;
+    }
+    return records;
+}
+
+std::vector<std::string> LibraryTest::Errors() const {
+    std::vector<std::string> messages;
+    for (const std::string& record : Log()) {
+        if (record[0] == '0' + kLevelError) messages.push_back(record.substr(2));
+    }
+    return messages;
+}
+
+void LibraryTest::ForgetLog() { m_logStart = ReadLog().size(); }
