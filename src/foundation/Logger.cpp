@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -26,6 +27,8 @@ constexpr LevelRow kLevels[] = {
 };
 
 constexpr std::size_t kRecordSize = 8192;
+// Longer than any path: what follows it always fits.
+constexpr std::size_t kLongestName = 4096;
 constexpr std::int32_t kRotationSize = 0xA00000;
 
 std::int32_t g_logLevel = kLogTrace;
@@ -54,16 +57,21 @@ public:
 
 const LogState g_logState;
 
-// The record under construction: text is cut at the buffer's end, one byte being kept back for
-// the line feed.
+// The record under construction. What stands in front of the message is cut at the buffer's end,
+// one byte being kept back for the line feed.
 class Record {
 public:
-    PRINTF_FORMAT(2, 3) void Append(const char* format, ...) {
-        va_list arguments;
-        va_start(arguments, format);
-        const int length = std::vsnprintf(m_text + m_length, Left(), format, arguments);
-        va_end(arguments);
-        if (length > 0) m_length += std::min(static_cast<std::size_t>(length), Left() - 1);
+    void Append(std::string_view text) {
+        const std::size_t length = std::min(text.size(), Left() - 1);
+        std::memcpy(m_text + m_length, text.data(), length);
+        m_length += length;
+    }
+
+    template <typename Number>
+    void AppendNumber(Number number, int base = 10) {
+        char digits[16];
+        const auto end = std::to_chars(digits, digits + sizeof digits, number, base).ptr;
+        Append({digits, static_cast<std::size_t>(end - digits)});
     }
 
     // A message that doesn't fit vanishes whole, and its line feed takes the place of the blank
@@ -122,6 +130,26 @@ std::string_view ShortName(std::string_view file) {
     return name;
 }
 
+// As "[%s] [%s] [tId:%d] ", "%s(%d): " and "status(%0x), " would: printf costs more than all of it.
+void AppendPrefix(Record& record, const char* file, int line, int level, unsigned int status) {
+    record.Append("[");
+    record.Append(CurrentTime());
+    record.Append("] [");
+    record.Append(LevelName(level));
+    record.Append("] [tId:");
+    record.AppendNumber(platform::CurrentThreadId());
+    record.Append("] ");
+    if (file != nullptr && level >= 0) {
+        record.Append(ShortName(file).substr(0, kLongestName));
+        record.Append("(");
+        record.AppendNumber(line);
+        record.Append("): ");
+    }
+    record.Append("status(");
+    record.AppendNumber(status, 16);
+    record.Append("), ");
+}
+
 void WriteToStandardOutput(std::string_view record) {
     std::fwrite(record.data(), 1, record.size(), stdout);
     std::fflush(stdout);
@@ -151,14 +179,7 @@ void WriteLog(const char* file, int line, int level, unsigned int status, const 
     if (level > g_logLevel) return;
     const int lastError = errno;
     Record record;
-    record.Append("[%s] [%s] [tId:%d] ", CurrentTime(), LevelName(level),
-                  platform::CurrentThreadId());
-    if (file != nullptr && level >= 0) {
-        const std::string_view name = ShortName(file);
-        const int length = static_cast<int>(std::min<std::size_t>(name.size(), 4096));
-        record.Append("%.*s(%d): ", length, name.data(), line);
-    }
-    record.Append("status(%0x), ", status);
+    AppendPrefix(record, file, line, level, status);
     va_list arguments;
     va_start(arguments, format);
     record.AppendMessage(format, arguments);
