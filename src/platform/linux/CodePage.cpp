@@ -1,113 +1,146 @@
 #include "platform/CodePage.h"
 
-#include <iconv.h>
+#include <cstdint>
+#include <cstring>
 
-#include <algorithm>
-#include <cerrno>
-#include <cstddef>
+#include "platform/linux/GbkTables.h"
 
 namespace platform {
 
 namespace {
 
-// One direction's converter, opened once a thread: opening costs four times what a short text
-// does. Without it only ASCII passes.
-class Converter {
+// Collects on the stack and goes to the heap in large pieces: a string that grows by single
+// characters costs more than the conversion.
+class Output {
 public:
-    Converter(const char* to, const char* from) : m_handle(iconv_open(to, from)) {}
-    ~Converter() {
-        if (IsOpen()) iconv_close(m_handle);
+    // At most four bytes' room is made at once.
+    char* Room() {
+        if (m_length + 4 > sizeof m_piece) Flush();
+        return m_piece + m_length;
     }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
-
-    // Appends what can be converted of `text` to `result`. What is left begins with a byte that
-    // can't.
-    std::string_view Append(std::string_view text, std::string& result) {
-        if (!IsOpen()) return text;
-        while (!text.empty()) {
-            char buffer[1024];
-            char* in = const_cast<char*>(text.data());
-            std::size_t inLeft = text.size();
-            char* out = buffer;
-            std::size_t outLeft = sizeof buffer;
-            const bool stopped = iconv(m_handle, &in, &inLeft, &out, &outLeft) == kFailed;
-            const bool full = stopped && errno == E2BIG;
-            result.append(buffer, sizeof buffer - outLeft);
-            text.remove_prefix(text.size() - inLeft);
-            if (stopped && !full) break;
-        }
-        return text;
+    void Used(std::size_t count) { m_length += count; }
+    void Put(char c) {
+        *Room() = c;
+        Used(1);
+    }
+    std::string Take() {
+        if (m_text.empty()) return std::string(m_piece, m_length);
+        Flush();
+        return std::move(m_text);
     }
 
 private:
-    static constexpr auto kFailed = static_cast<std::size_t>(-1);
+    void Flush() {
+        m_text.append(m_piece, m_length);
+        m_length = 0;
+    }
 
-    bool IsOpen() const { return m_handle != reinterpret_cast<iconv_t>(-1); }
-
-    iconv_t m_handle;
+    char m_piece[1024];
+    std::size_t m_length = 0;
+    std::string m_text;
 };
 
-constexpr std::string_view kEuroInUtf8 = "\xE2\x82\xAC";
-constexpr char kEuroInAnsi = '\x80';
-
-std::size_t AsciiLength(std::string_view text) {
-    const auto end = std::find_if(text.begin(), text.end(),
-                                  [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-    return static_cast<std::size_t>(end - text.begin());
+bool IsAscii(std::string_view text) {
+    std::uint64_t any = 0;
+    std::size_t i = 0;
+    for (; i + sizeof any <= text.size(); i += sizeof any) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data() + i, sizeof word);
+        any |= word;
+    }
+    for (; i < text.size(); ++i) any |= static_cast<unsigned char>(text[i]);
+    return (any & 0x8080'8080'8080'8080) == 0;
 }
 
-bool IsTrail(unsigned char byte, unsigned char low, unsigned char high) {
+unsigned int At(std::string_view text, std::size_t i) {
+    return static_cast<unsigned char>(text[i]);
+}
+
+// A character of the code page beyond ASCII, none of which needs four bytes.
+void PutUtf8(unsigned int code, Output& output) {
+    char* out = output.Room();
+    const bool isShort = code < 0x800;
+    if (!isShort) *out++ = static_cast<char>(0xE0 | code >> 12);
+    *out++ = static_cast<char>(isShort ? 0xC0 | code >> 6 : 0x80 | (code >> 6 & 0x3F));
+    *out = static_cast<char>(0x80 | (code & 0x3F));
+    output.Used(isShort ? 2 : 3);
+}
+
+// 0 if no pair of the code page begins `text`.
+unsigned int PairAtFront(std::string_view text) {
+    const unsigned int lead = At(text, 0);
+    if (lead < kGbkFirstLead || lead > kGbkLastLead || text.size() < 2) return 0;
+    const unsigned int trail = At(text, 1);
+    if (trail < kGbkFirstTrail || trail > kGbkLastTrail) return 0;
+    return kUnicodeOfGbk[GbkIndex(lead, trail)];
+}
+
+bool IsBetween(unsigned int byte, unsigned int low, unsigned int high) {
     return byte >= low && byte <= high;
 }
 
-// The bytes that stand for one character, well formed or not: of a malformed sequence as many as
-// could have begun a character (Unicode 15, table 3-7), which become one replacement together.
-std::size_t CharacterLength(std::string_view text) {
-    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = at(0);
-    const std::size_t length = lead < 0xC2 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (lead > 0xF4 || length == 1) return 1;
-    const unsigned char low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
-    const unsigned char high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
-    if (text.size() < 2 || !IsTrail(at(1), low, high)) return 1;
-    std::size_t count = 2;
-    while (count < length && count < text.size() && IsTrail(at(count), 0x80, 0xBF)) ++count;
-    return count;
+struct Character {
+    unsigned int code;   // 0 for a malformed sequence
+    std::size_t length;  // of that as many bytes as could have begun a character
+};
+
+// The character beyond ASCII at the front (Unicode 15, table 3-7).
+Character CharacterAtFront(std::string_view text) {
+    const unsigned int lead = At(text, 0);
+    if (!IsBetween(lead, 0xC2, 0xF4)) return {0, 1};
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    unsigned int low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    unsigned int high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    unsigned int code = lead & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if (i == text.size() || !IsBetween(At(text, i), low, high)) return {0, i};
+        code = code << 6 | (At(text, i) & 0x3F);
+        low = 0x80;
+        high = 0xBF;
+    }
+    return {code, length};
+}
+
+unsigned int GbkOf(unsigned int code) {
+    return code > 0xFFFF ? 0 : kGbkOfUnicode[kGbkPageOfUnicode[code >> 8]][code & 0xFF];
 }
 
 }  // namespace
 
 std::string Utf8FromAnsi(std::string_view text) {
-    const std::size_t ascii = AsciiLength(text);
-    std::string result(text.substr(0, ascii));
-    text.remove_prefix(ascii);
-    if (text.empty()) return result;
-    thread_local Converter converter("UTF-8", "GBK");
-    result.reserve(ascii + text.size() * 3 / 2);
-    while (!(text = converter.Append(text, result)).empty()) {
-        if (text.front() == kEuroInAnsi) {
-            result += kEuroInUtf8;
+    if (IsAscii(text)) return std::string(text);
+    Output output;
+    while (!text.empty()) {
+        const unsigned int first = At(text, 0);
+        const unsigned int code = first < 0x80 ? 0 : PairAtFront(text);
+        if (code != 0) {
+            PutUtf8(code, output);
+        } else if (first == kGbkEuro) {
+            PutUtf8(0x20AC, output);
         } else {
-            result += '?';
+            output.Put(first < 0x80 ? text[0] : '?');
         }
-        text.remove_prefix(1);
+        text.remove_prefix(code != 0 ? 2 : 1);
     }
-    return result;
+    return output.Take();
 }
 
 std::string AnsiFromUtf8(std::string_view text) {
-    const std::size_t ascii = AsciiLength(text);
-    std::string result(text.substr(0, ascii));
-    text.remove_prefix(ascii);
-    if (text.empty()) return result;
-    thread_local Converter converter("GBK", "UTF-8");
-    result.reserve(ascii + text.size());
-    while (!(text = converter.Append(text, result)).empty()) {
-        result += text.starts_with(kEuroInUtf8) ? kEuroInAnsi : '?';
-        text.remove_prefix(CharacterLength(text));
+    if (IsAscii(text)) return std::string(text);
+    Output output;
+    while (!text.empty()) {
+        if (At(text, 0) < 0x80) {
+            output.Put(text[0]);
+            text.remove_prefix(1);
+            continue;
+        }
+        const Character character = CharacterAtFront(text);
+        const unsigned int pair = GbkOf(character.code);
+        if (pair > 0xFF) output.Put(static_cast<char>(pair >> 8));
+        output.Put(pair != 0 ? static_cast<char>(pair) : '?');
+        text.remove_prefix(character.length);
     }
-    return result;
+    return output.Take();
 }
 
 }  // namespace platform
