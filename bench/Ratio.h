@@ -1,0 +1,19 @@
+// Ratio.h - benchmarks whose outcome is not a time but how it stands to a peer's in the same run.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// `ours` and `peer` are names of benchmarks; `goal` is the largest ratio of their times that is
+// good enough.
+struct Ratio {
+    std::string title;
+    std::string ours;
+    std::string peer;
+    double goal;
+};
+
+// Runs all benchmarks of the program several times in mixed order (options of Google Benchmark go
+// before that), then prints a line for each ratio of the medians of wall time. 0 if all goals are
+// reached, 1 if not, 2 for options that are not understood.
+int RunRatios(int count, char** arguments, const std::vector<Ratio>& ratios);
