@@ -1,0 +1,85 @@
+// CertService.h - one context of the certificate service: what its entry points do, without their
+// pointers.
+#pragma once
+
+#include <ctime>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "components/certservice/Certificate.h"
+#include "components/certservice/DataOut.h"
+#include "components/certservice/KeyRing.h"
+#include "components/certservice/RevocationList.h"
+#include "components/certservice/TrustStore.h"
+
+// SOF_SetSignMethod's numbers. With kMethodByKey SM2 keys sign SM3 and RSA keys SHA-256.
+constexpr int kMethodByKey = 0;
+constexpr int kMethodSm2 = 0x00020101;
+constexpr int kMethodRsaSha1 = 0x00010002;
+constexpr int kMethodRsaSha256 = 0x00010004;
+
+// What a process has but once, whatever the number of its contexts.
+struct ServiceProcess {
+    KeyRing keys;
+    TrustStore trust;
+};
+
+// All return a ServiceCode unless told otherwise. Certificates are DER.
+class CertService {
+public:
+    explicit CertService(std::shared_ptr<ServiceProcess> process);
+
+    const std::shared_ptr<ServiceProcess>& Process() const { return m_process; }
+    KeyRing& Keys() { return m_process->keys; }
+    PendingResults& Pending() { return m_pending; }
+
+    // kServiceAlgorithmUnknown for another number; the method in force then stays.
+    int SetSignMethod(int method);
+
+    // What the signing calls sign for `data`: the hash that key and method ask for.
+    // kServiceAlgorithmUnknown if the method in force isn't for that kind of key.
+    struct ToSign {
+        std::string certificate;
+        HashAlgorithm hash = HashAlgorithm::kSm3;
+        std::string digest;
+    };
+    int PrepareData(const std::string& certId, std::string_view data, ToSign& toSign);
+    // The same for a digest that the caller has by `algorithm`.
+    int PrepareDigest(const std::string& certId, int algorithm, std::string_view digest,
+                      ToSign& toSign);
+    // A plain signature, or a detached message, over what was prepared. May ask for the PIN.
+    int Sign(const std::string& certId, const ToSign& toSign, std::string& signature);
+    int SignMessage(const std::string& certId, const ToSign& toSign, std::string& message);
+
+    // `algorithm` 1, 2 or 4. With SM3, a certificate and an id, ZA goes in front; the certificate
+    // must then be an SM2 one, else kServiceAlgorithmUnknown.
+    int HashData(int algorithm, std::string_view data, std::string_view certificate,
+                 std::string_view userId, std::string& hash);
+    int HashFile(int algorithm, const char* path, std::string_view certificate,
+                 std::string_view userId, std::string& hash);
+
+    int VerifyData(std::string_view certificate, std::string_view data, std::string_view signature);
+    int VerifyMessage(std::string_view message, std::string_view data);
+    int VerifyMessageDigest(std::string_view message, std::string_view digest);
+    int MessageField(std::string_view message, int field, std::string& value);
+
+    int CertificateField(std::string_view certificate, int field, std::string& text);
+    int CertificateExtension(std::string_view certificate, const char* oid, std::string& der);
+    // A CertificateVerdict, or kServiceCertificateDamaged.
+    int Validate(std::string_view certificate, std::time_t now);
+    // The list in force for Validate, as Base64 of DER or PEM; an empty text takes it away.
+    // kServiceRevocationListDamaged leaves the one before in force.
+    int SetRevocationList(std::string_view base64);
+
+private:
+    int FindCertificate(const std::string& certId, ToSign& toSign);
+    int HashPrefix(int algorithm, std::string_view certificate, std::string_view userId,
+                   std::string& prefix);
+
+    std::shared_ptr<ServiceProcess> m_process;
+    PendingResults m_pending;
+    CertificateCache m_certificates;
+    std::unique_ptr<RevocationList> m_revocationList;
+    int m_method = kMethodByKey;
+};

@@ -1,0 +1,90 @@
+#include "components/certservice/Certificate.h"
+
+#include <openssl/pem.h>
+#include <openssl/x509v3.h>
+
+#include "components/crypto/Signature.h"
+
+namespace {
+
+// OpenSSL checks an SM2 signature with the empty id unless told otherwise, and can't check any
+// other signature with an id.
+bool SetSignerId(X509* certificate) {
+    if (X509_get_signature_nid(certificate) != NID_SM2_with_SM3) return true;
+    ASN1_OCTET_STRING* id = ASN1_OCTET_STRING_new();
+    if (!id) return false;
+    if (ASN1_STRING_set(id, kSm2DefaultId, sizeof kSm2DefaultId - 1) != 1) {
+        ASN1_OCTET_STRING_free(id);
+        return false;
+    }
+    X509_set0_distinguishing_id(certificate, id);
+    return true;
+}
+
+}  // namespace
+
+CertificateHandle ParseCertificate(std::string_view der) {
+    const auto* cursor = reinterpret_cast<const unsigned char*>(der.data());
+    CertificateHandle certificate(d2i_X509(nullptr, &cursor, static_cast<long>(der.size())));
+    if (certificate && !SetSignerId(certificate.get())) return nullptr;
+    return certificate;
+}
+
+std::vector<CertificateHandle> ReadCertificates(std::string_view content) {
+    std::vector<CertificateHandle> certificates;
+    const BioHandle in(BIO_new_mem_buf(content.data(), static_cast<int>(content.size())));
+    if (!in) return certificates;
+    while (X509* next = PEM_read_bio_X509(in.get(), nullptr, nullptr, nullptr)) {
+        CertificateHandle certificate(next);
+        if (SetSignerId(next)) certificates.push_back(std::move(certificate));
+    }
+    if (certificates.empty()) {
+        CertificateHandle certificate = ParseCertificate(content);
+        if (certificate) certificates.push_back(std::move(certificate));
+    }
+    return certificates;
+}
+
+std::string PemOf(X509* certificate) {
+    const BioHandle out(BIO_new(BIO_s_mem()));
+    if (!out || PEM_write_bio_X509(out.get(), certificate) != 1) return {};
+    char* data = nullptr;
+    const long size = BIO_get_mem_data(out.get(), &data);
+    return std::string(data, static_cast<size_t>(size));
+}
+
+KeyKind KindOfKey(const X509* certificate) {
+    return certificate ? KindOfKey(X509_get0_pubkey(certificate)) : KeyKind::kOther;
+}
+
+bool IsSelfSigned(X509* certificate) { return X509_self_signed(certificate, 0) == 1; }
+
+std::string SerialOf(const X509* certificate) {
+    const BignumHandle serial(ASN1_INTEGER_to_BN(X509_get0_serialNumber(certificate), nullptr));
+    if (!serial) return {};
+    char* hex = BN_bn2hex(serial.get());
+    std::string text = hex ? hex : "";
+    OPENSSL_free(hex);
+    return text;
+}
+
+std::string CommonNameOf(const X509* certificate) {
+    const X509_NAME* subject = X509_get_subject_name(certificate);
+    int last = -1;
+    for (int i = -1; (i = X509_NAME_get_index_by_NID(subject, NID_commonName, i)) >= 0;) last = i;
+    if (last < 0) return {};
+    unsigned char* utf8 = nullptr;
+    const int size =
+        ASN1_STRING_to_UTF8(&utf8, X509_NAME_ENTRY_get_data(X509_NAME_get_entry(subject, last)));
+    if (size < 0) return {};
+    std::string text(reinterpret_cast<char*>(utf8), static_cast<size_t>(size));
+    OPENSSL_free(utf8);
+    return text;
+}
+
+X509* CertificateCache::Parse(std::string_view der) {
+    if (m_certificate && m_der == der) return m_certificate.get();
+    m_certificate = ParseCertificate(der);
+    m_der = m_certificate ? std::string(der) : std::string();
+    return m_certificate.get();
+}

@@ -1,0 +1,137 @@
+#include "components/certservice/KeyRing.h"
+
+#include <openssl/crypto.h>
+
+#include "components/certservice/ServiceCodes.h"
+
+namespace {
+
+constexpr std::string_view kLabelEnd = "||";
+constexpr std::string_view kRecordEnd = "&&&";
+
+void Remove(std::string& text, std::string_view part) {
+    for (size_t at; (at = text.find(part)) != std::string::npos;) text.erase(at, part.size());
+}
+
+// A label that ends in a part of a separator would run into the one behind it.
+std::string WithoutSeparators(std::string label) {
+    Remove(label, kLabelEnd);
+    Remove(label, kRecordEnd);
+    while (!label.empty() && (label.back() == '|' || label.back() == '&')) label.pop_back();
+    return label;
+}
+
+// Wiped before it is freed.
+struct Pin {
+    ~Pin() { OPENSSL_cleanse(text.data(), text.size()); }
+    std::string text;
+};
+
+}  // namespace
+
+KeyRing::KeyRing(std::vector<std::unique_ptr<KeyDevice>> devices,
+                 std::unique_ptr<PinEntry> pinEntry)
+    : m_devices(std::move(devices)), m_pinEntry(std::move(pinEntry)) {}
+
+KeyDevice* KeyRing::DeviceOf(const std::string& certId) {
+    for (const auto& device : m_devices) {
+        if (device->Owns(certId)) return device.get();
+    }
+    return nullptr;
+}
+
+int KeyRing::CountKeys() {
+    int count = 0;
+    for (const auto& device : m_devices) count += device->CountKeys();
+    return count;
+}
+
+int KeyRing::UserList(std::string& list) {
+    list.clear();
+    int failure = kServiceOk;
+    for (const auto& device : m_devices) {
+        std::vector<DeviceCertificate> certificates;
+        if (const int code = device->ListCertificates(certificates)) failure = code;
+        for (const DeviceCertificate& certificate : certificates) {
+            list += WithoutSeparators(certificate.label);
+            list += kLabelEnd;
+            list += certificate.certId;
+            list += kRecordEnd;
+        }
+    }
+    return list.empty() ? failure : kServiceOk;
+}
+
+int KeyRing::ExportCertificate(const std::string& certId, std::string& der) {
+    KeyDevice* device = DeviceOf(certId);
+    return device ? device->ExportCertificate(certId, der) : kServiceNoSuchCertificate;
+}
+
+int KeyRing::Login(const std::string& certId, std::string_view pin) {
+    KeyDevice* device = DeviceOf(certId);
+    return device ? LoginAt(*device, certId, pin) : kServiceNoSuchCertificate;
+}
+
+int KeyRing::LoginAt(KeyDevice& device, const std::string& certId, std::string_view pin) {
+    const int code = device.Login(certId, pin);
+    if (code == kServiceOk) m_lastLogin = certId;
+    return code;
+}
+
+int KeyRing::Logout(const std::string& certId) {
+    KeyDevice* device = DeviceOf(certId);
+    if (!device) return kServiceNoSuchCertificate;
+    if (m_lastLogin == certId) m_lastLogin.clear();
+    return device->Logout(certId);
+}
+
+std::string KeyRing::LabelOf(KeyDevice& device, const std::string& certId) {
+    std::vector<DeviceCertificate> certificates;
+    device.ListCertificates(certificates);
+    for (const DeviceCertificate& certificate : certificates) {
+        if (certificate.certId == certId) return certificate.label;
+    }
+    return certId;
+}
+
+int KeyRing::AskForPin(KeyDevice& device, const std::string& certId) {
+    const std::string label = LabelOf(device, certId);
+    std::string error;
+    for (;;) {
+        Pin pin;
+        const int retries = device.RetriesLeft(certId);
+        if (retries == 0) return kServiceKeyLocked;
+        if (const int code = m_pinEntry->Ask(label, retries, error, pin.text)) return code;
+        const int code = LoginAt(device, certId, pin.text);
+        if (code != kServicePinWrong) return code;
+        error = "PIN码错误";
+    }
+}
+
+int KeyRing::SignDigest(const std::string& certId, HashAlgorithm hash, std::string_view digest,
+                        std::string& signature) {
+    KeyDevice* device = DeviceOf(certId);
+    if (!device) return kServiceNoSuchCertificate;
+    if (!device->IsLoggedIn(certId)) {
+        // A certificate that is gone is told as such, before anybody is asked.
+        std::string der;
+        if (const int code = device->ExportCertificate(certId, der)) return code;
+        if (const int code = AskForPin(*device, certId)) return code;
+    }
+    return device->SignDigest(certId, hash, digest, signature);
+}
+
+int KeyRing::FileList(const std::string& certId, std::string& list) {
+    KeyDevice* device = DeviceOf(certId);
+    if (!device) return kServiceNoSuchCertificate;
+    std::vector<std::string> names;
+    if (const int code = device->ListFiles(certId, names)) return code;
+    list.clear();
+    for (const std::string& name : names) list.append(name).append(kRecordEnd);
+    return kServiceOk;
+}
+
+int KeyRing::ReadFile(const std::string& certId, const std::string& name, std::string& content) {
+    KeyDevice* device = DeviceOf(certId);
+    return device ? device->ReadFile(certId, name, content) : kServiceNoSuchCertificate;
+}

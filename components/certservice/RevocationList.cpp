@@ -1,0 +1,84 @@
+#include "components/certservice/RevocationList.h"
+
+#include <openssl/pem.h>
+#include <openssl/x509v3.h>
+
+#include <climits>
+#include <optional>
+
+#include "components/certservice/SignatureAlgorithm.h"
+#include "components/crypto/Signature.h"
+
+namespace {
+
+// The first element of the outer SEQUENCE, header and all; empty if there is none.
+std::string FirstElement(std::string_view der) {
+    const auto* start = reinterpret_cast<const unsigned char*>(der.data());
+    const unsigned char* cursor = start;
+    long length = 0;
+    int tag = 0;
+    int kind = 0;
+    if (ASN1_get_object(&cursor, &length, &tag, &kind, static_cast<long>(der.size())) & 0x80) {
+        return {};
+    }
+    const unsigned char* element = cursor;
+    const long left = static_cast<long>(der.size()) - (cursor - start);
+    if (ASN1_get_object(&cursor, &length, &tag, &kind, left) & 0x80) return {};
+    return std::string(reinterpret_cast<const char*>(element),
+                       static_cast<size_t>(cursor - element + length));
+}
+
+std::string FromPem(std::string_view content) {
+    const BioHandle in(BIO_new_mem_buf(content.data(), static_cast<int>(content.size())));
+    if (!in) return {};
+    const RevocationListHandle list(PEM_read_bio_X509_CRL(in.get(), nullptr, nullptr, nullptr));
+    return list ? DerOf<i2d_X509_CRL>(list.get()) : std::string();
+}
+
+}  // namespace
+
+RevocationList::RevocationList(RevocationListHandle list, std::string body)
+    : m_list(std::move(list)), m_body(std::move(body)) {}
+
+std::unique_ptr<RevocationList> RevocationList::Parse(std::string_view content) {
+    if (content.size() > INT_MAX) return nullptr;
+    std::string der(content);
+    if (content.starts_with("-----")) der = FromPem(content);
+    const auto* cursor = reinterpret_cast<const unsigned char*>(der.data());
+    RevocationListHandle list(d2i_X509_CRL(nullptr, &cursor, static_cast<long>(der.size())));
+    std::string body = list ? FirstElement(der) : std::string();
+    if (body.empty()) return nullptr;
+    return std::unique_ptr<RevocationList>(new RevocationList(std::move(list), std::move(body)));
+}
+
+Revocation RevocationList::Check(X509* certificate, X509* issuer, std::time_t now) const {
+    if (X509_NAME_cmp(X509_CRL_get_issuer(m_list.get()), X509_get_issuer_name(certificate)) != 0) {
+        return Revocation::kOtherIssuer;
+    }
+    if (!IsSignedBy(issuer)) return Revocation::kUndecided;
+    X509_REVOKED* entry = nullptr;
+    // 2: the entry takes an earlier revocation back.
+    if (X509_CRL_get0_by_cert(m_list.get(), &entry, certificate) == 1) return Revocation::kRevoked;
+    return IsCurrent(now) ? Revocation::kGood : Revocation::kUndecided;
+}
+
+// OpenSSL's own check knows no signer's id for lists.
+bool RevocationList::IsSignedBy(X509* issuer) const {
+    if (!(X509_get_key_usage(issuer) & KU_CRL_SIGN)) return false;
+    const X509_ALGOR* algorithm = nullptr;
+    const ASN1_BIT_STRING* signature = nullptr;
+    X509_CRL_get0_signature(m_list.get(), &signature, &algorithm);
+    EVP_PKEY* key = X509_get0_pubkey(issuer);
+    const std::optional<HashAlgorithm> hash = SignatureHash(algorithm, KindOfKey(key));
+    if (!hash) return false;
+    const std::string_view value(reinterpret_cast<const char*>(ASN1_STRING_get0_data(signature)),
+                                 static_cast<size_t>(ASN1_STRING_length(signature)));
+    return VerifyData(key, *hash, m_body, value);
+}
+
+bool RevocationList::IsCurrent(std::time_t now) const {
+    const ASN1_TIME* from = X509_CRL_get0_lastUpdate(m_list.get());
+    const ASN1_TIME* to = X509_CRL_get0_nextUpdate(m_list.get());
+    if (ASN1_TIME_cmp_time_t(from, now) > 0) return false;
+    return !to || ASN1_TIME_cmp_time_t(to, now) >= 0;
+}

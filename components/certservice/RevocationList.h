@@ -1,0 +1,34 @@
+// RevocationList.h - one certificate revocation list (RFC 5280, section 5), SM2 or RSA.
+#pragma once
+
+#include <ctime>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "components/crypto/Handles.h"
+
+enum class Revocation {
+    kOtherIssuer,  // the list isn't this issuer's and says nothing about the certificate
+    kGood,
+    kRevoked,
+    kUndecided,  // the list can't be relied on: wrong signature, out of date, not the CA's to sign
+};
+
+class RevocationList {
+public:
+    // Takes DER or PEM. Null if it can't be read.
+    static std::unique_ptr<RevocationList> Parse(std::string_view content);
+
+    // What the list says about `certificate`, issued by `issuer`, at the moment `now`. A
+    // certificate that a list out of date names stays revoked.
+    Revocation Check(X509* certificate, X509* issuer, std::time_t now) const;
+
+private:
+    RevocationList(RevocationListHandle list, std::string body);
+    bool IsSignedBy(X509* issuer) const;
+    bool IsCurrent(std::time_t now) const;
+
+    RevocationListHandle m_list;
+    std::string m_body;  // what the signature is over, as it came in
+};

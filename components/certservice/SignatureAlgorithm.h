@@ -1,0 +1,20 @@
+// SignatureAlgorithm.h - the object identifiers that name a hash or a signature, in certificates,
+// revocation lists and messages. Those of the national standards and of the RFCs are both read.
+#pragma once
+
+#include <openssl/x509.h>
+
+#include <optional>
+
+#include "components/crypto/Algorithm.h"
+
+// The hash that `algorithm` names; none if it isn't one of HashAlgorithm.
+std::optional<HashAlgorithm> HashOf(const X509_ALGOR* algorithm);
+
+// The hash of a signature by a key of kind `key`. None if the algorithm doesn't fit the key, if it
+// names no hash, or one that isn't known (RSASSA-PSS among them).
+std::optional<HashAlgorithm> SignatureHash(const X509_ALGOR* algorithm, KeyKind key);
+
+// True if a signature by `key` over `hash` may bear `algorithm`, which may leave the hash out
+// (rsaEncryption, SM2's own identifier).
+bool FitsSignature(const X509_ALGOR* algorithm, KeyKind key, HashAlgorithm hash);

@@ -1,0 +1,53 @@
+// SignedMessage.h - signed messages (PKCS#7): RFC 5652 with an RSA key, GM/T 0010 (GB/T 35275)
+// with an SM2 key.
+#pragma once
+
+#include <openssl/x509.h>
+
+#include <ctime>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "components/crypto/Algorithm.h"
+
+// Signs a digest as KeyDevice::SignDigest does.
+using DigestSigner =
+    std::function<int(HashAlgorithm hash, std::string_view digest, std::string& signature)>;
+
+// Makes a detached message with the signer's certificate in it. `digest` is the hash of the data
+// by `hash`; for an SM2 certificate the value e. With RSA the contentType, signingTime (`now`) and
+// messageDigest are signed; with SM2 there are no signed attributes. A ServiceCode.
+int MakeSignedMessage(X509* certificate, HashAlgorithm hash, std::string_view digest,
+                      std::time_t now, const DigestSigner& sign, std::string& message);
+
+// A message of others as well: either set of object identifiers, attached or detached, with or
+// without signed attributes, in BER, and with bytes behind it.
+class SignedMessage {
+public:
+    // Null if no message with a signer can be read.
+    static std::unique_ptr<SignedMessage> Parse(std::string_view message);
+    ~SignedMessage();
+
+    // kServiceOk if every signer's signature over `data` is good. The chain of the signer isn't
+    // looked at. An attached message has to hold the same data, or `data` is empty and its own are
+    // checked. kServiceDigestMismatch: the data are others; kServiceSignatureInvalid;
+    // kServiceAlgorithmUnknown; kServiceMessageDamaged: the signer's certificate is missing, or
+    // parts contradict each other.
+    int VerifyData(std::string_view data) const;
+    // The same from the data's hash; with SM2 the value e. One of another length than the signer's
+    // hash is a mismatch.
+    int VerifyDigest(std::string_view digest) const;
+
+    // 1: the data, empty if detached. 2: the first signer's certificate, DER. 3: the first
+    // signer's signature value. kServiceNoSuchField for another number.
+    int Field(int field, std::string& value) const;
+
+private:
+    struct Content;
+    explicit SignedMessage(std::unique_ptr<Content> content);
+    int Verify(std::string_view bytes, bool fromData) const;
+
+    std::unique_ptr<Content> m_content;
+};

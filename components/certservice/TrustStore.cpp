@@ -1,0 +1,104 @@
+#include "components/certservice/TrustStore.h"
+
+#include "components/certservice/Certificate.h"
+
+namespace {
+
+using StoreContextHandle = OpenSslHandle<X509_STORE_CTX, X509_STORE_CTX_free>;
+
+struct Findings {
+    bool untrusted = false;
+    bool expired = false;
+    bool notYetValid = false;
+};
+
+// Lets the check go on, so that an untrusted certificate is told as such even if it is out of date.
+int NoteError(int good, X509_STORE_CTX* context) {
+    if (good) return 1;
+    auto* findings = static_cast<Findings*>(X509_STORE_CTX_get_app_data(context));
+    switch (X509_STORE_CTX_get_error(context)) {
+        case X509_V_ERR_CERT_HAS_EXPIRED: findings->expired = true; break;
+        case X509_V_ERR_CERT_NOT_YET_VALID: findings->notYetValid = true; break;
+        default: findings->untrusted = true; break;
+    }
+    return 1;
+}
+
+CertificateVerdict RevocationVerdict(STACK_OF(X509) * chain, const RevocationList& list,
+                                     std::time_t now) {
+    bool undecided = false;
+    // The anchor at the end is trusted by its own presence.
+    for (int i = 0; i + 1 < sk_X509_num(chain); ++i) {
+        switch (list.Check(sk_X509_value(chain, i), sk_X509_value(chain, i + 1), now)) {
+            case Revocation::kRevoked:
+                return i == 0 ? kCertificateRevoked : kCertificateIssuerRevoked;
+            case Revocation::kUndecided: undecided = true; break;
+            case Revocation::kOtherIssuer:
+            case Revocation::kGood: break;
+        }
+    }
+    return undecided ? kCertificateRevocationUndecided : kCertificateGood;
+}
+
+}  // namespace
+
+TrustStore::TrustStore(std::string folder) : m_folder(std::move(folder)) {}
+
+TrustStore::~TrustStore() { sk_X509_pop_free(m_intermediates, X509_free); }
+
+bool TrustStore::IsUnchanged() const {
+    FileStamp stamp;
+    if (!m_loaded || !m_anchors) return false;
+    ReadStamp(m_folder, stamp);
+    if (stamp != m_stamp) return false;
+    for (const File& file : m_files) {
+        FileStamp now;
+        if (!ReadStamp(file.path, now) || now != file.stamp) return false;
+    }
+    return true;
+}
+
+void TrustStore::Load() {
+    m_anchors.reset(X509_STORE_new());
+    sk_X509_pop_free(m_intermediates, X509_free);
+    m_intermediates = sk_X509_new_null();
+    m_files.clear();
+    m_stamp = {};
+    m_loaded = true;
+    if (m_folder.empty() || !ReadStamp(m_folder, m_stamp)) return;
+    for (const std::string& name : FilesIn(m_folder)) LoadFile(m_folder + "/" + name);
+}
+
+void TrustStore::LoadFile(const std::string& path) {
+    File file{path, {}};
+    std::string content;
+    if (!ReadStamp(path, file.stamp)) return;
+    m_files.push_back(file);
+    if (!ReadWholeFile(path, content)) return;
+    for (CertificateHandle& certificate : ReadCertificates(content)) {
+        if (IsSelfSigned(certificate.get())) {
+            X509_STORE_add_cert(m_anchors.get(), certificate.get());
+        } else if (sk_X509_push(m_intermediates, certificate.get()) > 0) {
+            certificate.release();
+        }
+    }
+}
+
+CertificateVerdict TrustStore::Validate(X509* certificate, const RevocationList* list,
+                                        std::time_t now) {
+    if (!IsUnchanged()) Load();
+    const StoreContextHandle context(X509_STORE_CTX_new());
+    if (!context || !m_anchors ||
+        X509_STORE_CTX_init(context.get(), m_anchors.get(), certificate, m_intermediates) != 1) {
+        return kCertificateUntrusted;
+    }
+    Findings findings;
+    X509_STORE_CTX_set_app_data(context.get(), &findings);
+    X509_STORE_CTX_set_verify_cb(context.get(), NoteError);
+    X509_STORE_CTX_set_time(context.get(), 0, now);
+    if (X509_verify_cert(context.get()) != 1 || findings.untrusted) return kCertificateUntrusted;
+    if (findings.expired) return kCertificateExpired;
+    if (findings.notYetValid) return kCertificateNotYetValid;
+    if (!list) return kCertificateGood;
+    return RevocationVerdict(X509_STORE_CTX_get0_chain(context.get()), *list, now);
+}

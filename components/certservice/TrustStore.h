@@ -1,0 +1,55 @@
+// TrustStore.h - the folder of trusted certificates, and the check of a certificate against it.
+#pragma once
+
+#include <openssl/x509_vfy.h>
+
+#include <string>
+#include <vector>
+
+#include "components/certservice/DurableFile.h"
+#include "components/certservice/RevocationList.h"
+#include "components/crypto/Handles.h"
+
+// The results of a check as SOF_ValidateCert tells them, the weightiest first.
+enum CertificateVerdict : int {
+    kCertificateGood = 0,
+    kCertificateUntrusted = -1,
+    kCertificateExpired = -2,
+    kCertificateNotYetValid = -5,
+    kCertificateRevoked = -3,
+    kCertificateIssuerRevoked = -6,
+    kCertificateRevocationUndecided = -4,  // a list of its issuer is at hand but can't be relied on
+};
+
+// Every file of the folder may hold certificates, in PEM or DER. Those that are self-signed are
+// trusted; the others only help to build a chain. Files in folders below don't count.
+class TrustStore {
+public:
+    // A folder that isn't there trusts nobody.
+    explicit TrustStore(std::string folder);
+    ~TrustStore();
+    TrustStore(const TrustStore&) = delete;
+    TrustStore& operator=(const TrustStore&) = delete;
+
+    // Checks chain, validity at `now` and, if there is a list, revocation. A certificate whose
+    // issuer (or an issuer above) the list names is of a revoked issuer. The folder is read again
+    // if it or a file in it has changed.
+    CertificateVerdict Validate(X509* certificate, const RevocationList* list, std::time_t now);
+
+private:
+    struct File {
+        std::string path;
+        FileStamp stamp;
+    };
+
+    bool IsUnchanged() const;
+    void Load();
+    void LoadFile(const std::string& path);
+
+    std::string m_folder;
+    FileStamp m_stamp;
+    std::vector<File> m_files;
+    bool m_loaded = false;
+    OpenSslHandle<X509_STORE, X509_STORE_free> m_anchors;
+    STACK_OF(X509) * m_intermediates = nullptr;
+};
