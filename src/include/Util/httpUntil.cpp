@@ -1,0 +1,89 @@
+#include "include/Util/httpUntil.h"
+
+#include <curl/curl.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "foundation/Logger.h"
+#include "platform/StandardError.h"
+#include "platform/SystemLibrary.h"
+
+namespace {
+
+constexpr int kCurlVersion = 4;
+
+// The calls in use; all null if the library can't be opened or lacks one of them.
+struct Curl {
+    decltype(&::curl_global_init) globalInit = nullptr;
+    decltype(&::curl_easy_init) init = nullptr;
+    CURLcode (*setOption)(CURL*, CURLoption, ...) = nullptr;
+    decltype(&::curl_easy_perform) perform = nullptr;
+    decltype(&::curl_easy_cleanup) cleanup = nullptr;
+};
+
+template <typename Call>
+bool Take(platform::ModuleHandle module, const char* name, Call& call) {
+    call = reinterpret_cast<Call>(platform::FindSymbol(module, name));
+    return call != nullptr;
+}
+
+Curl OpenCurl() {
+    const platform::ModuleHandle module = platform::LoadSystemLibrary("curl", kCurlVersion);
+    Curl curl;
+    const bool whole = module != nullptr && Take(module, "curl_global_init", curl.globalInit) &&
+                       Take(module, "curl_easy_init", curl.init) &&
+                       Take(module, "curl_easy_setopt", curl.setOption) &&
+                       Take(module, "curl_easy_perform", curl.perform) &&
+                       Take(module, "curl_easy_cleanup", curl.cleanup);
+    return whole ? curl : Curl{};
+}
+
+std::size_t WriteToFile(const char* data, std::size_t size, std::size_t count, void* file) {
+    return std::fwrite(data, size, count, static_cast<std::FILE*>(file));
+}
+
+int Report(CURLcode result) {
+    if (result != CURLE_OK) TESMARK_LOG(kLogError, "curl_easy_setopt failed, %d", result);
+    return result;
+}
+
+int SetOptions(const Curl& curl, CURL* handle, const char* url) {
+    const auto set = [&](CURLoption option, auto value) {
+        return Report(curl.setOption(handle, option, value));
+    };
+    if (const int code = set(CURLOPT_URL, url)) return code;
+    if (platform::TracesToStandardError()) {
+        if (const int code = set(CURLOPT_VERBOSE, 1L)) return code;
+    }
+    for (const CURLoption option : {CURLOPT_NOPROGRESS, CURLOPT_FOLLOWLOCATION}) {
+        if (const int code = set(option, 1L)) return code;
+    }
+    for (const CURLoption option : {CURLOPT_SSL_VERIFYPEER, CURLOPT_SSL_VERIFYHOST}) {
+        if (const int code = set(option, 0L)) return code;
+    }
+    return set(CURLOPT_WRITEFUNCTION, &WriteToFile);
+}
+
+}  // namespace
+
+int CHttpUntil::DownloadFile(std::string url, std::string path) {
+    static const Curl curl = OpenCurl();
+    const CURLcode started =
+        curl.globalInit != nullptr ? curl.globalInit(CURL_GLOBAL_ALL) : CURLE_FAILED_INIT;
+    if (started != CURLE_OK) {
+        TESMARK_LOG(kLogError, "curl_global_init failed, %d", started);
+        return started;
+    }
+    // A null handle shows up as an option that fails.
+    const std::unique_ptr<CURL, decltype(curl.cleanup)> handle(curl.init(), curl.cleanup);
+    if (const int code = SetOptions(curl, handle.get(), url.c_str())) return code;
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(std::fopen(path.c_str(), "wb"),
+                                                                  &std::fclose);
+    if (!file) return 0;
+    const CURLcode told = curl.setOption(handle.get(), CURLOPT_WRITEDATA, file.get());
+    if (const int code = Report(told)) return code;
+    const CURLcode performed = curl.perform(handle.get());
+    if (performed != CURLE_OK) TESMARK_LOG(kLogError, "curl_easy_perform failed, %d", performed);
+    return performed;
+}

@@ -1,0 +1,16 @@
+// httpUntil.h - downloads over HTTP and HTTPS by libcurl.
+#pragma once
+
+#include "include/Util/Downloader.h"
+
+// libcurl is opened at the first download of the process and stays. One that can't be opened counts
+// as a curl_global_init that failed.
+//
+// Redirects are followed; the server's certificate is not checked, since what comes is signed by
+// itself. The page of an HTTP error is a result like any other and lands in the file. There is no
+// limit of time but the system's own, and no retry. Not to be used while another thread starts
+// libcurl.
+class CHttpUntil : public Downloader {
+public:
+    int DownloadFile(std::string url, std::string path) override;
+};
