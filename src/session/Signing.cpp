@@ -1,0 +1,42 @@
+#include "session/Signing.h"
+
+#include "TesmarkOpt.h"
+#include "bridge/TwoStep.h"
+#include "foundation/Logger.h"
+#include "foundation/Registry.h"
+#include "host/ModuleState.h"
+
+namespace {
+
+// Room for a second signature that comes out longer than the first.
+constexpr int kSpareOfSignature = 128;
+
+// There is no time-stamp engine yet, so no time stamp can be made.
+int SignTimeStamp(const CBuffer&, unsigned char*, int*) { return TESMARK_TIME_STAMP_FAILED; }
+
+// The signature is made twice, for its size and for itself, whatever the host asks for.
+int SignAndStamp(const unsigned char* data, int dataLen, const char* certId, unsigned char* out,
+                 int* outLen) {
+    CBuffer signature;
+    const TwoStepOutcome made = FetchInTwoSteps(
+        [&](unsigned char* buffer, int* length) {
+            return g_appOpt.SignPlainDataEx(1, data, dataLen, certId, buffer, length);
+        },
+        kSpareOfSignature, signature);
+    if (made.noMemory) return TESMARK_NO_MEMORY;
+    if (made.result != 0) return made.result;
+    const int result = SignTimeStamp(signature, out, outLen);
+    if (result == 0) return 0;
+    TESMARK_LOG(kLogError, "SignTimeStamp error %d", result);
+    return TESMARK_TIME_STAMP_FAILED;
+}
+
+}  // namespace
+
+int session::SignPlainData(const unsigned char* data, int dataLen, const char* certId,
+                           unsigned char* out, int* outLen) {
+    if (ReadNumberSetting("bSignWithTimeStamp") != 0) {
+        return SignAndStamp(data, dataLen, certId, out, outLen);
+    }
+    return g_appOpt.SignPlainDataEx(1, data, dataLen, certId, out, outLen);
+}
