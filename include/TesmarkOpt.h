@@ -187,7 +187,8 @@ TESMARK_EXPORT int GetHashData(const char* algorithm, const unsigned char* data,
                                const unsigned char* cert, int certLen, unsigned char* out,
                                int* outLen);
 
-/* The same for a file. `cert` must be null or a block of the C heap: a failure frees it. */
+/* The same for a file. `cert` must be null or a block of the C heap: when the hash itself fails, it
+ * is freed. A service that can't be started leaves it alone. */
 TESMARK_EXPORT int GetFileHash(const char* algorithm, const char* filePath, unsigned char* cert,
                                int certLen, unsigned char* out, int* outLen);
 

@@ -81,7 +81,7 @@ int GetSealPicSize(int* width, int* height) {
 int GetCertTypeForJs(const char* certId, char* type) {
     if (const int code = EnsureServiceReadyToSign()) return code;
     g_currentCertId.AssignText(certId);
-    return EndSelectionOnFailure(g_appOpt.GetKeyType(certId, type));
+    return EndSelectionOnFailure(g_appOpt.GetKeyType(SelectedCertificate().c_str(), type));
 }
 
 int GetCertOidData(const unsigned char* cert, int certLen, unsigned char* out, int* outLen) {
