@@ -1,0 +1,81 @@
+#include "seal/CertEsealOpt.h"
+
+#include <cstdlib>
+
+#include "TesmarkOpt.h"
+#include "bridge/TwoStep.h"
+#include "foundation/Logger.h"
+
+namespace {
+
+// A result of 0 from the second attempt goes on, whatever the flag says.
+bool ServiceFailed(CAppOpt& appOpt) {
+    if (appOpt.initialised) return false;
+    KVLInitialize(appOpt);
+    return !appOpt.initialised && KVLInitialize(appOpt) != 0;
+}
+
+// The names of the files in the key; false if they can't be had.
+bool ListFiles(CAppOpt& appOpt, const char* certId, std::string& names) {
+    int size = 0;
+    if (const int code = appOpt.EnumFilesInKey(certId, nullptr, &size)) {
+        TESMARK_LOG(kLogError, "EnumFilesInKey1 error:%d", code);
+        return false;
+    }
+    CBuffer list = AllocateAnswer(size, 1);
+    const auto fetch = [&](unsigned char* out, int* outLen) {
+        return appOpt.EnumFilesInKey(certId, out, outLen);
+    };
+    const int code = list ? FetchAnswer(fetch, list, 1) : TESMARK_NO_MEMORY;
+    if (code != 0) {
+        TESMARK_LOG(kLogError, "EnumFilesInKey2 error:%d", code);
+        return false;
+    }
+    names = list.View();
+    return true;
+}
+
+}  // namespace
+
+int CCertEsealOpt::GetCertAndPic() {
+    TESMARK_LOG_SCOPE("CCertEsealOpt::GetCertAndPic");
+    if (ServiceFailed(*m_appOpt)) {
+        TESMARK_LOG(kLogError, "KVLInitialize error");
+        return TESMARK_ENUMERATION_NO_SERVICE;
+    }
+    if (const int code = GetUserList()) {
+        TESMARK_LOG(kLogError, "GetUserList error:%d", code);
+        return code;
+    }
+    if (const int code = GetEsealInfo()) {
+        TESMARK_LOG(kLogError, "GetEsealInfo error:%d", code);
+        return code;
+    }
+    return 0;
+}
+
+int CCertEsealOpt::GetEsealInfo() {
+    TESMARK_LOG_SCOPE("CCertEsealOpt::GetEsealInfo");
+    for (std::size_t index = 0; index < m_certs.size(); ++index) {
+        const std::string certId = m_certs[index].CertIdText();
+        std::string list;
+        if (!ListFiles(*m_appOpt, certId.c_str(), list)) continue;
+        std::vector<std::string> names;
+        if (praseEnumFiles(std::move(list), names) == 0) {
+            TESMARK_LOG(kLogError, "praseEnumFiles error");
+            continue;
+        }
+        GetEsealList(std::move(names), static_cast<int>(index), certId.c_str());
+    }
+    return 0;
+}
+
+void CCertEsealOpt::ClearCertList() {
+    for (CertRecord& cert : m_certs) {
+        for (SealRecord& seal : cert.seals) {
+            std::free(std::exchange(seal.picData, nullptr));
+            std::free(std::exchange(seal.sealData, nullptr));
+        }
+    }
+    m_certs.clear();
+}

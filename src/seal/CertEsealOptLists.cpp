@@ -1,0 +1,98 @@
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "TesmarkOpt.h"
+#include "foundation/Logger.h"
+#include "seal/CertEsealOpt.h"
+
+namespace {
+
+constexpr std::string_view kBehindLabel = "||";
+constexpr std::string_view kBehindEntry = "&&&";
+constexpr std::string_view kScanDevice = "hlvqDev";
+constexpr std::string_view kScanEntry = "hlvqDev000000000000000000";
+constexpr std::string_view kScanLabel = "扫码签章";
+constexpr std::string_view kCloudLabel = "翠枫证书";
+constexpr std::array<std::string_view, 4> kSealFileNames = {"ESEAL", "SEAL01", "GBESEAL",
+                                                            "HLVQSEAL"};
+
+struct Entry {
+    std::string_view label;
+    std::string_view certId;
+};
+
+// Takes the entry at `position` and moves it on; false where no whole entry is left. An end that
+// comes before the bars gives an empty identifier and stands in the label.
+bool NextEntry(std::string_view list, std::size_t& position, Entry& entry) {
+    const std::size_t bars = list.find(kBehindLabel, position);
+    const std::size_t end = list.find(kBehindEntry, position);
+    if (bars == std::string_view::npos || end == std::string_view::npos) return false;
+    entry.label = list.substr(position, bars - position);
+    const std::size_t certId = bars + kBehindLabel.size();
+    entry.certId = end > certId ? list.substr(certId, end - certId) : std::string_view();
+    position = end + kBehindEntry.size();
+    return true;
+}
+
+// Names the entry of the scan and sets its mode; false for one that isn't listed. The mode of a
+// scan device other than the placeholder stays that of the entry before: hosts know it so.
+bool Classify(Entry& entry, int& scanMode) {
+    if (entry.certId.find(kScanDevice) != std::string_view::npos) {
+        if (entry.certId.find(kScanEntry) == std::string_view::npos) return true;
+        entry.label = kScanLabel;
+        scanMode = 1;
+        return true;
+    }
+    if (entry.label.find(kCloudLabel) != std::string_view::npos) return false;
+    scanMode = 0;
+    return true;
+}
+
+CertRecord RecordOf(const Entry& entry, int scanMode) {
+    CertRecord record;
+    entry.certId.copy(record.certId, sizeof record.certId);
+    entry.label.copy(record.certName, sizeof record.certName);
+    record.scanMode = scanMode;
+    return record;
+}
+
+bool IsSealFile(std::string_view name) {
+    return std::any_of(kSealFileNames.begin(), kSealFileNames.end(), [&](std::string_view part) {
+        return name.find(part) != std::string_view::npos;
+    });
+}
+
+}  // namespace
+
+int CCertEsealOpt::GetUserList() {
+    TESMARK_LOG_SCOPE("CCertEsealOpt::GetUserList");
+    CBuffer buffer;
+    if (const int code = m_appOpt->GetUserList(buffer)) {
+        TESMARK_LOG(kLogError, "GetUserList error:%d", code);
+        return code;
+    }
+    const std::string list = buffer ? buffer.Text() : "";
+    if (list.find(kBehindLabel) == std::string::npos) {
+        TESMARK_LOG(kLogError, "Cert error:ERROR_TESMARK_CERT_FORMAT");
+        return TESMARK_CERT_LIST_FORMAT;
+    }
+    ClearCertList();
+    int scanMode = 0;
+    Entry entry;
+    for (std::size_t position = 0; NextEntry(list, position, entry);) {
+        if (Classify(entry, scanMode)) m_certs.push_back(RecordOf(entry, scanMode));
+    }
+    return 0;
+}
+
+int CCertEsealOpt::praseEnumFiles(std::string text, std::vector<std::string>& names) {
+    std::size_t end = text.find(kBehindEntry);
+    if (end == std::string::npos) return 0;
+    for (std::size_t start = 0; end != std::string::npos; end = text.find(kBehindEntry, start)) {
+        const std::string name = text.substr(start, end - start);
+        if (IsSealFile(name)) names.push_back(name);
+        start = end + kBehindEntry.size();
+    }
+    return 1;
+}
