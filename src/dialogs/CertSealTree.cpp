@@ -1,0 +1,4 @@
+#include "dialogs/CertSealTree.h"
+
+// No program shows dialogs yet.
+DialogEnd ShowCertSealTree(CertSealPick*) { return DialogEnd::Failed; }
