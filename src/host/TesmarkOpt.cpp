@@ -46,7 +46,10 @@ int GetEsealMode() { return g_esealMode; }
 void SetCurrentCertID(const char* certId) { g_currentCertId.AssignText(certId); }
 
 int GetSelectedCertId(unsigned char* out, int* outLen) {
-    return session::GetSelectedCertId(out, outLen);
+    if (out != nullptr) {
+        if (const int code = session::CheckSelectedCert()) return code;
+    }
+    return CopyOutState(g_currentCertId, out, outLen);
 }
 
 int GetSelectedSeal(unsigned char* out, int* outLen) {

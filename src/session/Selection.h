@@ -7,6 +7,8 @@ namespace session {
 int SetCertSeal(const unsigned char* serial, int serialLen, const unsigned char* sealBase64,
                 int sealLen, int mode);
 int SetContentSignCertId(const unsigned char* certId, int certIdLen);
-int GetSelectedCertId(unsigned char* out, int* outLen);
+// Checks the selected certificate before its identifier is handed out: 0 for an empty selection,
+// else the result of CAppOpt::GetKeyType.
+int CheckSelectedCert();
 
 }  // namespace session

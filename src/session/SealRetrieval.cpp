@@ -1,0 +1,77 @@
+#include "session/SealRetrieval.h"
+
+#include "TesmarkOpt.h"
+#include "foundation/HeapBuffer.h"
+#include "foundation/Logger.h"
+#include "foundation/Registry.h"
+#include "host/ModuleState.h"
+#include "seal/SealReaders.h"
+#include "session/SealFlows.h"
+
+namespace {
+
+enum SealPosition : unsigned int {
+    kOnlineService = 1,
+    kNameByXml = 3,
+    kNameBySize = 4,
+};
+
+bool IsLocal(unsigned int position) {
+    return position != kOnlineService && position != kNameByXml && position != kNameBySize;
+}
+
+// The sources other than the keys have no flow of their own yet.
+int RefuseSource(unsigned int position) {
+    TESMARK_LOG(kLogError, "[GetSealInfo]: no seals to be had for bSealPosition %u", position);
+    return TESMARK_FAILED;
+}
+
+// However the dialog flow is left, by a failure that passes through too, the next question is
+// answered.
+struct EndOfDialogFlow {
+    ~EndOfDialogFlow() { g_sealFlowBusy = 0; }
+};
+
+int SelectLocally(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus) {
+    if (g_sealFlowBusy == 1) return TESMARK_BUSY;
+    if (buffer != nullptr && !g_sealInfoCache.Empty()) {
+        g_sealInfoCache.CopyTo(buffer, *length);
+        return 0;
+    }
+    if (const int code = g_certEsealOpt.GetCertAndPic()) {
+        TESMARK_LOG(kLogError, "GetCertAndPic error:%d", code);
+        return code;
+    }
+    if (g_certEsealOpt.m_certs.size() == 1) {
+        const int code = SelectSingleCertFlow(buffer, length, withTimeStamp, reqStatus);
+        if (code != TESMARK_NOT_SHORT) return code;
+    }
+    const EndOfDialogFlow end;
+    return SelectByDialogFlow(buffer, length, withTimeStamp, reqStatus);
+}
+
+}  // namespace
+
+namespace session {
+
+int GetSealInfo(unsigned char* buffer, int* length) {
+    TESMARK_LOG_SCOPE("GetSealInfo");
+    const unsigned int position = ReadNumberSetting("bSealPosition");
+    const bool withTimeStamp = ReadNumberSetting("bSignWithTimeStamp") != 0;
+    const int reqStatus = static_cast<int>(ReadNumberSetting("ReqEsealStatus"));
+    if (!IsLocal(position)) return RefuseSource(position);
+    return SelectLocally(buffer, length, withTimeStamp, reqStatus);
+}
+
+// Hosts know the one zero byte behind the picture, which is part of the text.
+int GetDragSealPic(char** base64) {
+    int length = 0;
+    if (const int code = GetSealInfo(nullptr, &length)) return code;
+    ++length;
+    const CBuffer picture(static_cast<std::size_t>(length));
+    if (!picture) return TESMARK_NO_MEMORY;
+    if (const int code = GetSealInfo(picture.Data(), &length)) return code;
+    return GetSealPicBase64(picture.Data(), length, base64);
+}
+
+}  // namespace session
