@@ -1,0 +1,115 @@
+#include <cstddef>
+#include <set>
+
+#include "drawing/GdPicture.h"
+#include "drawing/Picture.h"
+
+namespace {
+
+constexpr int kLeastVisibleAlpha = 24;
+constexpr int kGifColours = 64;
+// Sixteen steps from white to the colour look smooth and keep the file a third of its size.
+constexpr int kAlphaStep = 17;
+// White is what stands behind the transparent index, for readers that know no transparency; so
+// a white that is to be seen is another one.
+constexpr int kTransparentWhite = 0xFFFFFF;
+constexpr int kVisibleWhite = 0xFEFEFE;
+
+std::string BytesOf(void* data, int size) {
+    const GdBytes owner(data);
+    if (!owner) return {};
+    return {static_cast<const char*>(data), static_cast<std::size_t>(size)};
+}
+
+int OverWhite(int colour, int alpha) { return (colour * alpha + 255 * (255 - alpha)) / 255; }
+
+// The pixel's colour on white paper in few steps, or -1 where nothing is to be seen.
+int GifColour(const std::uint8_t* pixel) {
+    if (pixel[3] < kLeastVisibleAlpha) return -1;
+    const int alpha = (pixel[3] + kAlphaStep / 2) / kAlphaStep * kAlphaStep;
+    const int colour = gdTrueColor(OverWhite(pixel[0], alpha), OverWhite(pixel[1], alpha),
+                                   OverWhite(pixel[2], alpha));
+    return colour == kTransparentWhite ? kVisibleWhite : colour;
+}
+
+const std::uint8_t* PixelAt(const Picture& picture, int x, int y) {
+    return picture.rgba.data() + 4 * (std::size_t(y) * picture.width + x);
+}
+
+bool HasFewColours(const Picture& picture) {
+    std::set<int> colours;
+    for (std::size_t at = 0; at + 4 <= picture.rgba.size(); at += 4) {
+        colours.insert(GifColour(&picture.rgba[at]));
+        if (colours.size() > kGifColours) return false;
+    }
+    return true;
+}
+
+// libgd's reduction of a picture with many colours, without the transparent pixels.
+GdImage ReducedPicture(const Picture& picture) {
+    GdImage image(gdImageCreateTrueColor(picture.width, picture.height));
+    if (!image) return {};
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            const int colour = GifColour(PixelAt(picture, x, y));
+            gdImageSetPixel(image.get(), x, y, colour < 0 ? kTransparentWhite : colour);
+        }
+    }
+    if (!gdImageTrueColorToPalette(image.get(), 0, kGifColours)) return {};
+    return image;
+}
+
+GdImage EmptyPalettePicture(const Picture& picture) {
+    return GdImage(gdImageCreatePalette(picture.width, picture.height));
+}
+
+bool IsComplete(const Picture& picture) {
+    return picture.width > 0 && picture.height > 0 &&
+           picture.rgba.size() == std::size_t{4} * picture.width * picture.height;
+}
+
+}  // namespace
+
+std::string EncodeGif(const Picture& picture) {
+    if (!IsComplete(picture)) return {};
+    const bool fewColours = HasFewColours(picture);
+    const GdImage image = fewColours ? EmptyPalettePicture(picture) : ReducedPicture(picture);
+    if (!image) return {};
+    const int transparent = gdImageColorAllocate(image.get(), 255, 255, 255);
+    gdImageColorTransparent(image.get(), transparent);
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            const int colour = GifColour(PixelAt(picture, x, y));
+            if (colour < 0) {
+                gdImageSetPixel(image.get(), x, y, transparent);
+            } else if (fewColours) {
+                const int index =
+                    gdImageColorResolve(image.get(), gdTrueColorGetRed(colour),
+                                        gdTrueColorGetGreen(colour), gdTrueColorGetBlue(colour));
+                gdImageSetPixel(image.get(), x, y, index);
+            }
+        }
+    }
+    int size = 0;
+    void* const data = gdImageGifPtr(image.get(), &size);
+    return BytesOf(data, size);
+}
+
+std::string EncodePng(const Picture& picture) {
+    if (!IsComplete(picture)) return {};
+    const GdImage image(gdImageCreateTrueColor(picture.width, picture.height));
+    if (!image) return {};
+    gdImageAlphaBlending(image.get(), 0);
+    gdImageSaveAlpha(image.get(), 1);
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            const std::uint8_t* pixel = PixelAt(picture, x, y);
+            const int transparency = 127 - pixel[3] * 127 / 255;
+            gdImageSetPixel(image.get(), x, y,
+                            gdTrueColorAlpha(pixel[0], pixel[1], pixel[2], transparency));
+        }
+    }
+    int size = 0;
+    void* const data = gdImagePngPtr(image.get(), &size);
+    return BytesOf(data, size);
+}
