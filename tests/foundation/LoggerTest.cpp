@@ -1,0 +1,244 @@
+#include "foundation/Logger.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "foundation/Text.h"
+#include "support/Program.h"
+#include "support/TemporaryPrefix.h"
+
+namespace {
+
+using testing::MatchesRegex;
+
+// POSIX classes: [A-Z] depends on nothing here, the program runs in the C locale.
+constexpr char kTime[] = "\\[[A-Z][a-z][a-z] [A-Z][a-z][a-z] [ 0-9][0-9] [0-9:]{8} [0-9]{4}\\] ";
+
+class LoggerTest : public testing::Test {
+protected:
+    ProgramOutcome Run(std::vector<std::string> arguments, const ProgramOptions& options = {}) {
+        arguments.insert(arguments.begin(), LOG_WRITER);
+        return RunProgram(arguments, options);
+    }
+    void Record(const std::string& file, const std::string& level = "8",
+                const std::string& status = "0", const std::string& text = "text") {
+        ASSERT_EQ(Run({"record", file, "12", level, status, text}).exitCode, 0);
+    }
+    std::string Folder() const { return m_prefix.Path() + "/Velmora/ESealLog/"; }
+    std::string LogFile() const { return Folder() + "Fenmoor.log"; }
+    std::string Log() const { return ReadFileToString(LogFile()); }
+    // What follows the thread id in the only record.
+    std::string Rest() const {
+        const std::string log = Log();
+        const auto id = log.find("[tId:");
+        const auto end = log.find("] ", id);
+        return end == std::string::npos ? log : log.substr(end + 2);
+    }
+    void MakeLog(std::uintmax_t size) const {
+        std::filesystem::create_directories(Folder());
+        std::ofstream(LogFile()).put('x');
+        std::filesystem::resize_file(LogFile(), size);
+    }
+
+    TemporaryPrefix m_prefix;
+};
+
+constexpr std::uintmax_t kLimit = 10'485'760;
+
+TEST_F(LoggerTest, TheFirstRecordMakesTheFoldersAndTheFile) {
+    Record("AppOpt");
+    EXPECT_TRUE(std::filesystem::is_regular_file(LogFile()));
+}
+
+TEST_F(LoggerTest, ARecordIsOneLineOfTimeLevelThreadPlaceStatusAndMessage) {
+    Record("AppOpt", "8", "0", "[HttpPost start]");
+    EXPECT_THAT(Log(), MatchesRegex(std::string(kTime) + "\\[trace \\] \\[tId:[0-9]+\\] " +
+                                    "AppOpt\\(12\\): status\\(0\\), \\[HttpPost start\\]\n"));
+}
+
+TEST_F(LoggerTest, EachLevelHasItsNameOfSixCharacters) {
+    const char* names[] = {"emerg ", "alert ", "crit  ", "error ", "warn  ",
+                           "notice", "info  ", "debug ", "trace "};
+    for (int level = 0; level <= 8; ++level) {
+        Record("AppOpt", std::to_string(level));
+        EXPECT_NE(Log().find(std::string("] [") + names[level] + "] [tId:"), std::string::npos);
+    }
+}
+
+TEST_F(LoggerTest, TheWordTraceMatchesNoRowSoTheThresholdStaysEight) {
+    Record("AppOpt", "8");
+    EXPECT_FALSE(Log().empty());
+}
+
+TEST_F(LoggerTest, ALevelAboveTheThresholdIsNotWritten) {
+    Record("AppOpt", "9");
+    EXPECT_EQ(Log(), "");
+}
+
+TEST_F(LoggerTest, ANegativeLevelLeavesThePlaceOut) {
+    Record("AppOpt", "-1");
+    EXPECT_EQ(Rest(), "status(0), text\n");
+}
+
+TEST_F(LoggerTest, ANullFileLeavesThePlaceOut) {
+    Record("-");
+    EXPECT_EQ(Rest(), "status(0), text\n");
+}
+
+TEST_F(LoggerTest, TheStatusIsInLowerCaseHexadecimalWithoutPadding) {
+    Record("AppOpt", "8", "3054");
+    EXPECT_EQ(Rest(), "AppOpt(12): status(bee), text\n");
+}
+
+TEST_F(LoggerTest, TheNameIsWhatFollowsTheLastBackslashWithoutASlash) {
+    Record(".\\AppOpt");
+    EXPECT_EQ(Rest(), "AppOpt(12): status(0), text\n");
+}
+
+TEST_F(LoggerTest, ASlashIsSearchedBeforeABackslash) {
+    Record("a/b\\c");
+    EXPECT_EQ(Rest(), "b\\c(12): status(0), text\n");
+}
+
+TEST_F(LoggerTest, AParenthesisAtTheNamesEndIsRemovedOnce) {
+    Record("x\\y)");
+    EXPECT_EQ(Rest(), "y(12): status(0), text\n");
+}
+
+TEST_F(LoggerTest, OnlyOneParenthesisAtTheNamesEndIsRemoved) {
+    Record("y))");
+    EXPECT_EQ(Rest(), "y)(12): status(0), text\n");
+}
+
+TEST_F(LoggerTest, AFileThatEndsInASeparatorIsUsedWhole) {
+    Record("a\\b/");
+    EXPECT_EQ(Rest(), "a\\b/(12): status(0), text\n");
+}
+
+TEST_F(LoggerTest, TextsAreWrittenByteByByte) {
+    Record("AppOpt", "8", "0", "返回状态码：5");
+    EXPECT_EQ(Rest(), "AppOpt(12): status(0), 返回状态码：5\n");
+}
+
+TEST_F(LoggerTest, ARecordThatFillsTheBufferIsWrittenWhole) {
+    ASSERT_EQ(Run({"exactly", "8192"}).exitCode, 0);
+    const std::string log = Log();
+    EXPECT_EQ(log.size() - (log.find('\n') + 1), 8192U);
+    EXPECT_THAT(log, testing::EndsWith("xxx\n"));
+}
+
+TEST_F(LoggerTest, AMessageThatDoesNotFitVanishesWholeAndTheLineFeedTakesTheBlanksPlace) {
+    ASSERT_EQ(Run({"exactly", "8193"}).exitCode, 0);
+    const std::string log = Log();
+    EXPECT_THAT(log.substr(log.find('\n') + 1),
+                MatchesRegex(".*\\[tId:[0-9]+\\] AppOpt\\(1\\): status\\(0\\),\n"));
+}
+
+TEST_F(LoggerTest, AFileNameLongerThanAnyPathLeavesTheRestInPlace) {
+    Record(std::string(9000, 'n'));
+    EXPECT_EQ(Rest(), std::string(4096, 'n') + "(12): status(0), text\n");
+}
+
+TEST_F(LoggerTest, AFileOfExactlyTheLimitIsNotRotated) {
+    MakeLog(kLimit - 4000);
+    ASSERT_EQ(Run({"upto", std::to_string(kLimit)}).exitCode, 0);
+    ASSERT_TRUE(std::filesystem::exists(LogFile()));
+    EXPECT_EQ(std::filesystem::file_size(LogFile()), kLimit);
+    EXPECT_FALSE(std::filesystem::exists(LogFile() + "1"));
+}
+
+TEST_F(LoggerTest, ARecordThatPassesTheLimitByOneByteIsWrittenWholeAndThenTheFileIsRenamed) {
+    MakeLog(kLimit - 4000);
+    ASSERT_EQ(Run({"upto", std::to_string(kLimit + 1)}).exitCode, 0);
+    EXPECT_FALSE(std::filesystem::exists(LogFile()));
+    ASSERT_TRUE(std::filesystem::exists(LogFile() + "1"));
+    EXPECT_EQ(std::filesystem::file_size(LogFile() + "1"), kLimit + 1);
+    EXPECT_THAT(ReadFileToString(LogFile() + "1"), testing::EndsWith("xxx\n"));
+}
+
+TEST_F(LoggerTest, TheEarlierGenerationIsGoneAfterARotation) {
+    MakeLog(kLimit);
+    std::ofstream(LogFile() + "1") << "old";
+    Record("AppOpt");
+    EXPECT_GT(std::filesystem::file_size(LogFile() + "1"), kLimit);
+}
+
+TEST_F(LoggerTest, TheNextRecordAfterARotationMakesAFreshFile) {
+    MakeLog(kLimit);
+    Record("AppOpt");
+    Record("Second");
+    EXPECT_EQ(Rest(), "Second(12): status(0), text\n");
+}
+
+TEST_F(LoggerTest, AFailedRotationIsIgnoredAndTheFileGoesOnGrowing) {
+    MakeLog(kLimit);
+    std::filesystem::create_directories(LogFile() + "1/held");
+    Record("AppOpt");
+    Record("AppOpt");
+    EXPECT_GT(std::filesystem::file_size(LogFile()), kLimit + 80);
+}
+
+TEST_F(LoggerTest, ALogThatCannotBeOpenedGoesToStandardOutput) {
+    std::filesystem::create_directories(LogFile());
+    const ProgramOutcome outcome = Run({"record", "AppOpt", "12", "3", "0", "text"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.out, testing::EndsWith("AppOpt(12): status(0), text\n"));
+}
+
+TEST_F(LoggerTest, WithoutAUserFolderTheLogIsInTheWorkingDirectory) {
+    const std::string blocked = m_prefix.Path() + "/file";
+    std::ofstream(blocked) << "x";
+    const ProgramOptions options{m_prefix.Path(), {{"VELMORA_PREFIX", blocked + "/below"}}};
+    const ProgramOutcome outcome = Run({"record", "AppOpt", "12", "3", "0", "text"}, options);
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(ReadFileToString(m_prefix.Path() + "/Fenmoor.log"),
+                testing::EndsWith("AppOpt(12): status(0), text\n"));
+}
+
+TEST_F(LoggerTest, TheFoldersAreMadeAndEndInASeparator) {
+    const ProgramOutcome outcome = Run({"folders"});
+    EXPECT_EQ(outcome.out, m_prefix.Path() + "/Velmora/\n" + Folder() + "\n");
+    EXPECT_TRUE(std::filesystem::is_directory(Folder()));
+}
+
+TEST_F(LoggerTest, FoldersThatCannotBeMadeAreEmpty) {
+    std::ofstream(m_prefix.Path() + "/Velmora") << "x";
+    EXPECT_EQ(Run({"folders"}, {m_prefix.Path(), {}}).out, "\n\n");
+}
+
+TEST_F(LoggerTest, AScopeWritesItsStartAndItsEndWithTheElapsedTime) {
+    ASSERT_EQ(Run({"scope", "C:\\src\\AppOpt"}).exitCode, 0);
+    EXPECT_THAT(Log(), MatchesRegex(".*AppOpt\\(77\\): status\\(0\\), \\[HttpPost start\\]\n"
+                                    ".*AppOpt\\(77\\): status\\(0\\), \\[HttpPost end\\]"
+                                    "\\[Time consume [0-9]+ ms\\]\n"));
+}
+
+TEST_F(LoggerTest, AFunctionLeftByAnExceptionHasItsEndWithTheLineOfTheOpening) {
+    ASSERT_EQ(Run({"throw", "AppOpt"}).exitCode, 0);
+    EXPECT_THAT(Log(), MatchesRegex(".*\n.*AppOpt\\(77\\): status\\(0\\), \\[HttpPost end\\].*\n"));
+}
+
+TEST_F(LoggerTest, AScopesFileNameIsCutAtTheEndOfItsField) {
+    ASSERT_EQ(Run({"scope", std::string(300, 'n')}).exitCode, 0);
+    EXPECT_THAT(Rest(), testing::StartsWith(std::string(255, 'n') + "(77): "));
+}
+
+TEST_F(LoggerTest, RecordsOfSeveralThreadsStayWhole) {
+    ASSERT_EQ(Run({"threads", "4", "100"}).exitCode, 0);
+    std::istringstream lines(Log());
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        ASSERT_THAT(line, MatchesRegex("\\[.*\\[tId:[0-9]+\\] AppOpt\\([0-9]+\\): " +
+                                       std::string("status\\(0\\), [0-9]{200}")));
+    }
+    EXPECT_EQ(count, 400);
+}
+
+}  // namespace

@@ -1,0 +1,132 @@
+#include "foundation/Registry.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+#include "support/TemporaryPrefix.h"
+
+namespace {
+
+class RegistryTest : public testing::Test {
+protected:
+    // The lines of the product's settings.
+    void Store(const std::string& lines) const {
+        std::ofstream(m_prefix.Path() + "/machine.reg")
+            << "[HKEY_LOCAL_MACHINE\\software\\Velmora\\fenmoor]\n"
+            << lines;
+    }
+    static CRegistry Settings() {
+        return CRegistry(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine,
+                                                   kSettingsKey,
+                                                   platform::RegistryAccess::AllAccess));
+    }
+
+    TemporaryPrefix m_prefix;
+};
+
+TEST_F(RegistryTest, WithoutAStoreEverySettingIsAbsent) {
+    EXPECT_EQ(ReadNumberSetting("bSealPosition"), 0U);
+    EXPECT_EQ(ReadTextSetting("sWSURL"), "");
+}
+
+TEST_F(RegistryTest, SettingsAreReadAfreshAtEachUse) {
+    m_prefix.SetNumber("bSealPosition", 1);
+    EXPECT_EQ(ReadNumberSetting("bSealPosition"), 1U);
+    m_prefix.SetNumber("bSealPosition", 3);
+    EXPECT_EQ(ReadNumberSetting("bSealPosition"), 3U);
+}
+
+TEST_F(RegistryTest, ATextOf199BytesIsReadWholeAndOneOf200CountsAsAbsent) {
+    m_prefix.SetText("sWSURL", std::string(199, 'a'));
+    EXPECT_EQ(ReadTextSetting("sWSURL"), std::string(199, 'a'));
+    m_prefix.SetText("sWSURL", std::string(200, 'a'));
+    EXPECT_EQ(ReadTextSetting("sWSURL"), "");
+}
+
+TEST_F(RegistryTest, TheLimitCountsBytesOfGbkNotOfTheFile) {
+    std::string text;
+    for (int i = 0; i < 99; ++i) text += "章";
+    m_prefix.SetText("sWSURL", text);  // 198 bytes of GBK, 297 of UTF-8
+    EXPECT_EQ(ReadTextSetting("sWSURL"), text);
+    m_prefix.SetText("sWSURL", text + "章");
+    EXPECT_EQ(ReadTextSetting("sWSURL"), "");
+}
+
+TEST_F(RegistryTest, ATextEndsAtItsFirstZeroByteWhateverItsType) {
+    Store("\"sWSURL\"=hex:61,62,00,63\n\"appid\"=dword:00646362\n");
+    EXPECT_EQ(ReadTextSetting("sWSURL"), "ab");
+    EXPECT_EQ(ReadTextSetting("appid"), "bcd");
+}
+
+TEST_F(RegistryTest, ATextWithoutATerminatorIsReadWhole) {
+    Store("\"sWSURL\"=hex:61,62\n");
+    EXPECT_EQ(ReadTextSetting("sWSURL"), "ab");
+}
+
+TEST_F(RegistryTest, ATextOfAtMostFourBytesUnderANumbersNameIsTakenAsRawBytes) {
+    Store("\"bSealPosition\"=\"abc\"\n");
+    EXPECT_EQ(ReadNumberSetting("bSealPosition"), 0x00636261U);
+}
+
+TEST_F(RegistryTest, ALongerTextUnderANumbersNameCountsAsAbsent) {
+    Store("\"bSealPosition\"=\"abcd\"\n");
+    EXPECT_EQ(ReadNumberSetting("bSealPosition"), 0U);
+    EXPECT_EQ(Settings().GetNumber("bSealPosition", 7), 7U);
+}
+
+TEST_F(RegistryTest, AShorterValueFillsOnlyTheFirstBytesOfANumber) {
+    Store("\"bSealPosition\"=hex:01\n");
+    EXPECT_EQ(Settings().GetNumber("bSealPosition", 0x11223344), 0x11223301U);
+}
+
+TEST_F(RegistryTest, AnAbsentNumberIsWhatTheCallerSays) {
+    Store("");
+    EXPECT_EQ(Settings().GetNumber("none", 5), 5U);
+}
+
+TEST_F(RegistryTest, AFailedReadingLeavesTheTextAlone) {
+    Store("");
+    std::string text = "before";
+    EXPECT_EQ(Settings().GetString("none", text), 0);
+    EXPECT_EQ(text, "before");
+}
+
+TEST_F(RegistryTest, AClosedClassFailsQuietly) {
+    CRegistry none;
+    std::string text = "before";
+    EXPECT_EQ(none.GetString("x", text), 0);
+    EXPECT_EQ(none.SetString("x", "y"), 0);
+    EXPECT_EQ(none.GetNumber("x", 9), 9U);
+    EXPECT_EQ(none.CreateKey(), 0);
+    EXPECT_EQ(none.key, nullptr);
+}
+
+TEST_F(RegistryTest, CreateKeyMakesTheKeyOfTheListsTimesAndOpensItTheSecondTime) {
+    for (int i = 0; i < 2; ++i) {
+        CRegistry times(platform::RegistryRootKey(platform::RegistryRoot::LocalMachine));
+        ASSERT_EQ(times.CreateKey(), 1);
+        const std::string time = "2026/11/14 23:59:0" + std::to_string(i);
+        EXPECT_EQ(times.SetString("ca1.crl", time), 1);
+        std::string read;
+        EXPECT_EQ(times.GetString("ca1.crl", read), 1);
+        EXPECT_EQ(read, time);
+    }
+    CRegistry opened(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kCrlTimesKey,
+                                               platform::RegistryAccess::AllAccess));
+    std::string read;
+    EXPECT_EQ(opened.GetString("CA1.CRL", read), 1);
+    EXPECT_EQ(read, "2026/11/14 23:59:01");
+}
+
+TEST_F(RegistryTest, CreateKeyThatFailsLeavesTheHandleAlone) {
+    std::ofstream(m_prefix.Path() + "/file") << "x";
+    setenv("VELMORA_PREFIX", (m_prefix.Path() + "/file").c_str(), 1);
+    const auto root = platform::RegistryRootKey(platform::RegistryRoot::LocalMachine);
+    CRegistry times(root);
+    EXPECT_EQ(times.CreateKey(), 0);
+    EXPECT_EQ(times.key, root);
+}
+
+}  // namespace

@@ -1,0 +1,21 @@
+// Program.h - runs a program to its end and keeps what it wrote.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+struct ProgramOutcome {
+    int exitCode = -1;  // -1 if it could not be started or was ended by a signal
+    std::string out;    // standard output
+    std::string error;  // standard error
+};
+
+struct ProgramOptions {
+    std::string folder;                                            // working directory; empty: ours
+    std::vector<std::pair<std::string, std::string>> environment;  // in addition to ours
+};
+
+// `arguments` begins with the program's path. Its standard input is empty.
+ProgramOutcome RunProgram(const std::vector<std::string>& arguments,
+                          const ProgramOptions& options = {});
