@@ -126,8 +126,7 @@ TEST_F(TokenSoftHsmTest, FilesWrittenByPkcs11ToolComeInTheOrderOfTheirNames) {
     m_softHsm.StorePair("A", "2a03");
     m_softHsm.StoreFile("A", "c.esl", "third", "--application-label 2a03");
     m_softHsm.StoreFile("A", "a.esl", "first", "--application-id 1.2.3");
-    m_softHsm.StoreFile("A", "b.esl", "second",
-                        "--application-label 2a03 --application-id 1.2.3");
+    m_softHsm.StoreFile("A", "b.esl", "second", "--application-label 2a03 --application-id 1.2.3");
     m_softHsm.StoreFile("A", "0.esl", "of nobody", "--application-label 99");
     Open();
     const std::string certId = OnlyCertId();
@@ -249,6 +248,18 @@ TEST_F(TokenSoftHsmTest, ATokenWhoseFolderIsGoneCountsAsPulled) {
     EXPECT_TRUE(List().empty());
     EXPECT_EQ(m_device->CountKeys(), 0);
     EXPECT_TRUE(m_device->Owns(certId));
+}
+
+TEST_F(TokenSoftHsmTest, AProcessMayEndWithItsDeviceOpen) {
+    m_softHsm.MakeToken("A");
+    m_softHsm.StorePair("A", "01");
+    const auto useAndEnd = [this] {
+        static auto* const device = OpenOnlyDevice().release();
+        std::vector<DeviceCertificate> certificates;
+        device->ListCertificates(certificates);
+        std::exit(device->Login(certificates.at(0).certId, "123456") == kServiceOk ? 0 : 1);
+    };
+    EXPECT_EXIT(useAndEnd(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(TokenSoftHsmTest, NoTokenIsNoFailure) {
