@@ -13,16 +13,16 @@
 // What a certificate shall say. Texts are GBK; an empty one leaves its part out.
 struct CertificateRequest {
     std::string country = "CN";
-    std::string organization;
-    std::string organizationalUnit;
-    std::string commonName;
-    std::string email;              // a subject alternative name
-    std::string serial;             // hexadecimal, up to 20 bytes; empty: 16 random bytes
-    std::time_t notBefore = 0;      // 0: an hour ago
-    std::time_t notAfter = 0;       // 0: three years after notBefore
-    std::string distributionPoint;  // URL of the revocation list
+    std::string organization{};
+    std::string organizationalUnit{};
+    std::string commonName{};
+    std::string email{};              // a subject alternative name
+    std::string serial{};             // hexadecimal, up to 20 bytes; empty: 16 random bytes
+    std::time_t notBefore = 0;        // 0: an hour ago
+    std::time_t notAfter = 0;         // 0: three years after notBefore
+    std::string distributionPoint{};  // URL of the revocation list
     // Further extensions that aren't critical: object identifier and the DER of the value.
-    std::vector<std::pair<std::string, std::string>> extensions;
+    std::vector<std::pair<std::string, std::string>> extensions{};
 };
 
 struct RevokedCertificate {
