@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int kAuthorityRsaBits = 3072;
+constexpr int kAuthorityRsaBits = 2048;
 constexpr std::time_t kDay = 86'400;
 constexpr std::time_t kAuthorityLife = 20 * 365 * kDay;
 constexpr std::time_t kCertificateLife = 3 * 365 * kDay;

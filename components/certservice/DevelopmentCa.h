@@ -33,7 +33,7 @@ struct RevokedCertificate {
 class DevelopmentCa {
 public:
     // The authority of that kind in `caFolder` (sm2.pem or rsa.pem, key and certificate). One that
-    // isn't there is made, valid for twenty years (RSA with 3072 bits). Either way its certificate
+    // isn't there is made, valid for twenty years (RSA with 2048 bits). Either way its certificate
     // stands in `trustFolder` afterwards (velmora-development-sm2.pem or -rsa.pem). Both folders
     // are made if need be. Null, with `code` a ServiceCode, if that fails.
     static std::unique_ptr<DevelopmentCa> Open(KeyKind kind, const std::string& caFolder,

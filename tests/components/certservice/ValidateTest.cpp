@@ -1,0 +1,292 @@
+#include <openssl/pem.h>
+
+#include <filesystem>
+
+#include "components/certservice/Certificate.h"
+#include "components/certservice/ServiceTest.h"
+#include "components/crypto/Signature.h"
+#include "foundation/Text.h"
+
+namespace {
+
+constexpr std::time_t kHour = 3600;
+constexpr KeyKind kKinds[] = {KeyKind::kSm2, KeyKind::kRsa};
+
+class ValidateTest : public ServiceTest {
+protected:
+    // A list of the authority that is in force now.
+    std::string List(const DevelopmentCa& authority, const std::string& serial = {}) {
+        std::vector<RevokedCertificate> revoked;
+        if (!serial.empty()) revoked.push_back({serial, m_now - kHour});
+        return authority.RevocationList(revoked, m_now - kHour, m_now + kHour);
+    }
+    CertificateRequest Named(const std::string& serial = "1234") {
+        CertificateRequest request;
+        request.commonName = "张三";
+        request.serial = serial;
+        return request;
+    }
+    // Below `authority`, with a key that nobody has.
+    std::string IssueBelow(const DevelopmentCa& authority, KeyKind kind,
+                           const CertificateRequest& request) {
+        const KeyHandle key(GenerateKey(kind, 2048));
+        return authority.Issue(key.get(), request);
+    }
+
+    std::time_t m_now = std::time(nullptr);
+    void* m_context = Open();
+};
+
+TEST_F(ValidateTest, ACertificateOfATrustedAuthorityIsGood) {
+    for (const KeyKind kind : kKinds) {
+        EXPECT_EQ(Validate(m_context, MakeCertificate(kind, Named())), 0);
+    }
+}
+
+TEST_F(ValidateTest, WithoutATrustFolderNobodyIsTrusted) {
+    const std::string certificate = MakeCertificate(KeyKind::kSm2, Named());
+    std::filesystem::remove_all(Path("trust"));
+    EXPECT_EQ(Validate(m_context, certificate), -1);
+}
+
+TEST_F(ValidateTest, AnAuthorityOfTheSameNameWithAnotherKeyIsNotTrusted) {
+    for (const KeyKind kind : kKinds) {
+        Authority(kind);
+        int code = 0;
+        const auto impostor = DevelopmentCa::Open(kind, Path("other"), Path("elsewhere"), code);
+        ASSERT_NE(impostor, nullptr);
+        EXPECT_EQ(Validate(m_context, IssueBelow(*impostor, kind, Named())), -1);
+    }
+}
+
+TEST_F(ValidateTest, TheTrustFolderIsReadAgainWhenItChanges) {
+    const std::string certificate = MakeCertificate(KeyKind::kSm2, Named());
+    EXPECT_EQ(Validate(m_context, certificate), 0);
+    const std::string path = Path("trust/velmora-development-sm2.pem");
+    const std::string pem = ReadFile(path);
+    std::filesystem::remove(path);
+    EXPECT_EQ(Validate(m_context, certificate), -1);
+    WriteFile(Path("trust/again.crt"), Authority(KeyKind::kSm2).Certificate());
+    EXPECT_EQ(Validate(m_context, certificate), 0) << "DER as well";
+    WriteFile(Path("trust/again.crt"), "changed in place");
+    EXPECT_EQ(Validate(m_context, certificate), -1);
+    WriteFile(Path("trust/bundle"), "words\n" + pem + "more words\n");
+    EXPECT_EQ(Validate(m_context, certificate), 0);
+}
+
+TEST_F(ValidateTest, ValidityIsJudgedOnBothSides) {
+    for (const KeyKind kind : kKinds) {
+        CertificateRequest expired = Named();
+        expired.notBefore = m_now - 2 * kHour;
+        expired.notAfter = m_now - kHour;
+        EXPECT_EQ(Validate(m_context, MakeCertificate(kind, expired)), -2);
+        CertificateRequest early = Named();
+        early.notBefore = m_now + kHour;
+        EXPECT_EQ(Validate(m_context, MakeCertificate(kind, early)), -5);
+    }
+}
+
+TEST_F(ValidateTest, AnExpiredCertificateOfAStrangerIsUntrusted) {
+    CertificateRequest expired = Named();
+    expired.notBefore = m_now - 2 * kHour;
+    expired.notAfter = m_now - kHour;
+    const auto stranger = DevelopmentCa::Make(KeyKind::kSm2, Named());
+    EXPECT_EQ(Validate(m_context, IssueBelow(*stranger, KeyKind::kSm2, expired)), -1);
+}
+
+TEST_F(ValidateTest, AChangedCertificateIsUntrusted) {
+    for (const KeyKind kind : kKinds) {
+        CertificateRequest request = Named();
+        request.organization = "ORGANISATION";
+        std::string certificate = MakeCertificate(kind, request);
+        const size_t at = certificate.find("ORGANISATION");
+        ASSERT_NE(at, std::string::npos);
+        certificate[at] = 'o';
+        EXPECT_EQ(Validate(m_context, certificate), -1);
+    }
+}
+
+TEST_F(ValidateTest, BytesThatAreNoCertificateAreDamaged) {
+    EXPECT_EQ(Validate(m_context, "no certificate"), kServiceCertificateDamaged);
+}
+
+TEST_F(ValidateTest, AChainThroughAnIntermediateNeedsItInTheFolder) {
+    for (const KeyKind kind : kKinds) {
+        CertificateRequest name;
+        name.commonName = "Intermediate";
+        const auto intermediate = Authority(kind).MakeSubordinate(kind, name);
+        const std::string certificate = IssueBelow(*intermediate, kind, Named());
+        EXPECT_EQ(Validate(m_context, certificate), -1);
+        Trust(*intermediate, "intermediate.pem");
+        EXPECT_EQ(Validate(m_context, certificate), 0);
+        std::filesystem::remove(Path("trust/intermediate.pem"));
+    }
+}
+
+TEST_F(ValidateTest, AnIntermediateAloneIsNoAnchor) {
+    CertificateRequest name;
+    name.commonName = "Intermediate";
+    const auto root = DevelopmentCa::Make(KeyKind::kSm2, Named("77"));
+    const auto intermediate = root->MakeSubordinate(KeyKind::kSm2, name);
+    Trust(*intermediate, "intermediate.pem");
+    EXPECT_EQ(Validate(m_context, IssueBelow(*intermediate, KeyKind::kSm2, Named())), -1);
+}
+
+TEST_F(ValidateTest, AnEndEntityCantIssue) {
+    const KeyHandle key(GenerateKey(KeyKind::kRsa, 2048));
+    const BioHandle out(BIO_new_file(Path("entity.key").c_str(), "w"));
+    PEM_write_bio_PrivateKey(out.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr);
+    BIO_flush(out.get());
+    const CertificateHandle entity =
+        ParseCertificate(Authority(KeyKind::kRsa).Issue(key.get(), Named()));
+    WriteFile(Path("trust/entity.pem"), PemOf(entity.get()));
+    const ProgramRun run = RunProgram(
+        "cd " + m_prefix.Path() +
+        " && openssl req -new -newkey rsa:2048 -nodes -subj /CN=x -keyout x.key -out x.csr"
+        " && openssl x509 -req -in x.csr -CA trust/entity.pem -CAkey entity.key -set_serial 5"
+        " -outform DER -out x.cer");
+    ASSERT_EQ(run.status, 0) << run.output;
+    EXPECT_EQ(Validate(m_context, ReadFile(Path("x.cer"))), -1);
+}
+
+TEST_F(ValidateTest, ARevokedCertificateIsToldAndAnotherIsNot) {
+    for (const KeyKind kind : kKinds) {
+        const std::string revoked = MakeCertificate(kind, Named("ABCD"));
+        const std::string other = MakeCertificate(kind, Named("ABCE"));
+        EXPECT_EQ(Validate(m_context, revoked), 0) << "no list yet";
+        ASSERT_EQ(SetRevocationList(m_context, List(Authority(kind), "ABCD")), 0);
+        EXPECT_EQ(Validate(m_context, revoked), -3);
+        EXPECT_EQ(Validate(m_context, other), 0);
+        ASSERT_EQ(SetUserConfig(m_context, 5, ""), 0);
+        EXPECT_EQ(Validate(m_context, revoked), 0) << "taken away";
+    }
+}
+
+TEST_F(ValidateTest, ARevokedIntermediateIsARevokedIssuer) {
+    for (const KeyKind kind : kKinds) {
+        CertificateRequest name = Named("5555");
+        name.commonName = "Intermediate";
+        const auto intermediate = Authority(kind).MakeSubordinate(kind, name);
+        Trust(*intermediate, "intermediate.pem");
+        const std::string certificate = IssueBelow(*intermediate, kind, Named());
+        ASSERT_EQ(SetRevocationList(m_context, List(Authority(kind), "5555")), 0);
+        EXPECT_EQ(Validate(m_context, certificate), -6);
+        std::filesystem::remove(Path("trust/intermediate.pem"));
+    }
+}
+
+TEST_F(ValidateTest, AListOfAnotherIssuerSaysNothing) {
+    const auto stranger = DevelopmentCa::Make(KeyKind::kSm2, Named());
+    ASSERT_EQ(SetRevocationList(m_context, List(*stranger, "1234")), 0);
+    EXPECT_EQ(Validate(m_context, MakeCertificate(KeyKind::kSm2, Named("1234"))), 0);
+}
+
+TEST_F(ValidateTest, AListThatTheIssuerDidntSignLeavesRevocationUndecided) {
+    for (const KeyKind kind : kKinds) {
+        const std::string certificate = MakeCertificate(kind, Named("1234"));
+        int code = 0;
+        const auto impostor = DevelopmentCa::Open(kind, Path("other"), Path("elsewhere"), code);
+        ASSERT_EQ(SetRevocationList(m_context, List(*impostor, "1234")), 0);
+        EXPECT_EQ(Validate(m_context, certificate), -4);
+        std::string list = List(Authority(kind), "1234");
+        list.back() ^= 1;
+        ASSERT_EQ(SetRevocationList(m_context, list), 0);
+        EXPECT_EQ(Validate(m_context, certificate), -4);
+    }
+}
+
+TEST_F(ValidateTest, AListOutOfDateStillRevokesButVouchesForNobody) {
+    const DevelopmentCa& authority = Authority(KeyKind::kSm2);
+    const std::string revoked = MakeCertificate(KeyKind::kSm2, Named("1234"));
+    const std::string other = MakeCertificate(KeyKind::kSm2, Named("5678"));
+    const std::vector<RevokedCertificate> entries = {{"1234", m_now - 3 * kHour}};
+    ASSERT_EQ(SetRevocationList(
+                  m_context, authority.RevocationList(entries, m_now - 2 * kHour, m_now - kHour)),
+              0);
+    EXPECT_EQ(Validate(m_context, revoked), -3);
+    EXPECT_EQ(Validate(m_context, other), -4);
+    ASSERT_EQ(SetRevocationList(m_context,
+                                authority.RevocationList({}, m_now + kHour, m_now + 2 * kHour)),
+              0);
+    EXPECT_EQ(Validate(m_context, other), -4);
+}
+
+TEST_F(ValidateTest, AListIsItsContextsOwn) {
+    void* other = Open();
+    ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kSm2), "1234")), 0);
+    EXPECT_EQ(Validate(other, MakeCertificate(KeyKind::kSm2, Named("1234"))), 0);
+}
+
+TEST_F(ValidateTest, ADamagedListIsRefusedAndTheOneBeforeStaysInForce) {
+    const std::string revoked = MakeCertificate(KeyKind::kSm2, Named("1234"));
+    const std::string list = List(Authority(KeyKind::kSm2), "1234");
+    ASSERT_EQ(SetRevocationList(m_context, list), 0);
+    EXPECT_EQ(SetUserConfig(m_context, 5, "not Base64!"), kServiceRevocationListDamaged);
+    EXPECT_EQ(SetRevocationList(m_context, "<html>404</html>"), kServiceRevocationListDamaged);
+    EXPECT_EQ(SetRevocationList(m_context, list.substr(0, list.size() / 2)),
+              kServiceRevocationListDamaged);
+    EXPECT_EQ(Validate(m_context, revoked), -3);
+    EXPECT_EQ(SetUserConfig(m_context, 6, "text"), kServiceNotSupported);
+}
+
+TEST_F(ValidateTest, AListInPemIsTakenAndOpenSslReadsOurs) {
+    for (const KeyKind kind : kKinds) {
+        const std::string certificate = MakeCertificate(kind, Named("1234"));
+        WriteFile(Path("list"), List(Authority(kind), "1234"));
+        const ProgramRun run =
+            RunProgram("openssl crl -inform DER -in " + Path("list") + " -out " + Path("list.pem"));
+        ASSERT_EQ(run.status, 0) << run.output;
+        ASSERT_EQ(SetRevocationList(m_context, ReadFile(Path("list.pem"))), 0);
+        EXPECT_EQ(Validate(m_context, certificate), -3);
+    }
+    const ProgramRun run = RunProgram("openssl crl -noout -inform DER -in " + Path("list") +
+                                      " -CAfile " + Path("trust/velmora-development-rsa.pem"));
+    EXPECT_NE(run.output.find("verify OK"), std::string::npos) << run.output;
+}
+
+TEST_F(ValidateTest, OpenSslAcceptsTheCertificatesOfBothAuthorities) {
+    for (const auto& [kind, name, options] :
+         {std::tuple(KeyKind::kRsa, "rsa", ""),
+          std::tuple(KeyKind::kSm2, "sm2", " -vfyopt distid:1234567812345678")}) {
+        const std::string certificate = MakeCertificate(kind, Named());
+        WriteFile(Path("certificate"), certificate);
+        RunProgram("openssl x509 -inform DER -in " + Path("certificate") + " -out " +
+                   Path("certificate.pem"));
+        const ProgramRun run =
+            RunProgram("openssl verify -x509_strict -CAfile " + Path("trust/velmora-development-") +
+                       name + ".pem" + options + " " + Path("certificate.pem"));
+        EXPECT_EQ(run.status, 0) << run.output;
+    }
+}
+
+TEST_F(ValidateTest, AnAuthorityIsMadeOnceAndFoundAgain) {
+    const std::string first = Authority(KeyKind::kSm2).Certificate();
+    std::filesystem::remove_all(Path("trust"));
+    int code = -1;
+    const auto again = DevelopmentCa::Open(KeyKind::kSm2, Path("ca"), Path("trust"), code);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(again->Certificate(), first);
+    EXPECT_EQ(ReadFile(Path("trust/velmora-development-sm2.pem")), again->CertificatePem());
+}
+
+TEST_F(ValidateTest, ADamagedAuthorityIsToldAndNotReplaced) {
+    Authority(KeyKind::kSm2);
+    WriteFile(Path("ca/sm2.pem"), "damaged");
+    int code = 0;
+    EXPECT_EQ(DevelopmentCa::Open(KeyKind::kSm2, Path("ca"), Path("trust"), code), nullptr);
+    EXPECT_EQ(code, kServiceKeyDamaged);
+    EXPECT_EQ(ReadFile(Path("ca/sm2.pem")), "damaged");
+    WriteFile(Path("file"), "");
+    EXPECT_EQ(DevelopmentCa::Open(KeyKind::kSm2, Path("file"), Path("trust"), code), nullptr);
+    EXPECT_EQ(code, kServiceFileUnreadable);
+}
+
+TEST_F(ValidateTest, ASerialNumberThatIsNoneIssuesNothing) {
+    for (const char* serial : {"xyz", "12 34", "0x12", "-"}) {
+        EXPECT_EQ(MakeCertificate(KeyKind::kSm2, Named(serial)), "") << serial;
+    }
+    EXPECT_EQ(MakeCertificate(KeyKind::kSm2, Named(std::string(42, 'A'))), "");
+}
+
+}  // namespace
