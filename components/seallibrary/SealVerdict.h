@@ -1,0 +1,56 @@
+// SealVerdict.h - the checks of a seal and of a seal signature, and at which step one ended.
+#pragma once
+
+#include <ctime>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "components/crypto/Algorithm.h"
+#include "components/seallibrary/SealCodes.h"
+
+// In the order in which they run; the first that fails ends the check.
+enum class SealStep {
+    kNone,              // nothing failed
+    kStructure,         // both: the DER can be read
+    kDigest,            // signature: it was made over this data
+    kSignatureValue,    // signature: the signer's key made it
+    kSignerInSeal,      // signature: the seal names the signer
+    kMakerSignature,    // both: the seal maker's key made the seal
+    kMakerCertificate,  // both: that certificate is trusted, and was valid when the seal was made
+    kSealValidity,      // both: the seal is in force, at the time of signing or now
+    kSignerValidity,    // signature: the signer is trusted, and was valid at the time of signing
+};
+
+struct SealVerdict {
+    int code = kSealOk;  // a SealCode, or the certificate service's own
+    SealStep failed = SealStep::kNone;
+    std::time_t signedAt = 0;  // of a signature that could be read
+};
+
+// Who says whether a certificate is to be trusted.
+class CertificateJudge {
+public:
+    virtual ~CertificateJudge() = default;
+
+    // As SOF_ValidateCert: 0 good, -1 not trusted, -2 and -5 out of its validity now, -3 and -6
+    // revoked; a SealCode if nobody can be asked. Trust is judged before validity: an expired
+    // certificate of a stranger is -1.
+    virtual int Validate(const std::string& certificate) = 0;
+    // The same with a revocation list (DER) of the certificate's issuer in force.
+    virtual int ValidateWithList(const std::string& certificate, const std::string& list) = 0;
+};
+
+// Puts the plain hash of the signed data into `digest`, by the algorithm that the signature names.
+// Returns 0 or a SealCode.
+using DataDigest = std::function<int(HashAlgorithm algorithm, std::string& digest)>;
+
+SealVerdict JudgeSeal(std::string_view seal, std::time_t now, CertificateJudge& judge);
+
+// `revocationList` (DER) may be empty. Whether anything has expired since the signing plays no
+// part: the seal and both certificates are judged by the time that the signature tells.
+SealVerdict JudgeSealSignature(std::string_view signature, const DataDigest& dataDigest,
+                               const std::string& revocationList, CertificateJudge& judge);
+
+// A short English text (ASCII) for the step, such as "the signature value".
+const char* StepText(SealStep step);
