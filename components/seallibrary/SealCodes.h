@@ -13,6 +13,7 @@ enum SealCode : int {
     // The certificate service.
     kSealServiceMissing = 0x0C000010,     // its file isn't there or can't be loaded
     kSealServiceIncomplete = 0x0C000011,  // it lacks an entry point that is needed
+    kSealServiceFailed = 0x0C000012,      // it gave a negative code while it came up
 
     // The seal.
     kSealDamaged = 0x0C000020,  // no seal that can be read

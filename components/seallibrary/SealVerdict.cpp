@@ -1,0 +1,145 @@
+#include "components/seallibrary/SealVerdict.h"
+
+#include "components/seallibrary/RevocationTime.h"
+#include "components/seallibrary/Seal.h"
+#include "components/seallibrary/SealCertificate.h"
+#include "components/seallibrary/SealSignature.h"
+
+namespace {
+
+// What SOF_ValidateCert's results come to; kOther is a code to pass through.
+enum class Trust { kGood, kOutOfValidity, kNotTrusted, kRevoked, kOther };
+
+Trust TrustOf(int result) {
+    switch (result) {
+        case 0: return Trust::kGood;
+        case -1: return Trust::kNotTrusted;
+        case -2:
+        case -5: return Trust::kOutOfValidity;
+        case -3:
+        case -6: return Trust::kRevoked;
+        default: return Trust::kOther;
+    }
+}
+
+int CheckMakerSignature(const Seal& seal, CSealCertificate& maker) {
+    if (!maker.Read(seal.makerCertificate)) return kSealMakerCertificateDamaged;
+    if (!maker.Verify(seal.algorithm, seal.signedPart, seal.signature))
+        return kSealMakerSignatureInvalid;
+    return kSealOk;
+}
+
+// A maker's certificate that has expired since is no fault of the seal's.
+int CheckMakerCertificate(const Seal& seal, const CSealCertificate& maker,
+                          CertificateJudge& judge) {
+    const int result = judge.Validate(seal.makerCertificate);
+    switch (TrustOf(result)) {
+        case Trust::kGood: return kSealOk;
+        case Trust::kOutOfValidity:
+            return maker.IsValidAt(seal.created) ? kSealOk : kSealMakerExpired;
+        case Trust::kNotTrusted: return kSealMakerNotTrusted;
+        case Trust::kRevoked: return kSealMakerRevoked;
+        case Trust::kOther: break;
+    }
+    return result;
+}
+
+int CheckSealValidity(const Seal& seal, std::time_t time) {
+    if (time < seal.validFrom) return kSealNotYetValid;
+    return time > seal.validTo ? kSealExpired : kSealOk;
+}
+
+// The last steps of both checks, from the seal maker's signature on.
+SealVerdict JudgeSealAt(const Seal& seal, std::time_t time, CertificateJudge& judge) {
+    CSealCertificate maker;
+    if (const int code = CheckMakerSignature(seal, maker)) return {code, SealStep::kMakerSignature};
+    if (const int code = CheckMakerCertificate(seal, maker, judge))
+        return {code, SealStep::kMakerCertificate};
+    if (const int code = CheckSealValidity(seal, time)) return {code, SealStep::kSealValidity};
+    return {};
+}
+
+int CheckDigest(const SealSignature& signature, const CSealCertificate& signer,
+                const DataDigest& dataDigest) {
+    std::string digest;
+    if (const int code = dataDigest(signer.Hash(), digest)) return code;
+    return !digest.empty() && digest == signature.dataHash ? kSealOk : kSealDigestMismatch;
+}
+
+// A certificate out of its validity now may have been revoked before: the list is asked whatever
+// the judge says.
+int CheckSigner(const SealSignature& signature, const CSealCertificate& signer,
+                const std::string& revocationList, CertificateJudge& judge) {
+    const std::string& der = signature.signerCertificate;
+    const bool hasList = !revocationList.empty();
+    const int result = hasList ? judge.ValidateWithList(der, revocationList) : judge.Validate(der);
+    const Trust trust = TrustOf(result);
+    if (trust == Trust::kOther) return result;
+    if (trust == Trust::kNotTrusted) return kSealSignerNotTrusted;
+    if (trust == Trust::kRevoked && !hasList) return kSealSignerRevoked;
+    if (hasList) {
+        const int listed =
+            CheckRevocationTime(revocationList, signer.SerialNumber(), *signature.time);
+        const bool unlisted = listed == kSealSerialNotListed;
+        if (listed == kSealRevokedBefore || (unlisted && trust == Trust::kRevoked))
+            return kSealSignerRevoked;
+        if (listed != kSealOk && !unlisted) return listed;
+    }
+    return signer.IsValidAt(*signature.time) ? kSealOk : kSealSignerExpired;
+}
+
+int CheckStructure(std::string_view der, SealSignature& signature, CSealCertificate& signer) {
+    if (const int code = ReadSealSignature(der, signature)) return code;
+    if (!signer.Read(signature.signerCertificate)) return kSealSignerCertificateDamaged;
+    return signature.time ? kSealOk : kSealTimeUnreadable;
+}
+
+SealVerdict JudgeParts(const SealSignature& signature, const CSealCertificate& signer,
+                       const DataDigest& dataDigest, const std::string& revocationList,
+                       CertificateJudge& judge) {
+    if (const int code = CheckDigest(signature, signer, dataDigest))
+        return {code, SealStep::kDigest};
+    if (!signer.Verify(signature.algorithm, signature.signedPart, signature.signature))
+        return {kSealSignatureInvalid, SealStep::kSignatureValue};
+    if (!NamesSigner(signature.seal, signature.signerCertificate))
+        return {kSealSignerNotListed, SealStep::kSignerInSeal};
+    const SealVerdict seal = JudgeSealAt(signature.seal, *signature.time, judge);
+    if (seal.code) return seal;
+    if (const int code = CheckSigner(signature, signer, revocationList, judge))
+        return {code, SealStep::kSignerValidity};
+    return {};
+}
+
+}  // namespace
+
+SealVerdict JudgeSeal(std::string_view der, std::time_t now, CertificateJudge& judge) {
+    Seal seal;
+    if (const int code = ReadSeal(der, seal)) return {code, SealStep::kStructure};
+    return JudgeSealAt(seal, now, judge);
+}
+
+SealVerdict JudgeSealSignature(std::string_view der, const DataDigest& dataDigest,
+                               const std::string& revocationList, CertificateJudge& judge) {
+    SealSignature signature;
+    CSealCertificate signer;
+    if (const int code = CheckStructure(der, signature, signer))
+        return {code, SealStep::kStructure};
+    SealVerdict verdict = JudgeParts(signature, signer, dataDigest, revocationList, judge);
+    verdict.signedAt = *signature.time;
+    return verdict;
+}
+
+const char* StepText(SealStep step) {
+    switch (step) {
+        case SealStep::kNone: return "none";
+        case SealStep::kStructure: return "the structure";
+        case SealStep::kDigest: return "the digest of the data";
+        case SealStep::kSignatureValue: return "the signature value";
+        case SealStep::kSignerInSeal: return "the signer in the seal's list";
+        case SealStep::kMakerSignature: return "the seal maker's signature";
+        case SealStep::kMakerCertificate: return "the seal maker's certificate";
+        case SealStep::kSealValidity: return "the seal's validity";
+        case SealStep::kSignerValidity: return "the signer's certificate";
+    }
+    return "";
+}
