@@ -29,7 +29,7 @@ struct StampRequest {
     // seal stays legible, and a white background vanishes.
     bool likeInk = true;
 
-    // The signature dictionary's names, without a slash.
+    // The signature dictionary's names, without a slash: letters, digits, '.', '_', '-'.
     std::string filter = "Adobe.PPKLite";
     std::string subFilter = "adbe.pkcs7.detached";
     // Texts of the signature dictionary; an empty one is left out.

@@ -1,0 +1,47 @@
+// PdfBase.h - the PDF that an incremental update is appended to.
+#pragma once
+
+#include <cstdint>
+#include <qpdf/QPDF.hh>
+#include <string>
+
+// Opened for reading, as it stands: qpdf never repairs it, because an update on top of a guess
+// would be read differently by every reader.
+class CPdfBase {
+public:
+    // Throws CPdfFailure: kInputUnreadable, kNotPdf, kDamaged, kEncrypted. Reads the ends of the
+    // file and its cross-reference sections, not its streams.
+    explicit CPdfBase(const std::string& path);
+
+    QPDFObjectHandle Trailer() { return m_pdf.getTrailer(); }
+    QPDFObjectHandle Catalog() { return m_pdf.getRoot(); }
+    // Throws kDamaged if an object that was asked for since the start could not be read: qpdf
+    // gives null for it, and an update would then lose what it holds.
+    void CheckWhatWasRead();
+
+    std::uint64_t FileSize() const { return m_fileSize; }
+    // Where "%PDF-" stands: every offset in the file, but not those of a /ByteRange, counts from
+    // there.
+    std::uint64_t HeaderOffset() const { return m_headerOffset; }
+    // The value after the last "startxref".
+    std::uint64_t StartXref() const { return m_startXref; }
+    // The last cross-reference section is a stream; a hybrid file's is a table.
+    bool HasXrefStream() const { return m_hasXrefStream; }
+    bool EndsInNewline() const { return m_endsInNewline; }
+    // The first object number that nothing uses.
+    int NextNumber();
+
+private:
+    void ReadEnds(const std::string& path);
+    void Process(const std::string& path);
+
+    QPDF m_pdf;
+    std::uint64_t m_fileSize = 0;
+    std::uint64_t m_headerOffset = 0;
+    std::uint64_t m_startXref = 0;
+    bool m_hasXrefStream = false;
+    bool m_endsInNewline = false;
+};
+
+// qpdf's own sentence about `error` without the file's name in front.
+std::string DamageSentence(const std::exception& error);

@@ -1,0 +1,46 @@
+// WorkFile.h - the file beside an output in which it is made, and which becomes it at the end.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// Operations give false with a sentence in Problem() when the system refuses. Never larger in
+// memory than a few pages, but for ReadAll.
+class CWorkFile {
+public:
+    // `outputPath` is where it will end; a link there is followed.
+    explicit CWorkFile(std::string outputPath);
+    // Removes the file unless it has become the output.
+    ~CWorkFile();
+    CWorkFile(const CWorkFile&) = delete;
+    CWorkFile& operator=(const CWorkFile&) = delete;
+
+    // Makes the empty file. Refuses an output that is there and is no regular file, or may not be
+    // written.
+    bool Create();
+    // Puts the first `size` bytes of `inputPath` at its start: sharing the blocks where the file
+    // system can, else copying in the kernel. False as well if the input is shorter now.
+    bool CopyFrom(const std::string& inputPath, std::uint64_t size);
+    // At the end; at a place, over what is there.
+    bool Append(std::string_view bytes);
+    bool WriteAt(std::uint64_t offset, std::string_view bytes);
+    bool ReadAll(std::string& bytes);
+    // Waits until everything is on the disk and gives the file the output's name, in one step.
+    bool BecomeOutput();
+
+    const std::string& Path() const { return m_path; }
+    const std::string& Problem() const { return m_problem; }
+
+private:
+    bool Fail(const char* what);
+    bool CheckOutput();
+    bool CopyBytes(int input, std::uint64_t size);
+
+    std::string m_output;
+    std::string m_path;
+    std::string m_problem;
+    int m_file = -1;
+    int m_mode = -1;  // of the output that is replaced
+    std::uint64_t m_size = 0;
+};
