@@ -35,6 +35,8 @@ protected:
     std::vector<std::string> Log(int deepest = 8) const;
     // Those of level 3 alone, without the level.
     std::vector<std::string> Errors() const;
+    // The same but for the raw user list, which stands at that level though it tells no failure.
+    std::vector<std::string> Failures() const;
     void ForgetLog();
 
     TemporaryPrefix m_prefix;
