@@ -108,6 +108,9 @@ StoreFile::Lock::Lock(const StoreFile& store) {
     do {
         result = flock(m_file, LOCK_EX);
     } while (result != 0 && errno == EINTR);
+    if (result == 0) return;
+    close(m_file);
+    m_file = -1;
 }
 
 StoreFile::Lock::~Lock() {
