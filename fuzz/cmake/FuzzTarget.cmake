@@ -24,3 +24,11 @@ function(tesmark_fuzz name)
     set_tests_properties(fuzz.${name} PROPERTIES LABELS fuzz TIMEOUT 120
         ENVIRONMENT VELMORA_PREFIX=${CMAKE_BINARY_DIR}/fuzz/prefix)
 endfunction()
+
+add_executable(fuzz_selftest ${PROJECT_SOURCE_DIR}/fuzz/driver/SelfTest.cpp)
+set_target_properties(fuzz_selftest PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz)
+target_include_directories(fuzz_selftest PRIVATE ${PROJECT_SOURCE_DIR})
+target_link_libraries(fuzz_selftest PRIVATE tesmark_options tesmark_fuzz_driver)
+add_test(NAME fuzz.driver COMMAND ${CMAKE_COMMAND} -DTARGET=$<TARGET_FILE:fuzz_selftest>
+    -DFOLDER=${CMAKE_CURRENT_BINARY_DIR}/selftest -P ${PROJECT_SOURCE_DIR}/fuzz/driver/SelfTest.cmake)
+set_tests_properties(fuzz.driver PROPERTIES LABELS fuzz TIMEOUT 120)
