@@ -183,6 +183,14 @@ TEST_F(RegistryStoreTest, AKeyCanBeCreatedBelowAnotherAndBelowNone) {
     EXPECT_EQ(CreateRegistryKey(nullptr, "b"), nullptr);
 }
 
+TEST_F(RegistryStoreTest, ARootIsAKeyLikeAnyOther) {
+    const RegistryKey root = RegistryRootKey(RegistryRoot::LocalMachine);
+    ASSERT_TRUE(SetRegistryNumber(root, "n", 1));
+    EXPECT_NE(Stored().find("[HKEY_LOCAL_MACHINE]\n\"n\"=dword:00000001\n"), std::string::npos);
+    ASSERT_NE(Open(""), nullptr);
+    EXPECT_EQ(Value("n"), "\x01\0\0\0"s);
+}
+
 TEST_F(RegistryStoreTest, ADeletedValueIsGone) {
     ASSERT_NE(Create("a"), nullptr);
     ASSERT_TRUE(SetRegistryNumber(m_key, "n", 1));

@@ -13,15 +13,29 @@ namespace platform {
 
 struct RegistryKeyObject {
     RegistryRoot root;
-    std::string path;  // from the root's name on, in UTF-8, without a closing backslash
+    std::string path;  // below the root, in UTF-8, without a closing backslash
     bool writable;
 };
 
 namespace {
 
-RegistryKeyObject g_localMachine{RegistryRoot::LocalMachine, "HKEY_LOCAL_MACHINE", true};
-RegistryKeyObject g_currentUser{RegistryRoot::CurrentUser, "HKEY_CURRENT_USER", true};
-RegistryKeyObject g_classesRoot{RegistryRoot::ClassesRoot, "HKEY_CLASSES_ROOT", true};
+// Their paths are empty, so nothing is lost for a caller that comes while the process ends.
+RegistryKeyObject g_localMachine{RegistryRoot::LocalMachine, {}, true};
+RegistryKeyObject g_currentUser{RegistryRoot::CurrentUser, {}, true};
+RegistryKeyObject g_classesRoot{RegistryRoot::ClassesRoot, {}, true};
+
+const char* RootName(RegistryRoot root) {
+    switch (root) {
+        case RegistryRoot::CurrentUser: return "HKEY_CURRENT_USER";
+        case RegistryRoot::ClassesRoot: return "HKEY_CLASSES_ROOT";
+        case RegistryRoot::LocalMachine: break;
+    }
+    return "HKEY_LOCAL_MACHINE";
+}
+
+std::string WholePath(const RegistryKeyObject& key) {
+    return std::string(RootName(key.root)) + "\\" + key.path;
+}
 
 // At each use: a test, or a host, may change the variables at any time.
 std::string StorePath(RegistryRoot root) {
@@ -35,7 +49,8 @@ std::string StorePath(RegistryRoot root) {
 }
 
 std::string Below(const RegistryKeyObject& parent, const char* path) {
-    std::string whole = parent.path + "\\" + Utf8FromAnsi(path);
+    std::string whole = parent.path.empty() ? "" : parent.path + "\\";
+    whole += Utf8FromAnsi(path);
     while (whole.ends_with('\\')) whole.pop_back();
     return whole;
 }
@@ -45,9 +60,9 @@ bool IsRoot(RegistryKey key) {
 }
 
 bool KeyExists(const RegistryKeyObject& key) {
-    if (key.path == RegistryRootKey(key.root)->path) return true;
+    if (key.path.empty()) return true;
     const auto text = StoreFile(StorePath(key.root)).Read();
-    return text && text->HasKey(key.path);
+    return text && text->HasKey(WholePath(key));
 }
 
 RegistryKey IfExists(RegistryKeyObject key) {
@@ -58,7 +73,7 @@ std::optional<RegValue> ReadValue(RegistryKey key, const char* name) {
     if (key == nullptr) return std::nullopt;
     const auto text = StoreFile(StorePath(key->root)).Read();
     if (!text) return std::nullopt;
-    return text->Find(key->path, Utf8FromAnsi(name));
+    return text->Find(WholePath(*key), Utf8FromAnsi(name));
 }
 
 bool CopyOut(std::string_view bytes, void* data, std::size_t* size) {
@@ -80,8 +95,8 @@ bool Update(RegistryKey key, Change change) {
 }
 
 bool SetLiteral(RegistryKey key, const char* name, const std::string& literal) {
-    return Update(key,
-                  [&](RegText& text) { return text.Set(key->path, Utf8FromAnsi(name), literal); });
+    return Update(
+        key, [&](RegText& text) { return text.Set(WholePath(*key), Utf8FromAnsi(name), literal); });
 }
 
 }  // namespace
@@ -104,7 +119,7 @@ RegistryKey CreateRegistryKey(RegistryKey parent, const char* path) {
     if (parent == nullptr) return nullptr;
     RegistryKeyObject key{parent->root, Below(*parent, path), true};
     if (!KeyExists(key)) {
-        const auto add = [&](RegText& text) { return text.AddKey(key.path); };
+        const auto add = [&](RegText& text) { return text.AddKey(WholePath(key)); };
         if (!StoreFile(StorePath(key.root)).Update(add)) return nullptr;
     }
     return new RegistryKeyObject(std::move(key));
@@ -153,7 +168,8 @@ bool SetRegistryNumber(RegistryKey key, const char* name, unsigned int number) {
 }
 
 bool DeleteRegistryValue(RegistryKey key, const char* name) {
-    return Update(key, [&](RegText& text) { return text.Remove(key->path, Utf8FromAnsi(name)); });
+    return Update(key,
+                  [&](RegText& text) { return text.Remove(WholePath(*key), Utf8FromAnsi(name)); });
 }
 
 }  // namespace platform
