@@ -46,7 +46,7 @@ private:
         PluggedToken(std::shared_ptr<Pkcs11Module> module, CK_SLOT_ID slot, std::string serial)
             : token(std::move(module), slot, std::move(serial)) {}
         Pkcs11Token token;
-        std::map<std::string, Pkcs11Files> files;  // by CKA_ID
+        Pkcs11Files files;
     };
     using PluggedTokens = std::map<std::string, std::unique_ptr<PluggedToken>>;
     using Operation = std::function<int(PluggedToken& plugged, const Seen& seen)>;
@@ -57,8 +57,6 @@ private:
     int ListPlugged(std::vector<DeviceCertificate>& certificates);
     int Try(const Seen& seen, const Operation& operation);
     int With(const std::string& certId, const Operation& operation);
-    int WithFiles(const std::string& certId,
-                  const std::function<int(Pkcs11Files& files, Pkcs11Token& token)>& operation);
     static int ReadCertificate(PluggedToken& plugged, const Seen& seen,
                                CertificateFactsCache& cache, Pkcs11Certificate& certificate);
 
@@ -116,6 +114,7 @@ int Pkcs11Device::CountKeys() {
 }
 
 int Pkcs11Device::ListToken(PluggedToken& plugged, std::vector<DeviceCertificate>& certificates) {
+    plugged.files.Forget();
     std::vector<Pkcs11Certificate> found;
     if (const int code = ListTokenCertificates(plugged.token, m_facts, found)) return code;
     for (Pkcs11Certificate& certificate : found) {
@@ -235,31 +234,23 @@ int Pkcs11Device::SignDigest(const std::string& certId, HashAlgorithm hash, std:
     });
 }
 
-int Pkcs11Device::WithFiles(
-    const std::string& certId,
-    const std::function<int(Pkcs11Files& files, Pkcs11Token& token)>& operation) {
-    return With(certId, [&](PluggedToken& plugged, const Seen& seen) {
-        Pkcs11Files& files = plugged.files.try_emplace(seen.id, seen.id).first->second;
-        return operation(files, plugged.token);
-    });
-}
-
 int Pkcs11Device::ListFiles(const std::string& certId, std::vector<std::string>& names) {
-    return WithFiles(
-        certId, [&](Pkcs11Files& files, Pkcs11Token& token) { return files.List(token, names); });
+    return With(certId, [&](PluggedToken& plugged, const Seen& seen) {
+        return plugged.files.List(plugged.token, seen.id, names);
+    });
 }
 
 int Pkcs11Device::ReadFile(const std::string& certId, const std::string& name,
                            std::string& content) {
-    return WithFiles(certId, [&](Pkcs11Files& files, Pkcs11Token& token) {
-        return files.Read(token, name, content);
+    return With(certId, [&](PluggedToken& plugged, const Seen& seen) {
+        return plugged.files.Read(plugged.token, seen.id, name, content);
     });
 }
 
 int Pkcs11Device::WriteFile(const std::string& certId, const std::string& name,
                             std::string_view content) {
-    return WithFiles(certId, [&](Pkcs11Files& files, Pkcs11Token& token) {
-        return files.Write(token, name, content);
+    return With(certId, [&](PluggedToken& plugged, const Seen& seen) {
+        return plugged.files.Write(plugged.token, seen.id, name, content);
     });
 }
 
