@@ -69,6 +69,7 @@ private:
 };
 
 int Pkcs11Device::SlotsWithToken(std::vector<CK_SLOT_ID>& slots) {
+    if (Pkcs11Module::ProcessEnds()) return kServiceTokenFailure;
     CK_RV result = CKR_BUFFER_TOO_SMALL;
     // A token may be plugged in between the two calls.
     for (int attempt = 0; attempt < 5 && result == CKR_BUFFER_TOO_SMALL; ++attempt) {
@@ -162,6 +163,7 @@ int Pkcs11Device::Try(const Seen& seen, const Operation& operation) {
 
 int Pkcs11Device::With(const std::string& certId, const Operation& operation) {
     if (SerialInCertId(certId).empty()) return kServiceNoSuchCertificate;
+    if (Pkcs11Module::ProcessEnds()) return kServiceTokenFailure;
     const std::lock_guard lock(m_mutex);
     if (!m_seen.contains(certId)) {
         std::vector<DeviceCertificate> certificates;

@@ -1,5 +1,7 @@
 #include "components/certservice/pkcs11/Pkcs11Module.h"
 
+#include <atomic>
+#include <cstdlib>
 #include <map>
 #include <mutex>
 
@@ -16,6 +18,13 @@ struct OpenModules {
 OpenModules& Opened() {
     static auto* const opened = new OpenModules;
     return *opened;
+}
+
+std::atomic<bool> g_processEnds = false;
+
+// Registered behind the handlers that the module has just registered, so it runs before them.
+void WatchProcessEnd() {
+    std::atexit([] { g_processEnds = true; });
 }
 
 CK_FUNCTION_LIST* FunctionsOf(platform::ModuleHandle library) {
@@ -47,12 +56,15 @@ std::shared_ptr<Pkcs11Module> Pkcs11Module::Open(const std::string& path) {
     if (auto module = known.lock()) return module;
     const CK_RV result = Initialise(functions);
     if (result != CKR_OK && result != CKR_CRYPTOKI_ALREADY_INITIALIZED) return nullptr;
+    WatchProcessEnd();
     auto module = std::make_shared<Pkcs11Module>(functions, result == CKR_OK);
     known = module;
     return module;
 }
 
+bool Pkcs11Module::ProcessEnds() { return g_processEnds; }
+
 Pkcs11Module::~Pkcs11Module() {
     const std::lock_guard lock(Opened().mutex);
-    if (m_finalise) m_functions->C_Finalize(nullptr);
+    if (m_finalise && !ProcessEnds()) m_functions->C_Finalize(nullptr);
 }

@@ -8,8 +8,7 @@
 
 // A module is initialised once however many hold it, and finalised when the last holder lets go,
 // unless somebody else in the process had initialised it before. It stays loaded until the process
-// ends, since modules leave exit handlers behind; so a holder that lives as long as the process
-// must not be destroyed by an exit handler of its own.
+// ends, since modules leave exit handlers behind.
 class Pkcs11Module {
 public:
     // Null if `path` (the file system's bytes) can't be loaded, is no PKCS#11 module, or fails in
@@ -21,6 +20,10 @@ public:
     ~Pkcs11Module();
     Pkcs11Module(const Pkcs11Module&) = delete;
     Pkcs11Module& operator=(const Pkcs11Module&) = delete;
+
+    // True once exit handlers run: a module may have taken itself down by then, and none may be
+    // called. Letting go of a module is harmless even so.
+    static bool ProcessEnds();
 
     const CK_FUNCTION_LIST* Functions() const { return m_functions; }
 

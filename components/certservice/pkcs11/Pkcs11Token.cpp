@@ -58,7 +58,8 @@ CK_RV Pkcs11Token::OpenSession() {
 }
 
 void Pkcs11Token::DropSession() {
-    if (m_session != CK_INVALID_HANDLE) m_module->Functions()->C_CloseSession(m_session);
+    if (m_session != CK_INVALID_HANDLE && !Pkcs11Module::ProcessEnds())
+        m_module->Functions()->C_CloseSession(m_session);
     m_session = CK_INVALID_HANDLE;
 }
 

@@ -16,6 +16,9 @@ constexpr char kCertId[] = "P11/0001/01";
 constexpr CK_KEY_TYPE kVendorKey = CKK_VENDOR_DEFINED | 0x51;
 constexpr CK_MECHANISM_TYPE kVendorMechanism = CKM_VENDOR_DEFINED | 0x103;
 
+// For certificates whose key doesn't matter.
+KeyHandle QuickKey() { return KeyHandle(EVP_EC_gen("P-256")); }
+
 std::string Number(CK_ULONG number) { return NumberAttribute(0, number).value; }
 
 class Pkcs11DeviceTest : public testing::Test {
@@ -23,7 +26,7 @@ protected:
     void SetUp() override {
         TheFakeToken() = FakeToken();
         SetServicePath("Pkcs11Modules", FAKE_PKCS11_MODULE);
-        m_certificate = MakeCertificate(MakeRsaKey().get());
+        m_certificate = MakeCertificate(QuickKey().get());
         m_certificateObject = Fake().Add({{CKA_CLASS, Number(CKO_CERTIFICATE)},
                                           {CKA_ID, "\1"},
                                           {CKA_LABEL, "label"},
@@ -296,7 +299,7 @@ TEST_F(Pkcs11DeviceTest, AModuleThatStopsAtAMissingAttributeIsReadAllTheSame) {
 
 TEST_F(Pkcs11DeviceTest, ACertificateWithoutNameIsCalledByItsLabelOrItsId) {
     Fake().objects[m_certificateObject][CKA_VALUE] =
-        MakeCertificate(MakeRsaKey().get(), {.commonName = ""});
+        MakeCertificate(QuickKey().get(), {.commonName = ""});
     ASSERT_EQ(List().size(), 1u);
     EXPECT_EQ(List()[0].label, "label");
     Fake().objects[m_certificateObject].erase(CKA_LABEL);

@@ -262,6 +262,25 @@ TEST_F(TokenSoftHsmTest, AProcessMayEndWithItsDeviceOpen) {
     EXPECT_EXIT(useAndEnd(), testing::ExitedWithCode(0), "");
 }
 
+TEST_F(TokenSoftHsmTest, ADeviceMayBeClosedByAnExitHandlerThatRunsBehindTheModulesOwn) {
+    m_softHsm.MakeToken("A");
+    m_softHsm.StorePair("A", "01");
+    const auto useAndEnd = [] {
+        static std::unique_ptr<KeyDevice> device;
+        // Registered before the module's own handlers, so it runs after them.
+        std::atexit([] {
+            std::vector<DeviceCertificate> certificates;
+            if (device->ListCertificates(certificates) != kServiceTokenFailure) std::_Exit(2);
+            device.reset();
+        });
+        device = OpenOnlyDevice();
+        std::vector<DeviceCertificate> certificates;
+        device->ListCertificates(certificates);
+        std::exit(device->Login(certificates.at(0).certId, "123456") == kServiceOk ? 0 : 1);
+    };
+    EXPECT_EXIT(useAndEnd(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(TokenSoftHsmTest, NoTokenIsNoFailure) {
     Open();
     EXPECT_TRUE(List().empty());
