@@ -41,8 +41,8 @@ int TakePair(KeyHandle key, const std::vector<CertificateHandle>& certificates,
 int ReadPkcs12(PKCS12* file, const std::string& password, ImportedKey& imported) {
     // What a file made twenty years ago needs, RC2 and the like, is in a provider of its own.
     const ProviderHandle legacy(OSSL_PROVIDER_try_load(nullptr, "legacy", 1));
-    const bool sealed = PKCS12_mac_present(file) == 1;
-    if (sealed && PKCS12_verify_mac(file, password.c_str(), -1) != 1) return kServicePinWrong;
+    if (PKCS12_mac_present(file) != 1) return kServiceKeyDamaged;
+    if (PKCS12_verify_mac(file, password.c_str(), -1) != 1) return kServicePinWrong;
     EVP_PKEY* rawKey = nullptr;
     X509* rawCertificate = nullptr;
     STACK_OF(X509)* rawOthers = nullptr;
@@ -51,7 +51,7 @@ int ReadPkcs12(PKCS12* file, const std::string& password, ImportedKey& imported)
     std::vector<CertificateHandle> certificates;
     if (rawCertificate) certificates.emplace_back(rawCertificate);
     const CertificatesHandle others(rawOthers);
-    if (parsed != 1) return sealed ? kServiceKeyDamaged : kServicePinWrong;
+    if (parsed != 1) return kServiceKeyDamaged;
     while (others && sk_X509_num(others.get()) > 0) {
         certificates.emplace_back(sk_X509_pop(others.get()));
     }
