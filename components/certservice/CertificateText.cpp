@@ -99,17 +99,17 @@ Text ExtensionText(X509* certificate, int kind) {
 
 Text PublicKeyHex(X509* certificate) {
     const std::string der = DerOf<i2d_X509_PUBKEY>(X509_get_X509_PUBKEY(certificate));
-    return der.empty() ? std::nullopt : Text(HexOf(der));
+    return der.empty() ? std::nullopt : Text(CapitalHexOf(der));
 }
 
 Text KeyIdentifier(const ASN1_OCTET_STRING* identifier) {
     if (!identifier) return "";
-    return HexOf({reinterpret_cast<const char*>(ASN1_STRING_get0_data(identifier)),
-                  static_cast<size_t>(ASN1_STRING_length(identifier))});
+    return CapitalHexOf({reinterpret_cast<const char*>(ASN1_STRING_get0_data(identifier)),
+                         static_cast<size_t>(ASN1_STRING_length(identifier))});
 }
 
 Text Thumbprint(X509* certificate) {
-    return HexOf(Digest(HashAlgorithm::kSha256, DerOf<i2d_X509>(certificate)));
+    return CapitalHexOf(Digest(HashAlgorithm::kSha256, DerOf<i2d_X509>(certificate)));
 }
 
 Text KeyBits(X509* certificate) {

@@ -1,6 +1,6 @@
 #include "components/certservice/Hex.h"
 
-std::string HexOf(std::string_view bytes) {
+std::string CapitalHexOf(std::string_view bytes) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text;
     text.reserve(bytes.size() * 2);

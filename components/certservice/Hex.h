@@ -5,4 +5,4 @@
 #include <string_view>
 
 // Capital letters, two digits for a byte.
-std::string HexOf(std::string_view bytes);
+std::string CapitalHexOf(std::string_view bytes);

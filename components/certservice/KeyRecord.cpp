@@ -56,7 +56,7 @@ int DecryptKey(std::string_view pem, std::string_view pin, KeyHandle& key) {
 int ReadTries(const std::string& path, std::string_view keyPem, int& tries) {
     std::string state;
     if (!ReadWholeFile(StatePathIn(path), state)) return kServiceKeyDamaged;
-    const std::string hash = HexOf(Digest(HashAlgorithm::kSha256, keyPem));
+    const std::string hash = CapitalHexOf(Digest(HashAlgorithm::kSha256, keyPem));
     if (state.size() < 2 || state[0] < '0' || state[0] > '9') return kServiceKeyDamaged;
     if (state.substr(1) != "\n" + hash + "\n") return kServiceKeyDamaged;
     tries = state[0] - '0';
@@ -65,7 +65,7 @@ int ReadTries(const std::string& path, std::string_view keyPem, int& tries) {
 
 int WriteTries(const std::string& path, std::string_view keyPem, int tries) {
     const std::string state =
-        std::to_string(tries) + "\n" + HexOf(Digest(HashAlgorithm::kSha256, keyPem)) + "\n";
+        std::to_string(tries) + "\n" + CapitalHexOf(Digest(HashAlgorithm::kSha256, keyPem)) + "\n";
     return WriteDurably(StatePathIn(path), state) ? kServiceOk : kServiceFileUnreadable;
 }
 
