@@ -1,0 +1,39 @@
+// GdLibrary.h - the calls of libgd that the conversion needs, bound when first used.
+#pragma once
+
+#include <gd.h>
+
+#include <memory>
+
+#include "platform/Module.h"
+
+// Opening libgd brings some thirty libraries along, and few processes ever convert a picture.
+class CGdLibrary {
+public:
+    // Null if libgd or one of its calls isn't there. Stays open until the process ends.
+    static const CGdLibrary* Get();
+
+    decltype(&::gdSetErrorMethod) setErrorMethod = nullptr;
+    decltype(&::gdImageCreateFromGifPtr) createFromGif = nullptr;
+    decltype(&::gdImageCreateFromPngPtr) createFromPng = nullptr;
+    decltype(&::gdImageCreateFromJpegPtrEx) createFromJpeg = nullptr;
+    decltype(&::gdImageCreateFromBmpPtr) createFromBmp = nullptr;
+    decltype(&::gdImageCreate) createPalette = nullptr;
+    decltype(&::gdImageCreateTrueColor) createTrueColor = nullptr;
+    decltype(&::gdImageGetTrueColorPixel) getTrueColorPixel = nullptr;
+    decltype(&::gdImageSetPixel) setPixel = nullptr;
+    decltype(&::gdImageTrueColorToPalette) trueColorToPalette = nullptr;
+    decltype(&::gdImageColorAllocate) colorAllocate = nullptr;
+    decltype(&::gdImageColorTransparent) colorTransparent = nullptr;
+    decltype(&::gdImageGifPtr) gif = nullptr;
+    decltype(&::gdImageDestroy) destroy = nullptr;
+    decltype(&::gdFree) free = nullptr;
+
+private:
+    bool Bind(platform::ModuleHandle module);
+};
+
+struct GdDestroy {
+    void operator()(gdImage* image) const { CGdLibrary::Get()->destroy(image); }
+};
+using GdImageHandle = std::unique_ptr<gdImage, GdDestroy>;
