@@ -1,10 +1,11 @@
 #include "pdf/SealAppearance.h"
 
-#include <map>
+#include <cstdint>
 #include <optional>
 #include <qpdf/Pl_Flate.hh>
 #include <qpdf/Pl_String.hh>
 #include <qpdf/QUtil.hh>
+#include <unordered_map>
 
 namespace {
 
@@ -19,14 +20,20 @@ std::string Deflate(const std::string& data) {
     return compressed;
 }
 
-// Red, green, blue. What is wholly transparent becomes white, so that it compresses.
-std::string ColourAt(const Picture& picture, std::size_t pixel) {
-    const auto* bytes = &picture.rgba[pixel * 4];
-    if (bytes[3] == 0) return "\xFF\xFF\xFF";
-    return {reinterpret_cast<const char*>(bytes), 3};
-}
+constexpr std::uint32_t kWhite = 0xFFFFFF;
 
 std::size_t PixelCount(const Picture& picture) { return picture.rgba.size() / 4; }
+
+// 0xRRGGBB. What is wholly transparent becomes white, so that it compresses.
+std::uint32_t ColourAt(const Picture& picture, std::size_t pixel) {
+    const auto* bytes = &picture.rgba[pixel * 4];
+    if (bytes[3] == 0) return kWhite;
+    return std::uint32_t{bytes[0]} << 16 | std::uint32_t{bytes[1]} << 8 | bytes[2];
+}
+
+void AppendColour(std::string& bytes, std::uint32_t colour) {
+    for (const int shift : {16, 8, 0}) bytes.push_back(static_cast<char>(colour >> shift));
+}
 
 struct IndexedPicture {
     std::string palette;
@@ -36,11 +43,15 @@ struct IndexedPicture {
 // Most seals have few colours, and then a byte a pixel is enough.
 std::optional<IndexedPicture> Indexed(const Picture& picture) {
     IndexedPicture indexed;
-    std::map<std::string, std::size_t> known;
+    std::unordered_map<std::uint32_t, std::size_t> known;
     for (std::size_t i = 0; i < PixelCount(picture); ++i) {
-        const std::string colour = ColourAt(picture, i);
+        const std::uint32_t colour = ColourAt(picture, i);
+        if (i > 0 && colour == ColourAt(picture, i - 1)) {
+            indexed.indices.push_back(indexed.indices.back());
+            continue;
+        }
         const auto [entry, isNew] = known.try_emplace(colour, known.size());
-        if (isNew) indexed.palette += colour;
+        if (isNew) AppendColour(indexed.palette, colour);
         if (known.size() > kPaletteColours) return {};
         indexed.indices.push_back(static_cast<char>(entry->second));
     }
@@ -49,7 +60,9 @@ std::optional<IndexedPicture> Indexed(const Picture& picture) {
 
 std::string PlainColours(const Picture& picture) {
     std::string colours;
-    for (std::size_t i = 0; i < PixelCount(picture); ++i) colours += ColourAt(picture, i);
+    for (std::size_t i = 0; i < PixelCount(picture); ++i) {
+        AppendColour(colours, ColourAt(picture, i));
+    }
     return colours;
 }
 
