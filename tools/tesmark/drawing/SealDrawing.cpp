@@ -4,6 +4,7 @@
 
 #include "drawing/SealFont.h"
 #include "drawing/SealText.h"
+#include "drawing/Utf8Text.h"
 
 namespace {
 

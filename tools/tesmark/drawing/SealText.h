@@ -6,9 +6,6 @@
 #include "drawing/SealCanvas.h"
 #include "drawing/SealFont.h"
 
-// Reads UTF-8 strictly. False at the first byte that is none, and at control characters.
-bool Utf8Characters(const std::string& utf8, std::u32string& characters);
-
 enum class SealTextPath {
     kUpperArc,  // glyphs stand over the top of the circle, their heads to the outside
     kLowerArc,  // glyphs stand along its bottom, their heads to the centre

@@ -1,0 +1,27 @@
+#include "drawing/SealFont.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(SealFontTest, AFaceWithEveryCharacterIsChosen) {
+    SealFont font;
+    ASSERT_TRUE(FindSealFont(U"深圳市 Ltd. 44", "", font));
+    EXPECT_FALSE(font.path.empty());
+    EXPECT_GE(font.index, 0);
+}
+
+TEST(SealFontTest, AFamilyThatLacksTheCharactersIsPassedOver) {
+    SealFont latin;
+    SealFont mixed;
+    ASSERT_TRUE(FindSealFont(U"Ltd.", "DejaVu Sans", latin));
+    ASSERT_TRUE(FindSealFont(U"深圳市", "DejaVu Sans", mixed));
+    EXPECT_NE(mixed.path, latin.path);
+}
+
+TEST(SealFontTest, AFamilyThatIsNotThereIsNoFailure) {
+    SealFont font;
+    EXPECT_TRUE(FindSealFont(U"公司", "No Such Family", font));
+}
+
+}  // namespace
