@@ -94,5 +94,7 @@ void KVLUnInitialize(CAppOpt& appOpt) {
 int CAppOpt::CheckKVLOKStatus() {
     if (initialised) return 0;
     KVLInitialize(*this);
-    return initialised ? 0 : TESMARK_SERVICE_FAILED;
+    if (initialised) return 0;
+    TESMARK_LOG(kLogError, "CheckKVLOKStatus error");
+    return TESMARK_SERVICE_FAILED;
 }
