@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <regex>
 
 #include "fakes/LogHome.h"
 
@@ -13,6 +12,7 @@ constexpr const char* kLevelNames[] = {"emerg ", "alert ", "crit  ", "error ", "
                                        "notice", "info  ", "debug ", "trace "};
 constexpr int kLevelError = 3;
 constexpr char kBeforeMessage[] = "status(0), ";
+constexpr char kBeforeElapsed[] = "Time consume ";
 
 std::string ReadLog() {
     std::ifstream file(fakes::LogPath(), std::ios::binary);
@@ -29,12 +29,19 @@ int LevelOf(const std::string& record) {
     return 0;
 }
 
+// "[... end][Time consume 12 ms]" becomes "[... end][Time consume N ms]".
+std::string WithoutElapsed(std::string message) {
+    const std::size_t elapsed = message.find(kBeforeElapsed);
+    if (elapsed == std::string::npos) return message;
+    const std::size_t digits = elapsed + sizeof kBeforeElapsed - 1;
+    const std::size_t end = message.find_first_not_of("0123456789", digits);
+    return message.replace(digits, end - digits, "N");
+}
+
 std::string MessageOf(const std::string& record) {
-    static const std::regex elapsed("Time consume [0-9]+ ms");
     const std::size_t status = record.find(kBeforeMessage);
     if (status == std::string::npos) return record;
-    return std::regex_replace(record.substr(status + sizeof kBeforeMessage - 1), elapsed,
-                              "Time consume N ms");
+    return WithoutElapsed(record.substr(status + sizeof kBeforeMessage - 1));
 }
 
 }  // namespace
