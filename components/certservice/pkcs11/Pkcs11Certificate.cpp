@@ -93,7 +93,7 @@ void AddCandidate(Pkcs11Certificate certificate, const CertificateFacts& facts,
                   std::map<std::string, Candidate>& candidates) {
     certificate.damaged = !facts.readable;
     if (!facts.commonName.empty()) certificate.label = facts.commonName;
-    if (certificate.label.empty()) certificate.label = HexOf(certificate.id);
+    if (certificate.label.empty()) certificate.label = LowerHexOf(certificate.id);
     const std::string id = certificate.id;
     const auto rival = candidates.find(id);
     if (rival != candidates.end() && rival->second.notBefore >= facts.notBefore) return;

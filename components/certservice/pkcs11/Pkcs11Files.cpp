@@ -17,7 +17,7 @@ constexpr unsigned int kSearchHoldsMs = 1000;
 }  // namespace
 
 bool Pkcs11Files::Object::BelongsTo(const std::string& id) const {
-    return objectId == id || application == HexOf(id);
+    return objectId == id || application == LowerHexOf(id);
 }
 
 int Pkcs11Files::ReadObject(Pkcs11Token& token, Object& object, std::string* content) {
@@ -98,7 +98,7 @@ int Pkcs11Files::Write(Pkcs11Token& token, const std::string& id, const std::str
     const int code = token.Create(
         {NumberAttribute(CKA_CLASS, CKO_DATA), FlagAttribute(CKA_TOKEN, true),
          FlagAttribute(CKA_PRIVATE, false), BytesAttribute(CKA_LABEL, platform::Utf8FromAnsi(name)),
-         BytesAttribute(CKA_APPLICATION, HexOf(id)), BytesAttribute(CKA_OBJECT_ID, id),
+         BytesAttribute(CKA_APPLICATION, LowerHexOf(id)), BytesAttribute(CKA_OBJECT_ID, id),
          BytesAttribute(CKA_VALUE, content)});
     if (code != kServiceOk) return code;
     for (const Object& old : m_objects)

@@ -17,7 +17,7 @@ std::string TextOfToken(std::string_view text) {
     return ansi;
 }
 
-std::string HexOf(std::string_view bytes) {
+std::string LowerHexOf(std::string_view bytes) {
     std::string hex;
     hex.reserve(bytes.size() * 2);
     for (const unsigned char byte : bytes) {
@@ -28,13 +28,13 @@ std::string HexOf(std::string_view bytes) {
 }
 
 std::string ShortDigest(std::string_view bytes, std::size_t digits) {
-    return HexOf(Digest(HashAlgorithm::kSha256, bytes)).substr(0, digits);
+    return LowerHexOf(Digest(HashAlgorithm::kSha256, bytes)).substr(0, digits);
 }
 
 std::string TokenCertId(const std::string& serial, std::string_view id) {
     std::string certId(kPrefix);
     certId.append(serial).append("/");
-    return certId + (id.size() <= kLongestPlainId ? HexOf(id) : "~" + ShortDigest(id, 38));
+    return certId + (id.size() <= kLongestPlainId ? LowerHexOf(id) : "~" + ShortDigest(id, 38));
 }
 
 std::string SerialInCertId(const std::string& certId) {

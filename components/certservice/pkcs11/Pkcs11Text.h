@@ -13,7 +13,7 @@ std::string TextOfToken(std::string_view text);
 std::string ShortDigest(std::string_view bytes, std::size_t digits);
 
 // In lower case.
-std::string HexOf(std::string_view bytes);
+std::string LowerHexOf(std::string_view bytes);
 
 // The certId of the certificate with that CKA_ID on the token with that serial number:
 // "P11/<serial>/<id in hexadecimal>", or with "~" and a digest in place of an id of more than 20
