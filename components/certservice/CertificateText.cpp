@@ -2,6 +2,7 @@
 
 #include <openssl/x509v3.h>
 
+#include <cstdio>
 #include <ctime>
 #include <optional>
 #include <string_view>
@@ -58,10 +59,13 @@ Text LocalTimeText(const ASN1_TIME* time) {
     int seconds = 0;
     if (!epoch || ASN1_TIME_diff(&days, &seconds, epoch.get(), time) != 1) return std::nullopt;
     const std::tm local = platform::LocalTime(static_cast<std::time_t>(days) * 86'400 + seconds);
-    if (local.tm_year > 9999 - 1900) return "99991231235959";
-    char text[32];
-    const size_t size = std::strftime(text, sizeof text, "%Y%m%d%H%M%S", &local);
-    return std::string(text, size);
+    const int year = local.tm_year + 1900;
+    if (year > 9999) return "99991231235959";
+    if (year < 0) return "00000101000000";
+    char text[80];
+    std::snprintf(text, sizeof text, "%04d%02d%02d%02d%02d%02d", year, local.tm_mon + 1,
+                  local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+    return text;
 }
 
 Text KeyType(X509* certificate) {
