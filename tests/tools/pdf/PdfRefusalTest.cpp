@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "tools/pdf/PdfFixture.h"
 
 namespace {

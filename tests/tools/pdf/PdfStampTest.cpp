@@ -1,7 +1,5 @@
 #include "tools/pdf/PdfFixture.h"
 
-using testing::TempDir;
-
 namespace {
 
 class PdfStampTest : public PdfFixture {

@@ -1,5 +1,9 @@
 #include "pdf/WorkFile.h"
 
+#include <sys/resource.h>
+
+#include <csignal>
+
 #include "tools/pdf/PdfFixture.h"
 
 namespace {
@@ -40,14 +44,13 @@ TEST_F(WorkFileTest, AnInputWhoseSizeHasChangedIsRefused) {
     EXPECT_NE(file.Problem().find("can't get the input"), std::string::npos);
 }
 
-TEST_F(WorkFileTest, AnInputThatTheKernelCannotCopyItselfIsReadPieceByPiece) {
-    // Files of /proc tell a size of 0 or refuse the kernel's copy; one of /sys tells a page.
+TEST_F(WorkFileTest, AnInputThatIsShorterThanItSaysIsNoticed) {
+    // Files of /sys tell a size of a page, and the kernel doesn't copy them by itself.
     const std::string input = "/sys/kernel/mm/transparent_hugepage/enabled";
     const std::string text = ReadFile(input);
     if (text.empty()) GTEST_SKIP() << "no such file in this system";
     CWorkFile file(Path("out"));
     ASSERT_TRUE(file.Create());
-    // It is shorter than it says: the copy must notice.
     EXPECT_FALSE(file.CopyFrom(input, 4'096));
 }
 
@@ -59,12 +62,57 @@ TEST_F(WorkFileTest, TheOutputMustBeAFileInAFolderThatIsThere) {
     }
 }
 
-TEST_F(WorkFileTest, ADiskThatIsFullIsTold) {
-    if (RunCommand("test -w /dev/full && echo yes") != "yes\n") GTEST_SKIP() << "no /dev/full";
-    // A limit on the size of files stands for a full disk.
-    const std::string command = "bash -c 'trap \"\" XFSZ; ulimit -f 1; head -c 4096 /dev/zero > " +
-                                Path("probe") + "; echo $?'";
-    EXPECT_NE(RunCommand(command), "0\n");
+// A limit on the size of files stands for a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : m_handler(signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit = {bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    void (*m_handler)(int);
+    rlimit m_before = {};
+};
+
+TEST_F(WorkFileTest, ADiskThatIsFullIsToldAndNothingStaysBehind) {
+    WriteFile(Path("in"), std::string(200'000, 'x'));
+    {
+        CWorkFile file(Path("out"));
+        ASSERT_TRUE(file.Create());
+        const FileSizeLimit limit(100'000);
+        EXPECT_TRUE(file.Append("fits"));
+        EXPECT_FALSE(file.Append(std::string(200'000, 'y')));
+        EXPECT_NE(file.Problem().find("can't be written"), std::string::npos);
+        EXPECT_FALSE(file.CopyFrom(Path("in"), 200'000));
+    }
+    EXPECT_EQ(Listing(), (std::vector<std::string>{"in"}));
+}
+
+TEST_F(WorkFileTest, AStampThatRunsOutOfDiskBeforeOrAfterTheSignatureLeavesTheOldOutput) {
+    const auto request = RequestFor(SimplePdf());
+    WriteFile(request.outputPath, "old");
+    const auto size = ReadFile(request.inputPath).size();
+    for (const std::size_t room : {size / 2, size + 100, size + 6'000}) {
+        StampResult result;
+        {
+            const FileSizeLimit limit(room);
+            result = StampPdf(request, [](const SignedRanges&, std::string& contents) {
+                contents = "x";
+                return 0;
+            });
+        }
+        EXPECT_EQ(result.error, StampError::kOutputUnwritable) << room;
+        EXPECT_EQ(ReadFile(request.outputPath), "old");
+        EXPECT_EQ(Listing(), (std::vector<std::string>{"in.pdf", "out.pdf"}));
+    }
 }
 
 }  // namespace
