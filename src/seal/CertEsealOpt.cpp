@@ -5,6 +5,7 @@
 #include "TesmarkOpt.h"
 #include "bridge/TwoStep.h"
 #include "foundation/Logger.h"
+#include "seal/KeyLists.h"
 
 namespace {
 
@@ -52,6 +53,27 @@ int CCertEsealOpt::GetCertAndPic() {
         return code;
     }
     return 0;
+}
+
+int CCertEsealOpt::GetUserList() {
+    TESMARK_LOG_SCOPE("CCertEsealOpt::GetUserList");
+    CBuffer buffer;
+    if (const int code = m_appOpt->GetUserList(buffer)) {
+        TESMARK_LOG(kLogError, "GetUserList error:%d", code);
+        return code;
+    }
+    const std::string list = buffer ? buffer.Text() : "";
+    if (list.find(kBehindLabel) == std::string::npos) {
+        TESMARK_LOG(kLogError, "Cert error:ERROR_TESMARK_CERT_FORMAT");
+        return TESMARK_CERT_LIST_FORMAT;
+    }
+    ClearCertList();
+    m_certs = ReadUserList(list);
+    return 0;
+}
+
+int CCertEsealOpt::praseEnumFiles(std::string text, std::vector<std::string>& names) {
+    return ReadFileList(text, names) ? 1 : 0;
 }
 
 int CCertEsealOpt::GetEsealInfo() {

@@ -1,14 +1,10 @@
+#include "seal/KeyLists.h"
+
 #include <algorithm>
 #include <array>
-#include <string_view>
-
-#include "TesmarkOpt.h"
-#include "foundation/Logger.h"
-#include "seal/CertEsealOpt.h"
 
 namespace {
 
-constexpr std::string_view kBehindLabel = "||";
 constexpr std::string_view kBehindEntry = "&&&";
 constexpr std::string_view kScanDevice = "hlvqDev";
 constexpr std::string_view kScanEntry = "hlvqDev000000000000000000";
@@ -65,34 +61,24 @@ bool IsSealFile(std::string_view name) {
 
 }  // namespace
 
-int CCertEsealOpt::GetUserList() {
-    TESMARK_LOG_SCOPE("CCertEsealOpt::GetUserList");
-    CBuffer buffer;
-    if (const int code = m_appOpt->GetUserList(buffer)) {
-        TESMARK_LOG(kLogError, "GetUserList error:%d", code);
-        return code;
-    }
-    const std::string list = buffer ? buffer.Text() : "";
-    if (list.find(kBehindLabel) == std::string::npos) {
-        TESMARK_LOG(kLogError, "Cert error:ERROR_TESMARK_CERT_FORMAT");
-        return TESMARK_CERT_LIST_FORMAT;
-    }
-    ClearCertList();
+std::vector<CertRecord> ReadUserList(std::string_view list) {
+    std::vector<CertRecord> certs;
     int scanMode = 0;
     Entry entry;
     for (std::size_t position = 0; NextEntry(list, position, entry);) {
-        if (Classify(entry, scanMode)) m_certs.push_back(RecordOf(entry, scanMode));
+        if (Classify(entry, scanMode)) certs.push_back(RecordOf(entry, scanMode));
     }
-    return 0;
+    return certs;
 }
 
-int CCertEsealOpt::praseEnumFiles(std::string text, std::vector<std::string>& names) {
-    std::size_t end = text.find(kBehindEntry);
-    if (end == std::string::npos) return 0;
-    for (std::size_t start = 0; end != std::string::npos; end = text.find(kBehindEntry, start)) {
-        const std::string name = text.substr(start, end - start);
-        if (IsSealFile(name)) names.push_back(name);
+bool ReadFileList(std::string_view list, std::vector<std::string>& names) {
+    std::size_t end = list.find(kBehindEntry);
+    if (end == std::string_view::npos) return false;
+    for (std::size_t start = 0; end != std::string_view::npos;
+         end = list.find(kBehindEntry, start)) {
+        const std::string_view name = list.substr(start, end - start);
+        if (IsSealFile(name)) names.emplace_back(name);
         start = end + kBehindEntry.size();
     }
-    return 1;
+    return true;
 }
