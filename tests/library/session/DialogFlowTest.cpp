@@ -1,0 +1,199 @@
+#include <functional>
+
+#include "SessionTest.h"
+#include "dialogs/CertSealTree.h"
+#include "host/ModuleState.h"
+#include "session/SealFlows.h"
+#include "session/SealRetrieval.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// What the user does in the dialog.
+std::function<DialogEnd(CertSealPick*)> g_user;
+
+}  // namespace
+
+// Stands in for the dialog: the program is linked with this one in place of the library's.
+DialogEnd ShowCertSealTree(CertSealPick* pick) { return g_user(pick); }
+
+namespace {
+
+class DialogFlowTest : public SessionTest {
+protected:
+    DialogFlowTest() {
+        Answers(DialogEnd::Confirmed, {});
+        g_selectedSealIndex = -1;
+        fakes::AddCertificate("one", "cert-1");
+        fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("old picture"));
+        fakes::AddFile("cert-1", "GBESEAL01", "national seal");
+        fakes::AddCertificate("two", "cert-2");
+        fakes::AddFile("cert-2", "SEAL01", "national seal");
+        fakes::AddNationalSeal("national seal", "name", "national picture");
+    }
+    ~DialogFlowTest() override {
+        g_certEsealOpt.ClearCertList();
+        state::ClearSelectKeyID();
+        g_stampPictureMode = 1;
+        g_sealFlowBusy = 0;
+        if (g_appOpt.initialised) KVLUnInitialize(g_appOpt);
+    }
+
+    void Answers(DialogEnd end, CertSealPick picked) {
+        g_user = [=, this](CertSealPick* pick) {
+            ++m_shown;
+            if (end == DialogEnd::Confirmed) *pick = picked;
+            return end;
+        };
+    }
+    int Query() {
+        m_length = -7;
+        return session::GetSealInfo(nullptr, &m_length);
+    }
+    // A size query that ends in `code` with nothing selected and nobody busy.
+    void ExpectQueryFails(int code) {
+        EXPECT_EQ(Query(), code);
+        EXPECT_EQ(m_length, -7);
+        EXPECT_EQ(g_sealFlowBusy, 0);
+        EXPECT_TRUE(g_currentCertId.Empty());
+        EXPECT_TRUE(g_sealInfoCache.Empty());
+    }
+
+    int m_shown = 0;
+    int m_length = 0;
+};
+
+TEST_F(DialogFlowTest, ThePickedSealIsProbedCheckedAndDelivered) {
+    Answers(DialogEnd::Confirmed, {0, 1});
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(m_length, 16);
+    EXPECT_EQ(g_selectedSeal.Text(), "national seal");
+    EXPECT_EQ(g_currentCertId.Text(), "cert-1");
+    EXPECT_EQ(g_selectedSealName.Text(), "name(国办)");
+    EXPECT_EQ(g_selectedSealIndex, 1);
+    EXPECT_EQ(g_esealMode, 2);
+    EXPECT_EQ(g_sealFlowBusy, 0);
+    EXPECT_THAT(ProbesAndChecks(),
+                ElementsAre("SOF_SignData", "SOF_SignData", "TVK_Verify_SESeal"));
+    EXPECT_THAT(Failures(), IsEmpty());
+}
+
+TEST_F(DialogFlowTest, ThePickedCertificateIsTheOneThatSigns) {
+    Answers(DialogEnd::Confirmed, {1, 0});
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(g_currentCertId.Text(), "cert-2");
+    EXPECT_EQ(fakes::CallTexts("SOF_SignData").front(),
+              "SOF_SignData(ctx, \"cert-2\", 1 \"1\", size?)");
+}
+
+TEST_F(DialogFlowTest, TheFetchShowsNoDialog) {
+    Answers(DialogEnd::Confirmed, {0, 0});
+    ASSERT_EQ(Query(), 0);
+    unsigned char picture[16] = {};
+    EXPECT_EQ(session::GetSealInfo(picture, &m_length), 0);
+    EXPECT_STREQ(reinterpret_cast<char*>(picture), "old picture");
+    EXPECT_EQ(m_shown, 1);
+}
+
+TEST_F(DialogFlowTest, TwoSizeQueriesShowTwoDialogsAndTheFetchDeliversTheSecondPick) {
+    Answers(DialogEnd::Confirmed, {0, 1});
+    ASSERT_EQ(Query(), 0);
+    Answers(DialogEnd::Confirmed, {0, 0});
+    ASSERT_EQ(Query(), 0);
+    unsigned char picture[16] = {};
+    EXPECT_EQ(session::GetSealInfo(picture, &m_length), 0);
+    EXPECT_STREQ(reinterpret_cast<char*>(picture), "old picture");
+    EXPECT_EQ(m_shown, 2);
+}
+
+TEST_F(DialogFlowTest, ANestedQuestionIsBusyWithACacheToo) {
+    Answers(DialogEnd::Confirmed, {0, 1});
+    ASSERT_EQ(Query(), 0);
+    int nested = 0;
+    int fetched = 0;
+    g_user = [&](CertSealPick*) {
+        int length = 4;
+        unsigned char buffer[4];
+        nested = session::GetSealInfo(nullptr, &length);
+        fetched = session::GetSealInfo(buffer, &length);
+        return DialogEnd::Closed;
+    };
+    EXPECT_EQ(Query(), TESMARK_CANCELLED);
+    EXPECT_EQ(nested, TESMARK_BUSY);
+    EXPECT_EQ(fetched, TESMARK_BUSY);
+    EXPECT_EQ(g_sealFlowBusy, 0);
+}
+
+TEST_F(DialogFlowTest, AClosedDialogAndOneThatCannotBeShownAreLogged) {
+    Answers(DialogEnd::Closed, {});
+    ExpectQueryFails(TESMARK_CANCELLED);
+    Answers(DialogEnd::Failed, {});
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_THAT(Failures(), ElementsAre("user cancel dlg -3004", "user cancel dlg -3004"));
+}
+
+TEST_F(DialogFlowTest, OkWithNothingPickedIsACancelWithoutALine) {
+    Answers(DialogEnd::Confirmed, {-1, -1});
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_THAT(Failures(), IsEmpty());
+}
+
+TEST_F(DialogFlowTest, APickedCertificateWithoutASealIsACancel) {
+    Answers(DialogEnd::Confirmed, {1, -1});
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_THAT(ProbesAndChecks(), IsEmpty());
+}
+
+TEST_F(DialogFlowTest, APickedScanDeviceLeadsToTheScan) {
+    fakes::AddCertificate("any", "hlvqDev123");
+    Answers(DialogEnd::Confirmed, {2, -1});
+    ExpectQueryFails(TESMARK_LOGIN_FAILED);
+}
+
+TEST_F(DialogFlowTest, AFailedProbeIsLoggedByTheFlow) {
+    Answers(DialogEnd::Confirmed, {0, 1});
+    fakes::On("SOF_SignData").Returns(2148);
+    ExpectQueryFails(2148);
+    EXPECT_THAT(Failures(),
+                ElementsAre("[SignData]SOF_SignData: error:2148", "SignData error 2148"));
+    EXPECT_EQ(g_selectedSealIndex, -1);
+}
+
+TEST_F(DialogFlowTest, ATimeStampThatCannotBeMadeEndsTheFlow) {
+    m_prefix.SetNumber("bSignWithTimeStamp", 1);
+    Answers(DialogEnd::Confirmed, {0, 1});
+    ExpectQueryFails(TESMARK_TIME_STAMP_FAILED);
+    EXPECT_THAT(Failures(), ElementsAre("SignTimeStamp error -3008"));
+}
+
+TEST_F(DialogFlowTest, ASealThatIsNotValidEndsTheFlow) {
+    Answers(DialogEnd::Confirmed, {0, 1});
+    fakes::On("TVK_Verify_SESeal").Returns(9);
+    ExpectQueryFails(9);
+    EXPECT_THAT(Failures(), ElementsAre("TVK_Verify_SESeal error 9"));
+    EXPECT_EQ(g_esealMode, 2);
+    EXPECT_EQ(g_selectedSealIndex, 1);
+}
+
+TEST_F(DialogFlowTest, AnEmptyStatusFieldEndsTheFlowWithZeroAndNothingSelected) {
+    m_prefix.SetNumber("ReqEsealStatus", 1);
+    Answers(DialogEnd::Confirmed, {0, 1});
+    fakes::On("TVK_GetSealInfo").Gives("");
+    ExpectQueryFails(0);
+    EXPECT_THAT(Failures(), ElementsAre("TVK_Request_Eseal_Status error 0"));
+}
+
+TEST_F(DialogFlowTest, AFailureThatPassesThroughLeavesNobodyBusy) {
+    Answers(DialogEnd::Confirmed, {0, 1});
+    fakes::ResetWorld();
+    fakes::Certificate& cert = fakes::AddCertificate("one", "cert-1");
+    cert.notAfter = "20990231995959";
+    fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("a"));
+    fakes::AddFile("cert-1", "ESEAL02", fakes::EsSeal("b"));
+    EXPECT_ANY_THROW(Query());
+    EXPECT_EQ(g_sealFlowBusy, 0);
+}
+
+}  // namespace
