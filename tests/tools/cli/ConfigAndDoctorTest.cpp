@@ -1,0 +1,193 @@
+// `tesmark config` and `doctor`, and what every command has: help, version, usage errors.
+
+#include <filesystem>
+
+#include "CliFixture.h"
+
+namespace {
+
+class ConfigTest : public CliTest {};
+
+TEST_F(ConfigTest, ANumberGoesRoundAndStandsInTheStore) {
+    ASSERT_EQ(Tesmark({"config", "set", "bVerifyCRL", "1"}).exitCode, 0);
+    EXPECT_EQ(Tesmark({"config", "get", "bVerifyCRL"}).out, "1\n");
+    const std::string store = FileContent(InPrefix("machine.reg"));
+    EXPECT_NE(store.find("\"bVerifyCRL\"=dword:00000001"), std::string::npos) << store;
+}
+
+TEST_F(ConfigTest, NamesCompareWithoutRegardToCase) {
+    ASSERT_EQ(Tesmark({"config", "set", "BVERIFYcrl", "1"}).exitCode, 0);
+    EXPECT_EQ(Tesmark({"config", "get", "bVerifyCRL"}).out, "1\n");
+}
+
+TEST_F(ConfigTest, AChineseTextGoesRound) {
+    const std::string text = reinterpret_cast<const char*>(u8"应用");
+    ASSERT_EQ(Tesmark({"config", "set", "appid", text}).exitCode, 0);
+    EXPECT_EQ(Json({"config", "get", "appid"})["value"].asString(), text);
+}
+
+TEST_F(ConfigTest, APathKeepsItsBytes) {
+    const std::string path = InPrefix(reinterpret_cast<const char*>(u8"信任 folder"));
+    ASSERT_EQ(Tesmark({"config", "set", "TrustFolder", path}).exitCode, 0);
+    EXPECT_EQ(Tesmark({"config", "get", "TrustFolder"}).out, path + "\n");
+}
+
+TEST_F(ConfigTest, TheUsersScopeIsAFileOfItsOwn) {
+    ASSERT_EQ(Tesmark({"config", "set", "InstallPath", "/opt/velmora"}).exitCode, 0);
+    EXPECT_TRUE(std::filesystem::exists(InPrefix("user.reg")));
+    EXPECT_EQ(Json({"config", "get", "InstallPath"})["scope"].asString(), "user");
+}
+
+TEST_F(ConfigTest, UnsetBringsTheDefaultBack) {
+    ASSERT_EQ(Tesmark({"config", "set", "bSealPosition", "1"}).exitCode, 0);
+    ASSERT_EQ(Tesmark({"config", "unset", "bSealPosition"}).exitCode, 0);
+    const Json::Value setting = Json({"config", "get", "bSealPosition"});
+    EXPECT_TRUE(setting["value"].isNull());
+    EXPECT_EQ(setting["default"].asString(), "0");
+}
+
+TEST_F(ConfigTest, AnUnknownNameIsAnErrorThatListsTheKnownOnes) {
+    const auto outcome = Tesmark({"config", "get", "bNothing"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.error.find("bSignWithTimeStamp"), std::string::npos);
+    EXPECT_NE(outcome.error.find("TrustFolder"), std::string::npos);
+}
+
+TEST_F(ConfigTest, ATextForANumberAndATooLongTextAreRefused) {
+    EXPECT_EQ(Tesmark({"config", "set", "bVerifyCRL", "yes"}).exitCode, 2);
+    EXPECT_EQ(Tesmark({"config", "set", "sWSURL", std::string(199, 'a')}).exitCode, 0);
+    EXPECT_EQ(Tesmark({"config", "set", "sWSURL", std::string(200, 'a')}).exitCode, 2);
+    EXPECT_EQ(Tesmark({"config", "get", "sWSURL"}).out, std::string(199, 'a') + "\n");
+}
+
+// The library ignores a failed write; a person must not.
+TEST_F(ConfigTest, AStoreThatCannotBeWrittenIsAnError) {
+    std::filesystem::remove(InPrefix("machine.reg"));
+    std::filesystem::create_directory(InPrefix("machine.reg"));
+    const auto outcome = Tesmark({"config", "set", "bVerifyCRL", "1"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.error.find("machine.reg"), std::string::npos) << outcome.error;
+}
+
+TEST_F(ConfigTest, AllSettingsAreShownWithTheirDefaults) {
+    const Json::Value settings = Json({"config", "get"})["settings"];
+    EXPECT_GE(settings.size(), 12u);
+    for (const Json::Value& setting : settings) {
+        EXPECT_FALSE(setting["meaning"].asString().empty()) << setting;
+    }
+}
+
+using DoctorBareTest = BareCliTest;
+
+TEST_F(DoctorBareTest, ABarePrefixIsToldWhatIsMissing) {
+    const auto outcome = Tesmark({"doctor"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.out.find("WRONG  certificate service"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("tesmark config set CertService"), std::string::npos);
+    EXPECT_NE(outcome.out.find("WRONG  trust folder"), std::string::npos) << outcome.out;
+}
+
+TEST_F(DoctorBareTest, EveryOtherCommandNamesTheMissingServiceToo) {
+    const auto outcome = Tesmark({"list"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.error.find("-3021"), std::string::npos) << outcome.error;
+}
+
+class DoctorTest : public CliTest {
+protected:
+    // Whether a program asks for PINs is the machine's affair.
+    std::size_t Problems() const {
+        std::size_t problems = 0;
+        for (const Json::Value& finding : Json({"doctor"})["findings"]) {
+            if (!finding["ok"].asBool() && finding["subject"] != "PIN entry") ++problems;
+        }
+        return problems;
+    }
+    std::string Text() const { return Tesmark({"doctor"}).out; }
+};
+
+TEST_F(DoctorTest, AKeyWithASealLeavesNothingToMend) {
+    MakeKey("alice", "sm2");
+    MakeSeal("alice", "gb2020", "alice");
+    EXPECT_EQ(Problems(), 0u) << Text();
+}
+
+TEST_F(DoctorTest, ALockedKeyIsNamed) {
+    MakeKey("alice", "sm2");
+    WriteFile(InPrefix("f"), "f");
+    for (int i = 0; i < 6; ++i) Tesmark({"sign", InPrefix("f"), "--pin", "000000"});
+    EXPECT_EQ(Problems(), 1u);
+    EXPECT_NE(Text().find("DevKeys/alice: the key is locked"), std::string::npos) << Text();
+}
+
+TEST_F(DoctorTest, ADamagedKeyIsNamed) {
+    MakeKey("alice", "sm2");
+    MakeKey("bob", "sm2");
+    for (const auto& entry : std::filesystem::directory_iterator(InPrefix("keys/bob"))) {
+        if (entry.is_regular_file()) WriteFile(entry.path().string(), "rubbish");
+    }
+    EXPECT_GE(Problems(), 1u);
+    EXPECT_NE(Text().find("DevKeys/bob"), std::string::npos) << Text();
+}
+
+TEST_F(DoctorTest, ADamagedSealIsNamed) {
+    MakeKey("alice", "sm2");
+    MakeSeal("alice", "gb2020", "alice");
+    WriteFile(InPrefix("keys/alice/files/GBESEAL"), "rubbish");
+    EXPECT_EQ(Problems(), 1u) << Text();
+    EXPECT_NE(Text().find("GBESEAL in DevKeys/alice: the seal is damaged"), std::string::npos)
+        << Text();
+}
+
+TEST_F(DoctorTest, ACertificateThatNobodyTrustsIsNamed) {
+    MakeKey("alice", "sm2");
+    std::filesystem::remove_all(InPrefix("trust"));
+    EXPECT_NE(Text().find("DevKeys/alice: not trusted on this machine"), std::string::npos)
+        << Text();
+}
+
+TEST_F(DoctorTest, ServicesFilesThatAreNoLibrariesAreNamed) {
+    WriteFile(InPrefix("libKVLAppCOM.so"), "no library");
+    m_prefix.RegisterCertService(InPrefix("libKVLAppCOM.so"));
+    const auto outcome = Tesmark({"doctor"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.out.find("can't be loaded"), std::string::npos) << outcome.out;
+}
+
+class HelpTest : public CliTest {};
+
+TEST_F(HelpTest, EveryLevelTellsExamples) {
+    const std::vector<std::vector<std::string>> levels = {
+        {},        {"key"},    {"key", "new"},    {"key", "list"},   {"key", "import"},
+        {"seal"},  {"list"},   {"seal", "new"},   {"stamp"},         {"sign"},
+        {"hash"},  {"config"}, {"config", "get"}, {"config", "set"}, {"config", "unset"},
+        {"doctor"}};
+    for (std::vector<std::string> level : levels) {
+        level.emplace_back("--help");
+        const auto outcome = Tesmark(level);
+        EXPECT_EQ(outcome.exitCode, 0) << level.front();
+        EXPECT_NE(outcome.out.find("Examples:\n  "), std::string::npos) << outcome.out;
+        EXPECT_EQ(outcome.error, "");
+    }
+}
+
+TEST_F(HelpTest, TheVersionIsTold) {
+    const auto outcome = Tesmark({"--version"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_TRUE(outcome.out.starts_with("tesmark ")) << outcome.out;
+}
+
+TEST_F(HelpTest, ACommandLineThatCannotBeUnderstoodEndsWithTwo) {
+    for (const std::vector<std::string>& line : std::vector<std::vector<std::string>>{
+             {}, {"frobnicate"}, {"stamp"}, {"stamp", "a.pdf"}, {"list", "--nothing"}}) {
+        const auto outcome = Tesmark(line);
+        EXPECT_EQ(outcome.exitCode, 2);
+        EXPECT_TRUE(outcome.error.starts_with("tesmark: ")) << outcome.error;
+    }
+}
+
+TEST_F(HelpTest, APinInTwoPlacesIsRefused) {
+    EXPECT_EQ(Tesmark({"sign", "f", "--pin", "1", "--pin-file", "f"}).exitCode, 2);
+}
+
+}  // namespace

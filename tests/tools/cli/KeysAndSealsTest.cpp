@@ -1,0 +1,183 @@
+// `tesmark key`, `seal` and `list`.
+
+#include <filesystem>
+
+#include "CliFixture.h"
+
+namespace {
+
+// Chinese narrow text: UTF-8 as a terminal gives it.
+const std::string kCompany = reinterpret_cast<const char*>(u8"北京示例科技有限公司");
+
+class KeysTest : public CliTest {};
+
+TEST_F(KeysTest, ANewKeyIsListedTrustedAndValid) {
+    MakeKey("alice", "sm2");
+    const Json::Value certificates = Json({"list"})["certificates"];
+    ASSERT_EQ(certificates.size(), 1u);
+    EXPECT_EQ(certificates[0]["certId"].asString(), "DevKeys/alice");
+    EXPECT_EQ(certificates[0]["commonName"].asString(), "alice");
+    EXPECT_EQ(certificates[0]["algorithm"].asString(), "SM2");
+    EXPECT_TRUE(certificates[0]["problem"].isNull());
+}
+
+TEST_F(KeysTest, EveryAlgorithmMakesAKey) {
+    for (const char* algorithm : {"sm2", "rsa2048", "rsa3072", "rsa4096"}) {
+        MakeKey(algorithm, algorithm);
+    }
+    EXPECT_EQ(Json({"list"})["certificates"].size(), 4u);
+    const auto unknown =
+        Tesmark({"key", "new", "--name", "x", "--algorithm", "rsa1024", "--pin", "123456"});
+    EXPECT_EQ(unknown.exitCode, 2);
+}
+
+TEST_F(KeysTest, AChineseNameStandsInTheCertificate) {
+    ASSERT_EQ(
+        Tesmark({"key", "new", "--name", kCompany, "--id", "company", "--pin", "123456"}).exitCode,
+        0);
+    EXPECT_EQ(Json({"list"})["certificates"][0]["commonName"].asString(), kCompany);
+}
+
+TEST_F(KeysTest, TheSerialNumberIsTheOneAskedFor) {
+    ASSERT_EQ(
+        Tesmark({"key", "new", "--name", "a", "--serial", "1234ABCD", "--pin", "123456"}).exitCode,
+        0);
+    const std::string serial = Json({"list"})["certificates"][0]["serial"].asString();
+    EXPECT_EQ(strcasecmp(serial.c_str(), "1234ABCD"), 0) << serial;
+}
+
+TEST_F(KeysTest, ATakenNameIsRefusedAndTheKeyStays) {
+    MakeKey("alice", "sm2");
+    const auto again = Tesmark({"key", "new", "--name", "alice", "--pin", "654321"});
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_NE(again.error.find("is there already"), std::string::npos) << again.error;
+    EXPECT_EQ(Json({"list"})["certificates"].size(), 1u);
+}
+
+TEST_F(KeysTest, TheTriesLeftAreShown) {
+    MakeKey("alice", "sm2");
+    EXPECT_EQ(Json({"key", "list"})["keys"][0]["triesLeft"].asInt(), 6);
+    WriteFile(InPrefix("f"), "f");
+    Tesmark({"sign", InPrefix("f"), "--pin", "000000"});
+    EXPECT_EQ(Json({"key", "list"})["keys"][0]["triesLeft"].asInt(), 5);
+}
+
+TEST_F(KeysTest, WithoutATerminalAPinHasToBeGiven) {
+    const auto outcome = Shell("setsid $TESMARK key new --name a");
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_NE(outcome.error.find("--pin-file"), std::string::npos) << outcome.error;
+}
+
+TEST_F(KeysTest, APinThatIsTooShortOrNotAsciiIsRefused) {
+    EXPECT_EQ(Tesmark({"key", "new", "--name", "a", "--pin", "123"}).exitCode, 6);
+    EXPECT_EQ(Tesmark({"key", "new", "--name", "a", "--pin", kCompany}).exitCode, 2);
+}
+
+TEST_F(KeysTest, APkcs12FileBecomesAKey) {
+    ASSERT_EQ(Shell("openssl req -x509 -newkey rsa:2048 -nodes -keyout k.pem -out c.pem -days 9 "
+                    "-subj /CN=imported 2>/dev/null && openssl pkcs12 -export -inkey k.pem -in "
+                    "c.pem -out k.p12 -passout pass:secret")
+                  .exitCode,
+              0);
+    const std::string file = InPrefix("k.p12");
+    const auto wrong = Tesmark({"key", "import", file, "--password", "x", "--pin", "123456"});
+    EXPECT_EQ(wrong.exitCode, 6);
+    const auto right = Tesmark(
+        {"key", "import", file, "--password", "secret", "--id", "imported", "--pin", "123456"});
+    ASSERT_EQ(right.exitCode, 0) << right.error;
+    const Json::Value entry = Json({"list"})["certificates"][0];
+    EXPECT_EQ(entry["certId"].asString(), "DevKeys/imported");
+    EXPECT_EQ(entry["problem"].asString(), "not trusted on this machine");
+}
+
+TEST_F(KeysTest, WhatIsNoKeyIsNotImported) {
+    WriteFile(InPrefix("text"), "no key");
+    const auto outcome = Tesmark({"key", "import", InPrefix("text"), "--pin", "123456"});
+    EXPECT_EQ(outcome.exitCode, 1) << outcome.error;
+}
+
+class SealsTest : public CliTest {};
+
+TEST_F(SealsTest, EveryFormIsMadeVerifiedAndListed) {
+    MakeKey("alice", "sm2");
+    MakeSeal("alice", "gm2014", "one");
+    MakeSeal("alice", "gb2020", "two");
+    MakeSeal("alice", "es", "three");
+    const Json::Value seals = Json({"list"})["certificates"][0]["seals"];
+    ASSERT_EQ(seals.size(), 3u);
+    for (const Json::Value& seal : seals) EXPECT_TRUE(seal["problem"].isNull()) << seal;
+    EXPECT_EQ(seals[0]["file"].asString(), "ESEAL");
+    EXPECT_EQ(seals[0]["form"].asString(), "ES");
+    EXPECT_TRUE(seals[0]["widthMm"].isNull());
+    EXPECT_EQ(seals[1]["file"].asString(), "GBESEAL");
+    EXPECT_EQ(seals[1]["form"].asString(), "GB/T 38540");
+    EXPECT_EQ(seals[1]["name"].asString(), "two");
+    EXPECT_EQ(seals[1]["widthMm"].asInt(), 42);
+    EXPECT_EQ(seals[2]["file"].asString(), "SEAL01");
+}
+
+TEST_F(SealsTest, AnRsaKeyBearsNationalSealsToo) {
+    MakeKey("bob", "rsa2048");
+    MakeSeal("bob", "gb2020", "bob");
+    EXPECT_TRUE(Json({"list"})["certificates"][0]["seals"][0]["problem"].isNull());
+}
+
+TEST_F(SealsTest, AChineseNameComesBackFromEveryForm) {
+    MakeKey("alice", "sm2");
+    MakeSeal("alice", "gb2020", kCompany);
+    MakeSeal("alice", "es", kCompany);
+    for (const Json::Value& seal : Json({"list"})["certificates"][0]["seals"]) {
+        EXPECT_EQ(seal["name"].asString(), kCompany);
+    }
+}
+
+TEST_F(SealsTest, ASecondSealOfAFormStandsBesideTheFirst) {
+    MakeKey("alice", "sm2");
+    MakeSeal("alice", "es", "one");
+    MakeSeal("alice", "es", "two");
+    EXPECT_EQ(Json({"list"})["certificates"][0]["seals"].size(), 2u);
+}
+
+TEST_F(SealsTest, APictureOfTheUsersOwnGivesTheSealItsShape) {
+    MakeKey("alice", "sm2");
+    MakeSeal("alice", "es", "drawn");
+    const std::string es = FileContent(InPrefix("keys/alice/files/ESEAL"));
+    const auto start = es.find("\x89PNG");
+    ASSERT_NE(start, std::string::npos) << "the drawn seal is a PNG";
+    WriteFile(InPrefix("seal.png"), es.substr(start));
+    const Json::Value made =
+        Json({"seal", "new", "--name", "p", "--picture", InPrefix("seal.png"), "--width", "30"});
+    EXPECT_EQ(made["widthMm"].asInt(), 30);
+    EXPECT_EQ(made["heightMm"].asInt(), 30);
+}
+
+TEST_F(SealsTest, APictureThatIsNoneIsAFilesFault) {
+    MakeKey("alice", "sm2");
+    WriteFile(InPrefix("text.png"), "no picture");
+    const auto outcome = Tesmark({"seal", "new", "--name", "p", "--picture", InPrefix("text.png")});
+    EXPECT_EQ(outcome.exitCode, 4) << outcome.error;
+}
+
+TEST_F(SealsTest, AnUnknownFormIsAUsageError) {
+    MakeKey("alice", "sm2");
+    EXPECT_EQ(Tesmark({"seal", "new", "--name", "p", "--form", "ofd"}).exitCode, 2);
+}
+
+TEST_F(SealsTest, WithoutAKeyTheWayToOneIsTold) {
+    const auto outcome = Tesmark({"seal", "new", "--name", "p"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.error.find("tesmark key new"), std::string::npos) << outcome.error;
+}
+
+TEST_F(SealsTest, ADamagedSealIsShownAsDamaged) {
+    MakeKey("alice", "sm2");
+    MakeSeal("alice", "gb2020", "p");
+    const std::string path = InPrefix("keys/alice/files/GBESEAL");
+    ASSERT_TRUE(std::filesystem::exists(path));
+    std::string content = FileContent(path);
+    content[content.size() / 2] ^= 1;
+    WriteFile(path, content);
+    EXPECT_FALSE(Json({"list"})["certificates"][0]["seals"][0]["problem"].isNull());
+}
+
+}  // namespace

@@ -1,0 +1,136 @@
+// `tesmark sign` and `tesmark hash`, judged by openssl.
+
+#include "CliFixture.h"
+
+namespace {
+
+class SignTest : public CliTest {
+protected:
+    SignTest() { WriteFile(m_file, "a text to be signed\n"); }
+
+    ProgramOutcome Verify(const std::string& signature) const {
+        return RunProgram({"/usr/bin/openssl", "cms", "-verify", "-binary", "-inform", "DER", "-in",
+                           signature, "-content", m_file, "-noverify", "-out", "/dev/null"});
+    }
+
+    std::string m_file = InPrefix("text.txt");
+};
+
+TEST_F(SignTest, OpensslAcceptsTheDetachedSignatureOfAnRsaKey) {
+    MakeKey("rsa", "rsa2048");
+    const auto outcome = Tesmark({"sign", m_file, "--pin", "123456"});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
+    const auto verdict = Verify(m_file + ".p7s");
+    EXPECT_EQ(verdict.exitCode, 0) << verdict.error;
+    WriteFile(m_file, "a text that was changed\n");
+    EXPECT_NE(Verify(m_file + ".p7s").exitCode, 0);
+}
+
+TEST_F(SignTest, OpensslAcceptsTheSignatureMadeFromTheFilesHash) {
+    MakeKey("rsa", "rsa2048");
+    const std::string signature = InPrefix("big.p7s");
+    const auto outcome = Tesmark({"sign", m_file, "--big", "-o", signature, "--pin", "123456"});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
+    const auto verdict = Verify(signature);
+    EXPECT_EQ(verdict.exitCode, 0) << verdict.error;
+}
+
+TEST_F(SignTest, TheCertificatesChainLeadsToTheTrustedDevelopmentCa) {
+    MakeKey("rsa", "rsa2048");
+    ASSERT_EQ(Tesmark({"sign", m_file, "--pin", "123456"}).exitCode, 0);
+    const auto verdict = RunProgram({"/usr/bin/openssl", "cms", "-verify", "-binary", "-inform",
+                                     "DER", "-in", m_file + ".p7s", "-content", m_file, "-CAfile",
+                                     InPrefix("trust/velmora-development-rsa.pem"), "-purpose",
+                                     "any", "-out", "/dev/null"});
+    EXPECT_EQ(verdict.exitCode, 0) << verdict.error;
+}
+
+TEST_F(SignTest, ARawSignatureIsTheBareValue) {
+    MakeKey("rsa", "rsa3072");
+    ASSERT_EQ(Tesmark({"sign", m_file, "--raw", "--pin", "123456"}).exitCode, 0);
+    EXPECT_EQ(FileContent(m_file + ".sig").size(), 384u);
+}
+
+TEST_F(SignTest, ASignatureOnStandardOutputStandsAlone) {
+    MakeKey("rsa", "rsa2048");
+    const auto outcome = Tesmark({"sign", m_file, "-o", "-", "--pin", "123456"});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
+    WriteFile(InPrefix("piped.p7s"), outcome.out);
+    EXPECT_EQ(Verify(InPrefix("piped.p7s")).exitCode, 0);
+}
+
+TEST_F(SignTest, AnSm2KeySignsToo) {
+    MakeKey("sm2", "sm2");
+    const Json::Value made = Json({"sign", m_file, "--pin", "123456"});
+    EXPECT_EQ(made["algorithm"].asString(), "SM2");
+    EXPECT_GT(FileContent(m_file + ".p7s").size(), 300u);
+}
+
+TEST_F(SignTest, SeveralCertificatesWantAName) {
+    MakeKey("rsa", "rsa2048");
+    MakeKey("sm2", "sm2");
+    const auto outcome = Tesmark({"sign", m_file, "--pin", "123456"});
+    EXPECT_EQ(outcome.exitCode, 5);
+    EXPECT_NE(outcome.error.find("DevKeys/sm2"), std::string::npos) << outcome.error;
+    EXPECT_EQ(Tesmark({"sign", m_file, "--pin", "123456", "--cert", "rsa"}).exitCode, 0);
+    EXPECT_EQ(Tesmark({"sign", m_file, "--pin", "123456", "--cert", "DevKeys/sm2"}).exitCode, 0);
+}
+
+TEST_F(SignTest, AnOutputThatCannotBeWrittenIsTold) {
+    MakeKey("rsa", "rsa2048");
+    const auto outcome = Tesmark({"sign", m_file, "-o", InPrefix("no/such"), "--pin", "123456"});
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_NE(outcome.error.find("can't be written"), std::string::npos) << outcome.error;
+}
+
+TEST_F(SignTest, AMissingInputIsToldBeforeAnyPin) {
+    const auto outcome = Tesmark({"sign", InPrefix("absent")});
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_NE(outcome.error.find("absent"), std::string::npos) << outcome.error;
+}
+
+TEST_F(SignTest, APinComesFromStandardInput) {
+    MakeKey("rsa", "rsa2048");
+    const auto outcome = Shell("echo 123456 | $TESMARK sign text.txt --pin-file -");
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.error;
+}
+
+class HashTest : public CliTest {
+protected:
+    HashTest() { WriteFile(m_file, "abc"); }
+    std::string Of(const std::string& algorithm) const {
+        return Json({"hash", m_file, "--algorithm", algorithm})["hash"].asString();
+    }
+    std::string m_file = InPrefix("abc.txt");
+};
+
+// GB/T 32905, example 1; FIPS 180.
+TEST_F(HashTest, TheHashesOfTheStandardsExample) {
+    EXPECT_EQ(Of("sm3"), "66c7f0f462eeedd9d1f2d46bdc10e4e24167c4875cf2f7a2297da02b8f4ba8e0");
+    EXPECT_EQ(Of("sha256"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(Of("sha1"), "a9993e364706816aba3e25717850c26c9cd0d89d");
+}
+
+TEST_F(HashTest, StandardInputIsHashedLikeAFile) {
+    const auto outcome = Shell("printf abc | $TESMARK hash -");
+    EXPECT_EQ(outcome.out, "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad  -\n")
+        << outcome.error;
+}
+
+TEST_F(HashTest, AnSm2CertificatesHashDiffersFromThePlainOne) {
+    MakeKey("sm2", "sm2");
+    const Json::Value made = Json({"hash", m_file, "--cert", "sm2"});
+    EXPECT_EQ(made["algorithm"].asString(), "SM3");
+    EXPECT_EQ(made["hash"].asString().size(), 64u);
+    EXPECT_NE(made["hash"].asString(), Of("sm3"));
+}
+
+TEST_F(HashTest, AnUnknownAlgorithmIsAUsageError) {
+    EXPECT_EQ(Tesmark({"hash", m_file, "--algorithm", "md5"}).exitCode, 2);
+}
+
+TEST_F(HashTest, AFileThatIsNotThereIsTold) {
+    EXPECT_EQ(Tesmark({"hash", InPrefix("absent")}).exitCode, 4);
+}
+
+}  // namespace

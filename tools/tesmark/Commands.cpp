@@ -1,0 +1,97 @@
+#include "Commands.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <exception>
+#include <new>
+
+#include "Failure.h"
+#include "Library.h"
+#include "Version.h"
+#include "foundation/StringFailure.h"
+
+namespace {
+
+// In the order of the help text: what a day's work needs first.
+constexpr std::array<DeclareCommand, 8> kCommands = {DeclareStamp,  DeclareSign,  DeclareHash,
+                                                     DeclareList,   DeclareKey,   DeclareSeal,
+                                                     DeclareConfig, DeclareDoctor};
+
+constexpr char kDescription[] =
+    "Stamps PDFs with electronic seals, and signs and hashes files, with the keys of this machine.";
+
+constexpr char kFooter[] =
+    "\nExamples:\n"
+    "  tesmark key new --name \"Velmora Ltd\"        a development key, to begin with\n"
+    "  tesmark seal new --name \"Velmora Ltd\"       and a seal in it\n"
+    "  tesmark stamp contract.pdf stamped.pdf      stamp and sign the last page\n"
+    "  tesmark doctor                              what is set up, and what is wrong\n"
+    "\n"
+    "Exit codes: 0 done; 1 failed; 2 the command line; 3 something is missing on this machine;\n"
+    "4 a file; 5 name a certificate or seal; 6 the PIN; 130 interrupted.\n"
+    "\"tesmark COMMAND --help\" tells more.";
+
+void Declare(CLI::App& app, Invocation& invocation) {
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "tesmark " TESMARK_VERSION);
+    app.footer(kFooter);
+    for (const DeclareCommand declare : kCommands) declare(app, invocation);
+}
+
+// Help and version are no errors: they go to standard output, with exit code 0.
+ExitCode EndOfParsing(const CLI::App& app, const CLI::ParseError& error, bool json) {
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+        app.exit(error);
+        return ExitCode::kOk;
+    }
+    const Failure failure{ExitCode::kUsage,
+                          error.what() + std::string("."),
+                          {},
+                          "  help: tesmark --help, tesmark COMMAND --help"};
+    PrintFailure(failure, json, "");
+    return failure.exitCode;
+}
+
+ExitCode Fail(const Failure& failure, bool json) {
+    PrintFailure(failure, json, LogPath());
+    return failure.exitCode;
+}
+
+ExitCode Run(const Invocation& invocation) {
+    const Report report = invocation.command();
+    if (!Print(report, invocation.json)) {
+        throw Failure{ExitCode::kFile, "Standard output can't be written."};
+    }
+    return report.exitCode;
+}
+
+ExitCode RunGuarded(const Invocation& invocation) {
+    try {
+        return Run(invocation);
+    } catch (const Failure& failure) {
+        return Fail(failure, invocation.json);
+    } catch (const StringFailure& failure) {
+        return Fail({ExitCode::kFailed, "The library met an impossible text operation.",
+                     static_cast<int>(failure.Value())},
+                    invocation.json);
+    } catch (const std::bad_alloc&) {
+        return Fail({ExitCode::kFailed, "There is not enough memory."}, invocation.json);
+    } catch (const std::exception& failure) {
+        return Fail({ExitCode::kFailed, std::string("Unexpected: ") + failure.what() + "."},
+                    invocation.json);
+    }
+}
+
+}  // namespace
+
+ExitCode RunCommandLine(int argumentCount, const char* const* arguments) {
+    CLI::App app(kDescription, "tesmark");
+    Invocation invocation;
+    Declare(app, invocation);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& error) {
+        return EndOfParsing(app, error, invocation.json);
+    }
+    return RunGuarded(invocation);
+}

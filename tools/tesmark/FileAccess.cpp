@@ -1,0 +1,88 @@
+#include "FileAccess.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "Failure.h"
+#include "Output.h"
+#include "Terminal.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+Failure Unreadable(const std::string& path, const std::string& why) {
+    return {ExitCode::kFile, "The file can't be read: " + path + " (" + why + ")."};
+}
+
+Failure Unwritable(const std::string& path, const std::string& why) {
+    return {ExitCode::kFile, "The output can't be written: " + path + " (" + why + ")."};
+}
+
+std::string ReadStandardInput(std::uint64_t limit) {
+    std::string content{std::istreambuf_iterator<char>(std::cin), {}};
+    if (content.size() > limit) {
+        throw Failure{ExitCode::kFile, "Standard input has more than " + SizeText(limit) + "."};
+    }
+    return content;
+}
+
+// A name that nobody else uses, in the same folder, so that a rename does.
+std::string NameBeside(const std::string& path) {
+    for (int i = 0; i < 1000; ++i) {
+        std::string name = path + ".part" + std::to_string(i);
+        if (!fs::exists(fs::symlink_status(name))) return name;
+    }
+    throw Unwritable(path, "too many unfinished files beside it");
+}
+
+}  // namespace
+
+std::uint64_t CheckReadable(const std::string& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) throw Unreadable(path, "it is a folder");
+    errno = 0;
+    const std::ifstream file(path, std::ios::binary);
+    if (!file) throw Unreadable(path, std::strerror(errno));
+    const auto size = fs::file_size(path, error);
+    return error ? 0 : size;
+}
+
+std::string ReadWholeFile(const std::string& path, std::uint64_t limit) {
+    if (path == "-") return ReadStandardInput(limit);
+    const std::uint64_t size = CheckReadable(path);
+    if (size > limit) throw Unreadable(path, "it has more than " + SizeText(limit));
+    std::ifstream file(path, std::ios::binary);
+    std::string content{std::istreambuf_iterator<char>(file), {}};
+    if (file.bad()) throw Unreadable(path, "reading failed");
+    return content;
+}
+
+void WriteWholeFile(const std::string& path, std::string_view content) {
+    if (path == "-") {
+        std::cout.write(content.data(), static_cast<std::streamsize>(content.size())).flush();
+        if (!std::cout) throw Unwritable("standard output", "writing failed");
+        return;
+    }
+    const std::string part = NameBeside(path);
+    errno = 0;
+    std::ofstream file(part, std::ios::binary | std::ios::trunc);
+    if (!file) throw Unwritable(path, std::strerror(errno));
+    file.write(content.data(), static_cast<std::streamsize>(content.size()));
+    file.close();
+    std::error_code error;
+    if (file && !InterruptGuard::Interrupted()) {
+        fs::rename(part, path, error);
+        if (!error) return;
+    }
+    std::error_code ignored;
+    fs::remove(part, ignored);
+    if (InterruptGuard::Interrupted()) {
+        throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
+    }
+    throw Unwritable(path, error ? error.message() : "writing failed");
+}

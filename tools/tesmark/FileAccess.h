@@ -1,0 +1,18 @@
+// FileAccess.h - whole files in and out.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// The size of a file that can be opened for reading. Throws a file Failure for a folder, and for
+// what isn't there or can't be opened.
+std::uint64_t CheckReadable(const std::string& path);
+
+// The whole file; "-" is standard input to its end. Throws a file Failure if it can't be read or
+// has more than `limit` bytes.
+std::string ReadWholeFile(const std::string& path, std::uint64_t limit);
+
+// Writes a file beside `path` and renames it: `path` is either whole or as it was. "-" is standard
+// output. Throws a file Failure, or an interrupted one if an InterruptGuard was asked to stop.
+void WriteWholeFile(const std::string& path, std::string_view content);

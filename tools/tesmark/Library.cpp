@@ -1,0 +1,136 @@
+#include "Library.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "Failure.h"
+#include "ResultText.h"
+#include "TwoStep.h"
+#include "include/TesmarkOpt.h"
+#include "platform/Files.h"
+
+namespace {
+
+// A signature may come out longer than the size query said.
+constexpr int kSpareBytes = 256;
+
+// Components number their codes from here on; what stands below is the library's own.
+constexpr long kFirstComponentCode = 0x0B000000;
+
+// The last number behind `word` in one line, if it is a component's code.
+int ComponentCodeIn(const std::string& line, const char* word) {
+    const auto position = line.rfind(word);
+    if (position == std::string::npos) return 0;
+    const auto digits = line.find_first_of("0123456789", position);
+    if (digits == std::string::npos) return 0;
+    const long number = std::strtol(line.c_str() + digits, nullptr, 10);
+    return number >= kFirstComponentCode && number <= INT32_MAX ? static_cast<int>(number) : 0;
+}
+
+int Trimmed(int code, std::string& signature) {
+    if (code) return code;
+    if (const std::size_t length = DerLength(signature)) signature.resize(length);
+    return 0;
+}
+
+}  // namespace
+
+LibrarySession::LibrarySession() {
+    const LogMark mark;
+    const int code = InitKVLLib();
+    if (code == 0) return;
+    Failure failure{ExitCodeFor(code), "The library can't start its components.", code,
+                    "  find out more: tesmark doctor"};
+    if (const int inner = mark.InnerCode()) failure.code = inner;
+    throw failure;
+}
+
+LibrarySession::~LibrarySession() { UnInitKVLLib(); }
+
+std::string LogPath() {
+    const std::string folder = platform::UserDataFolder();
+    return folder.empty() ? "" : folder + "ESealLog/Fenmoor.log";
+}
+
+LogMark::LogMark() : m_size(0) {
+    std::ifstream log(LogPath(), std::ios::binary | std::ios::ate);
+    if (log) m_size = static_cast<long long>(log.tellg());
+}
+
+int LogMark::InnerCode() const {
+    std::ifstream log(LogPath(), std::ios::binary | std::ios::ate);
+    if (!log) return 0;
+    // A log that is shorter now was started anew in between.
+    log.seekg(m_size <= static_cast<long long>(log.tellg()) ? m_size : 0);
+    int code = 0;
+    for (std::string line; std::getline(log, line);) {
+        if (const int found = ComponentCodeIn(line, "error")) code = found;
+    }
+    return code;
+}
+
+void CheckResult(int code, const std::string& sentence, const LogMark& mark) {
+    if (code == 0) return;
+    const int inner = HidesInnerCode(code) ? mark.InnerCode() : 0;
+    const int told = inner ? inner : code;
+    throw Failure{ExitCodeFor(told), sentence, told};
+}
+
+void LogIn(const std::string& certId, const std::string& pin) {
+    const LogMark mark;
+    const int code = LoginIn(certId.c_str(), pin.c_str());
+    CheckResult(code, "The key can't be opened with this PIN.", mark);
+}
+
+std::string SelectedCertificate() {
+    std::string certId;
+    FetchInTwoSteps([](unsigned char* out, int* outLen) { return GetSelectedCertId(out, outLen); },
+                    certId);
+    return certId;
+}
+
+int MakeSignature(std::string_view data, const std::string& property, std::string& signature) {
+    const auto sign = [&](unsigned char* out, int* outLen) {
+        return P7SignData(reinterpret_cast<const unsigned char*>(data.data()),
+                          static_cast<int>(data.size()), Bytes(property),
+                          static_cast<int>(property.size()), out, outLen);
+    };
+    return Trimmed(FetchInTwoSteps(sign, signature, kSpareBytes), signature);
+}
+
+int MakeFileSignature(const std::string& path, const std::string& property,
+                      std::string& signature) {
+    const auto sign = [&](unsigned char* out, int* outLen) {
+        return P7SignBigFile(path.c_str(), Bytes(property), static_cast<int>(property.size()), out,
+                             outLen);
+    };
+    return Trimmed(FetchInTwoSteps(sign, signature, kSpareBytes), signature);
+}
+
+int MakeRawSignature(std::string_view data, std::string& signature) {
+    const auto sign = [&](unsigned char* out, int* outLen) {
+        return P1SignData(reinterpret_cast<const unsigned char*>(data.data()),
+                          static_cast<int>(data.size()), out, outLen);
+    };
+    return FetchInTwoSteps(sign, signature, kSpareBytes);
+}
+
+std::size_t DerLength(std::string_view bytes) {
+    if (bytes.size() < 2) return 0;
+    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    std::size_t header = 2;
+    std::size_t length = at(1);
+    if (length > 0x80) {
+        const std::size_t count = length - 0x80;
+        if (count > 4 || bytes.size() < 2 + count) return 0;
+        length = 0;
+        for (std::size_t i = 0; i < count; ++i) length = length << 8 | at(2 + i);
+        header += count;
+    } else if (length == 0x80) {
+        return 0;
+    }
+    return header + length <= bytes.size() ? header + length : 0;
+}

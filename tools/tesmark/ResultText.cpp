@@ -1,0 +1,161 @@
+#include "ResultText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <span>
+
+#include "components/certservice/ServiceCodes.h"
+#include "components/seallibrary/SealCodes.h"
+#include "include/TesmarkOpt.h"
+
+namespace {
+
+struct Meaning {
+    int code;
+    ExitCode exitCode;
+    const char* text;
+};
+
+using enum ExitCode;
+
+constexpr auto kLibrary = std::to_array<Meaning>({
+    {TESMARK_OK, kOk, "all went well"},
+    {TESMARK_CRL_NOT_ACCEPTED, kFailed, "the revocation list could not be given to a component"},
+    {TESMARK_LAST_LOGIN_FAILED, kFailed, "the certificate service could not tell the last login"},
+    {TESMARK_NO_LAST_LOGIN, kSetup, "there is no certificate in the key"},
+    {TESMARK_SERVICE_DOWN, kSetup, "the certificate service is not up"},
+    {TESMARK_LAST_LOGIN_NO_MEMORY, kFailed, "there is not enough memory"},
+    {TESMARK_FAILED, kFailed,
+     "the revocation list could not be refreshed, or no seal was to be had"},
+    {TESMARK_NOT_AN_ES_FILE, kFailed, "the seal's file doesn't begin with \"ES\", or is cut off"},
+    {TESMARK_NULL_ARGUMENT, kFailed, "an argument is missing"},
+    {TESMARK_NO_SEAL_MATCHES, kFailed, "no certificate with that seal is on any key"},
+    {TESMARK_ENUMERATION_NO_SERVICE, kSetup, "the certificate service can't be started"},
+    {TESMARK_CERT_LIST_FORMAT, kFailed, "the certificate service's list can't be read"},
+    {TESMARK_SEAL_FORMAT, kFailed, "the seal's file doesn't begin with \"ES\", or is cut off"},
+    {TESMARK_CANCELLED, kChoice, "the selection was cancelled, or its dialog could not be shown"},
+    {TESMARK_BUSY, kFailed, "a selection is already running"},
+    {TESMARK_NOT_TRUSTED, kFailed, "the certificate's chain is not trusted on this machine"},
+    {TESMARK_TIME_STAMP_FAILED, kFailed, "the time stamp could not be made"},
+    {TESMARK_CERT_FIELD_FAILED, kFailed, "a field of the certificate can't be read"},
+    {TESMARK_NO_MEMORY, kFailed, "there is not enough memory, or a buffer was too small"},
+    {TESMARK_SERVICE_NOT_FOUND, kSetup, "the certificate service's file was not found"},
+    {TESMARK_SERVICE_FAILED, kSetup, "the certificate service did not start"},
+    {TESMARK_DEVICE_COUNT_FAILED, kFailed, "the keys could not be counted"},
+    {TESMARK_NO_KEY, kSetup, "no key is present"},
+    {TESMARK_NO_CERT, kSetup, "there is no certificate in any key"},
+    {TESMARK_CERT_LIST_FAILED, kFailed, "the list of certificates can't be had"},
+    {TESMARK_PKCS7_FAILED, kFailed, "the certificate service could not make the signature"},
+    {TESMARK_BASE64_FAILED, kFailed, "the certificate service could not encode the certificate"},
+    {TESMARK_CERT_INFO_NO_MEMORY, kFailed, "the certificate can't be decoded, or memory ran out"},
+    {TESMARK_KEY_FILE_FAILED, kFailed, "a file of the key can't be read"},
+    {TESMARK_CERT_EXPORT_FAILED, kFailed, "the certificate can't be read from its key"},
+    {TESMARK_BAD_ARGUMENT, kFailed, "a field number is out of range"},
+    {TESMARK_CERT_EXPIRED, kFailed, "the certificate has expired or is not yet valid"},
+    {TESMARK_NO_LAST_LOGIN_CALL, kSetup,
+     "the certificate service is too old to tell the last login"},
+    {TESMARK_NOT_SHORT, kFailed, "the short way does not apply"},
+    {TESMARK_CERT_REVOKED, kFailed, "the certificate is revoked"},
+    {TESMARK_CRL_FAILED, kFailed, "the certificate names no usable address of a revocation list"},
+    {TESMARK_LOGIN_FAILED, kPin, "the login to the key failed"},
+});
+
+constexpr auto kService = std::to_array<Meaning>({
+    {kServiceUnknownFailure, kFailed, "the certificate service failed and told no cause"},
+    {kServiceNotSupported, kFailed, "the certificate service doesn't offer this"},
+    {kServiceBadArgument, kFailed, "the certificate service refused an argument"},
+    {kServiceBufferTooSmall, kFailed, "a buffer was too small"},
+    {kServiceNotInitialised, kSetup, "the certificate service is not up"},
+    {kServiceNoSuchCertificate, kFailed, "no key bears that certificate"},
+    {kServiceKeyRemoved, kSetup, "the key was pulled, or its folder is gone"},
+    {kServiceNoSuchFile, kFailed, "the key has no file of that name"},
+    {kServiceKeyDamaged, kFailed, "the key's record is damaged"},
+    {kServicePinWrong, kPin, "the PIN is wrong"},
+    {kServiceKeyLocked, kPin, "the key is locked after too many wrong PINs"},
+    {kServicePinCancelled, kPin, "the PIN entry was closed"},
+    {kServicePinUnavailable, kPin, "the PIN is needed and no pinentry program can ask for it"},
+    {kServiceCertificateDamaged, kFailed, "the certificate is damaged"},
+    {kServiceNoSuchField, kFailed, "the certificate doesn't have that field"},
+    {kServiceSignatureInvalid, kFailed, "the signature is not valid"},
+    {kServiceMessageDamaged, kFailed, "this is not a PKCS#7 that can be read"},
+    {kServiceDigestMismatch, kFailed, "the signature was made over other data"},
+    {kServiceAlgorithmUnknown, kFailed, "the algorithm is unknown, or doesn't fit the key"},
+    {kServiceFileUnreadable, kFile, "the file can't be opened or read"},
+    {kServiceRevocationListDamaged, kFailed, "the revocation list is damaged"},
+    {kServiceTokenFailure, kFailed, "the token's module reports a failure of its own"},
+    {kServiceNetworkFailure, kFailed, "the network can't be reached"},
+});
+
+constexpr auto kSeal = std::to_array<Meaning>({
+    {kSealBadArgument, kFailed, "the seal library refused an argument"},
+    {kSealBufferTooSmall, kFailed, "a buffer was too small"},
+    {kSealNotSupported, kFailed, "the seal library doesn't offer this"},
+    {kSealTooLarge, kFailed, "the seal or the signature is too large"},
+    {kSealServiceMissing, kSetup, "the seal library can't load the certificate service"},
+    {kSealServiceIncomplete, kSetup, "the certificate service lacks an entry point"},
+    {kSealDamaged, kFailed, "the seal is damaged, or no seal at all"},
+    {kSealMakerCertificateDamaged, kFailed, "the seal maker's certificate is damaged"},
+    {kSealMakerSignatureInvalid, kFailed, "the seal maker's signature on the seal is not valid"},
+    {kSealMakerNotTrusted, kFailed, "the seal maker's certificate is not trusted on this machine"},
+    {kSealMakerExpired, kFailed,
+     "the seal maker's certificate was not valid when it made the seal"},
+    {kSealMakerRevoked, kFailed, "the seal maker's certificate is revoked"},
+    {kSealNotYetValid, kFailed, "the seal is not yet valid"},
+    {kSealExpired, kFailed, "the seal has expired"},
+    {kSealSignerNotListed, kFailed, "the certificate is not one of those that the seal names"},
+    {kSealSignatureDamaged, kFailed, "this is not a seal signature that can be read"},
+    {kSealTimeUnreadable, kFailed, "the seal signature tells no time of signing"},
+    {kSealDigestMismatch, kFailed, "the seal signature was made over other data"},
+    {kSealSignatureInvalid, kFailed, "the seal signature's value is not valid"},
+    {kSealSignerCertificateDamaged, kFailed, "the signer's certificate is damaged"},
+    {kSealSignerNotTrusted, kFailed, "the signer's certificate is not trusted on this machine"},
+    {kSealSignerExpired, kFailed, "the signer's certificate was not valid at the time of signing"},
+    {kSealSignerRevoked, kFailed, "the signer's certificate was revoked at the time of signing"},
+    {kSealFileUnreadable, kFile, "the signed file can't be read"},
+    {kSealAlgorithmMismatch, kFailed, "the signature algorithm doesn't fit the signer's key"},
+    {kSealPropertyNotAscii, kFailed, "the seal signature's property text is not ASCII"},
+    {kSealServiceSignatureBad, kFailed,
+     "the certificate service made a signature that is not valid"},
+    {kSealRevocationListDamaged, kFailed, "the revocation list is damaged"},
+    {kSealRevokedBefore, kFailed, "the certificate was already revoked at that time"},
+    {kSealSerialNotListed, kFailed, "the revocation list doesn't name that certificate"},
+    {kSealNoStatusService, kSetup, "there is no service to ask for the seal's status"},
+});
+
+const Meaning* Find(int code) {
+    for (const std::span<const Meaning> table :
+         {std::span<const Meaning>(kLibrary), std::span<const Meaning>(kService),
+          std::span<const Meaning>(kSeal)}) {
+        const auto found = std::find_if(table.begin(), table.end(),
+                                        [code](const Meaning& row) { return row.code == code; });
+        if (found != table.end()) return &*found;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+std::string ResultText(int code) {
+    const Meaning* meaning = Find(code);
+    return meaning ? meaning->text : "a code of a component that has no text here";
+}
+
+std::string ResultNumber(int code) {
+    if (code < 0x10000) return std::to_string(code);
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "0x%08X", static_cast<unsigned int>(code));
+    return text.data();
+}
+
+ExitCode ExitCodeFor(int code) {
+    const Meaning* meaning = Find(code);
+    return meaning ? meaning->exitCode : kFailed;
+}
+
+bool HidesInnerCode(int code) {
+    return code == TESMARK_LOGIN_FAILED || code == TESMARK_PKCS7_FAILED ||
+           code == TESMARK_CERT_LIST_FAILED || code == TESMARK_CERT_EXPORT_FAILED ||
+           code == TESMARK_KEY_FILE_FAILED || code == TESMARK_TIME_STAMP_FAILED ||
+           code == TESMARK_CERT_FIELD_FAILED || code == TESMARK_SERVICE_FAILED;
+}

@@ -1,0 +1,43 @@
+// Selection.h - which certificate and which seal a command works with.
+#pragma once
+
+#include <string>
+
+#include "Pin.h"
+
+struct SelectionOptions {
+    std::string cert;    // what FindCertificate takes
+    std::string serial;  // hexadecimal, as `tesmark list --json` tells it
+    std::string seal;    // what FindSeal takes
+    PinOptions pin;
+};
+
+// --cert, --serial, the PIN, and with `withSeal` --seal.
+void BindSelection(CLI::App& command, SelectionOptions& options, bool withSeal);
+
+// What the library has selected for a stamp.
+struct SelectedSeal {
+    std::string certId;
+    std::string commonName;  // UTF-8
+    std::string keyType;     // "SM2" or "RSA"
+    std::string picture;
+    int mode = 0;  // as GetEsealMode
+    double widthMm = 0;
+    double heightMm = 0;
+};
+
+// Selects certificate and seal in the library, which is up. Without --cert, --serial and --seal the
+// library chooses itself (GetSealInfo), else they are looked up and told to it (SetCertSeal). With
+// a PIN the key is opened first. The size is the seal's own, or the picture's at 300 dpi where the
+// seal tells none. Throws a Failure; kChoice with the list of what is there where the user has to
+// name one.
+SelectedSeal SelectSeal(const SelectionOptions& options);
+
+// The same for a signature without a seal.
+struct SelectedCert {
+    std::string certId;
+    std::string commonName;
+    std::string keyType;
+    std::string der;
+};
+SelectedCert SelectCertificate(const SelectionOptions& options);

@@ -1,0 +1,202 @@
+#include "Settings.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+
+#include "Failure.h"
+#include "TerminalText.h"
+#include "components/certservice/Places.h"
+#include "foundation/Registry.h"
+
+namespace {
+
+using enum SettingType;
+using platform::RegistryRoot;
+
+constexpr char kPlatformKey[] = "software\\Velmora\\platform\\";
+constexpr char kServiceClassKey[] = "CLSID\\{7B1D40E2-6C55-4A9E-9F10-5E2C8D3A71B4}\\InprocServer32";
+constexpr char kInstallPathKey[] = "Software\\Velmora\\InstallPath";
+
+// A longer text counts as absent to the library.
+constexpr std::size_t kLargestText = 199;
+
+constexpr auto kMachine = RegistryRoot::LocalMachine;
+
+constexpr auto kSettings = std::to_array<Setting>({
+    {"bSealPosition", kMachine, kSettingsKey, "bSealPosition", kNumber, "0",
+     "where seals come from: 0 the keys, 1 the online service, 3 and 4 the certificate's name"},
+    {"bSignWithTimeStamp", kMachine, kSettingsKey, "bSignWithTimeStamp", kNumber, "0",
+     "1: signatures carry a time stamp"},
+    {"bVerifyCRL", kMachine, kSettingsKey, "bVerifyCRL", kNumber, "0",
+     "1: revocation lists are fetched before a signature and for a verification"},
+    {"ReqEsealStatus", kMachine, kSettingsKey, "ReqEsealStatus", kNumber, "0",
+     "1: a seal's status is asked for online"},
+    {"sEsealStateUrl", kMachine, kSettingsKey, "sEsealStateUrl", kText, "",
+     "address of the seal status service"},
+    {"sWSURL", kMachine, kSettingsKey, "sWSURL", kText, "",
+     "address of the online seal service: http://HOST/QelmServlet"},
+    {"appid", kMachine, kSettingsKey, "appid", kText, "", "application id for signing by phone"},
+    {"KeyFolder", kMachine, kCertServiceSettingsKey, "KeyFolder", kPath,
+     "~/.local/share/velmora/keys", "folder of the development keys"},
+    {"TrustFolder", kMachine, kCertServiceSettingsKey, "TrustFolder", kPath, "/etc/velmora/trust",
+     "folder of the certificates that are trusted"},
+    {"CaFolder", kMachine, kCertServiceSettingsKey, "CaFolder", kPath, "~/.local/share/velmora/ca",
+     "folder of the development CA"},
+    {"Pkcs11Modules", kMachine, kCertServiceSettingsKey, "Pkcs11Modules", kPath, "",
+     "PKCS#11 modules of tokens: paths with \";\" between them"},
+    {"Pkcs11Sm2Mechanism", kMachine, kCertServiceSettingsKey, "Pkcs11Sm2Mechanism", kNumber, "0",
+     "the token maker's number of the SM2 signature mechanism"},
+    {"Pkcs11Sm2KeyType", kMachine, kCertServiceSettingsKey, "Pkcs11Sm2KeyType", kNumber, "0",
+     "the token maker's number of the SM2 key type"},
+    {"DialogProgram", kMachine, kPlatformKey, "DialogProgram", kPath, "",
+     "the program that shows the dialogs"},
+    {"CertService", RegistryRoot::ClassesRoot, kServiceClassKey, "", kPath, "",
+     "the certificate service's file (InprocServer32 of its class)"},
+    {"InstallPath", RegistryRoot::CurrentUser, kInstallPathKey, "InstallPath", kPath, "",
+     "installation folder; the certificate service is looked for in Program below it"},
+});
+
+class OpenKey {
+public:
+    explicit OpenKey(platform::RegistryKey key) : m_key(key) {}
+    ~OpenKey() {
+        if (m_key) platform::CloseRegistryKey(m_key);
+    }
+    OpenKey(const OpenKey&) = delete;
+    OpenKey& operator=(const OpenKey&) = delete;
+    platform::RegistryKey Get() const { return m_key; }
+
+private:
+    platform::RegistryKey m_key;
+};
+
+bool Query(platform::RegistryKey key, const Setting& setting, void* data, std::size_t* size) {
+    return setting.type == kPath ? platform::QueryRegistryPath(key, setting.value, data, size)
+                                 : platform::QueryRegistryValue(key, setting.value, data, size);
+}
+
+std::optional<std::string> RawValue(const Setting& setting) {
+    const OpenKey key(
+        platform::OpenRegistryKey(setting.root, setting.key, platform::RegistryAccess::Read64));
+    std::size_t size = 0;
+    if (!key.Get() || !Query(key.Get(), setting, nullptr, &size)) return {};
+    std::string bytes(size, '\0');
+    if (!Query(key.Get(), setting, bytes.data(), &size)) return {};
+    return bytes;
+}
+
+bool ParseNumber(const std::string& text, unsigned int& number) {
+    try {
+        std::size_t used = 0;
+        const unsigned long parsed = std::stoul(text, &used, 0);
+        if (used != text.size() || text.starts_with('-')) return false;
+        number = static_cast<unsigned int>(parsed);
+        return parsed <= std::numeric_limits<unsigned int>::max();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+Failure Refused(const Setting& setting, const std::string& why) {
+    return {ExitCode::kUsage, std::string(setting.name) + " " + why};
+}
+
+bool Store(const Setting& setting, const std::string& text) {
+    const OpenKey key(
+        platform::CreateRegistryKey(platform::RegistryRootKey(setting.root), setting.key));
+    if (!key.Get()) return false;
+    if (setting.type == kPath) return platform::SetRegistryPath(key.Get(), setting.value, text);
+    if (setting.type == kText) {
+        return platform::SetRegistryString(key.Get(), setting.value,
+                                           GbkFromArgument(text, setting.name));
+    }
+    unsigned int number = 0;
+    return ParseNumber(text, number) &&
+           platform::SetRegistryNumber(key.Get(), setting.value, number);
+}
+
+void CheckValue(const Setting& setting, const std::string& text) {
+    unsigned int number = 0;
+    if (setting.type == kNumber && !ParseNumber(text, number)) {
+        throw Refused(setting, "is a number from 0 to 4294967295: \"" + text + "\" is none.");
+    }
+    if (setting.type == kText && GbkFromArgument(text, setting.name).size() > kLargestText) {
+        throw Refused(setting, "has at most 199 bytes of GBK; a longer text is never read.");
+    }
+    if (setting.type == kPath && text.empty()) {
+        throw Refused(setting,
+                      "is a path; to remove it: tesmark config unset " + std::string(setting.name));
+    }
+}
+
+Failure Unwritable(const Setting& setting) {
+    const std::string file = SettingFile(setting);
+    return {ExitCode::kSetup,
+            std::string(setting.name) + " can't be written" +
+                (file.empty() ? "." : ": no right to write " + file + ", or it is damaged."),
+            {},
+            setting.root == RegistryRoot::CurrentUser
+                ? ""
+                : "  settings of the machine are the administrator's: use sudo"};
+}
+
+}  // namespace
+
+std::span<const Setting> KnownSettings() { return kSettings; }
+
+const Setting& FindSetting(const std::string& name) {
+    for (const Setting& setting : kSettings) {
+        if (strcasecmp(setting.name, name.c_str()) == 0) return setting;
+    }
+    std::string names;
+    for (const Setting& setting : kSettings) names += std::string("  ") + setting.name + "\n";
+    names.pop_back();
+    throw Failure{ExitCode::kUsage, "No setting is called \"" + name + "\". There are:", {}, names};
+}
+
+std::string SettingPlace(const Setting& setting) {
+    const char* root = setting.root == RegistryRoot::LocalMachine  ? "HKEY_LOCAL_MACHINE\\"
+                       : setting.root == RegistryRoot::ClassesRoot ? "HKEY_CLASSES_ROOT\\"
+                                                                   : "HKEY_CURRENT_USER\\";
+    std::string place = std::string(root) + setting.key;
+    while (place.ends_with('\\')) place.pop_back();
+    return place;
+}
+
+std::optional<std::string> ReadSetting(const Setting& setting) {
+    const auto bytes = RawValue(setting);
+    if (!bytes) return {};
+    if (setting.type == kNumber) {
+        unsigned int number = 0;
+        if (bytes->size() > sizeof number) return {};
+        std::memcpy(&number, bytes->data(), bytes->size());
+        return std::to_string(number);
+    }
+    const std::string text = bytes->substr(0, bytes->find('\0'));
+    return setting.type == kPath ? text : Utf8FromGbk(text);
+}
+
+void WriteSetting(const Setting& setting, const std::string& text) {
+    CheckValue(setting, text);
+    if (!Store(setting, text)) throw Unwritable(setting);
+    const auto stored = ReadSetting(setting);
+    unsigned int number = 0;
+    const bool same = setting.type == kNumber
+                          ? stored && ParseNumber(text, number) && *stored == std::to_string(number)
+                          : stored == text;
+    if (!same) throw Unwritable(setting);
+}
+
+bool RemoveSetting(const Setting& setting) {
+    if (!RawValue(setting)) return false;
+    const OpenKey key(
+        platform::OpenRegistryKey(setting.root, setting.key, platform::RegistryAccess::AllAccess));
+    if (!key.Get() || !platform::DeleteRegistryValue(key.Get(), setting.value)) {
+        throw Unwritable(setting);
+    }
+    return true;
+}

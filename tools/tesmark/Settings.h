@@ -1,0 +1,44 @@
+// Settings.h - the settings that the product and its components read, and their values.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "platform/RegistryStore.h"
+
+enum class SettingType {
+    kNumber,  // 32 bits
+    kText,    // at most 199 bytes of GBK
+    kPath     // the file system's bytes
+};
+
+struct Setting {
+    const char* name;  // what `tesmark config` calls it
+    platform::RegistryRoot root;
+    const char* key;
+    const char* value;  // the value's name in the key; "" is the key's own
+    SettingType type;
+    const char* absent;   // what holds without it
+    const char* meaning;  // a clause
+};
+
+std::span<const Setting> KnownSettings();
+
+// Names compare without regard to case. Throws a usage Failure that lists the names.
+const Setting& FindSetting(const std::string& name);
+
+// HKEY_LOCAL_MACHINE\software\..., for messages.
+std::string SettingPlace(const Setting& setting);
+// The file that holds the setting, where the store is files; else empty.
+std::string SettingFile(const Setting& setting);
+
+// As text (UTF-8; a path's own bytes); none if it isn't set or can't be read as its type.
+std::optional<std::string> ReadSetting(const Setting& setting);
+
+// Checks `text` against the type (usage Failure) and stores it. A store that can't be written is a
+// setup Failure, and so is one that doesn't give the value back.
+void WriteSetting(const Setting& setting, const std::string& text);
+
+// False if it wasn't set. A store that can't be written is a setup Failure.
+bool RemoveSetting(const Setting& setting);

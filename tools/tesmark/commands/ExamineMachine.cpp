@@ -1,0 +1,195 @@
+#include <filesystem>
+#include <string>
+
+#include "CertServiceClient.h"
+#include "Failure.h"
+#include "Library.h"
+#include "LoadedObject.h"
+#include "ResultText.h"
+#include "Settings.h"
+#include "TerminalText.h"
+#include "Version.h"
+#include "commands/Findings.h"
+#include "components/certservice/Places.h"
+#include "platform/Files.h"
+#include "platform/Module.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string BuildText(const std::string& buildId) {
+    return buildId.empty() ? "no build id" : "build " + buildId.substr(0, 12);
+}
+
+void ExamineLibrary(Findings& findings) {
+    const auto library = FindLoaded(platform::ModuleFileName("TesmarkOpt_x64"));
+    if (!library) {
+        findings.Problem("library", "The library is not loaded under its own name.",
+                         "reinstall it as " + platform::ModuleFileName("TesmarkOpt_x64"));
+        return;
+    }
+    findings.Good("library", library->path + " (" + BuildText(library->buildId) + "), tesmark " +
+                                 TESMARK_VERSION);
+}
+
+std::string CauseOf(const Failure& failure) {
+    return failure.sentence + (failure.code ? " (" + ResultText(*failure.code) + ")" : "");
+}
+
+void ExamineService(Findings& findings) {
+    constexpr char kSubject[] = "certificate service";
+    try {
+        const CertServiceClient service;
+        const auto missing = service.MissingEntries();
+        const auto object = FindLoaded(service.Path().substr(service.Path().rfind('/') + 1));
+        const std::string where =
+            service.Path() + " (" + BuildText(object ? object->buildId : "") + ")";
+        if (missing.empty()) {
+            findings.Good(kSubject, where + ", all entry points, answers");
+            return;
+        }
+        findings.Problem(kSubject,
+                         where + " lacks " + CountText(missing.size(), "entry point") + ": " +
+                             missing.front() + (missing.size() > 1 ? " and others" : "") + ".",
+                         "install a newer certificate service");
+    } catch (const Failure& failure) {
+        const std::string beside = BesideLibrary(platform::ModuleFileName("KVLAppCOM"));
+        findings.Problem(
+            kSubject, CauseOf(failure),
+            "tesmark config set CertService " +
+                (beside.empty() ? "/path/of/" + platform::ModuleFileName("KVLAppCOM") : beside));
+    }
+}
+
+void ExamineLinked(Findings& findings, const char* subject, const char* stem) {
+    const std::string fileName = platform::ModuleFileName(stem);
+    const auto object = FindLoaded(fileName);
+    if (object) {
+        findings.Good(subject, object->path + " (" + BuildText(object->buildId) + ")");
+    } else {
+        findings.Problem(subject, fileName + " is not loaded.", "put it beside the library");
+    }
+}
+
+void ExamineStart(Findings& findings) {
+    try {
+        const LibrarySession library;
+        findings.Good("start", "the library starts the certificate service and the seal library");
+    } catch (const Failure& failure) {
+        findings.Problem("start", CauseOf(failure), "see the log");
+    }
+}
+
+void ExamineStore(Findings& findings) {
+    std::string former;
+    for (const Setting& setting : KnownSettings()) {
+        const std::string file = SettingFile(setting);
+        if (file.empty() || file == former) continue;
+        if (former.empty() || setting.root == platform::RegistryRoot::CurrentUser) {
+            const bool there = platform::PathExists(file.c_str());
+            findings.Good("store", file + (there ? "" : " (not there: defaults hold)"));
+        }
+        former = file;
+    }
+    for (const Setting& setting : KnownSettings()) {
+        if (const auto value = ReadSetting(setting)) {
+            findings.Good("setting", std::string(setting.name) + " = " + Printable(*value));
+        }
+    }
+}
+
+bool IsWritableFolder(const fs::path& folder) {
+    const std::string probe = (folder / ".tesmark-doctor").string();
+    if (platform::AppendTextRecord(probe.c_str(), "") < 0) return false;
+    platform::RemoveFile(probe.c_str());
+    return true;
+}
+
+void ExamineLog(Findings& findings) {
+    const std::string path = LogPath();
+    if (path.empty()) {
+        findings.Problem("log", "The system tells no folder for the log.", "set HOME");
+        return;
+    }
+    std::error_code error;
+    const auto size = fs::file_size(path, error);
+    const fs::path folder = fs::path(path).parent_path();
+    if (error && fs::is_directory(folder, error) && !IsWritableFolder(folder)) {
+        findings.Problem("log", "The log can't be written: " + path + ".",
+                         "give yourself the right to write the folder");
+        return;
+    }
+    findings.Good("log", path + (platform::PathExists(path.c_str()) ? " (" + SizeText(size) + ")"
+                                                                    : " (not yet there)"));
+}
+
+void ExamineCrlFolder(Findings& findings) {
+    std::string folder = platform::CrlFolder();
+    std::error_code error;
+    if (!fs::is_directory(folder, error)) {
+        findings.Good("CRL folder", folder + " (not yet there; made at the first download)");
+        return;
+    }
+    if (!IsWritableFolder(folder)) {
+        findings.Problem("CRL folder", "Revocation lists can't be kept: " + folder + ".",
+                         "give everybody the right to write the folder (mode 1777)");
+        return;
+    }
+    std::size_t lists = 0;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        if (entry.is_regular_file(error)) ++lists;
+    }
+    findings.Good("CRL folder", folder + " (" + CountText(lists, "list") + ")");
+}
+
+void ExamineTrust(Findings& findings) {
+    const std::string folder = TrustFolderPath();
+    std::error_code error;
+    std::size_t files = 0;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        if (entry.is_regular_file(error)) ++files;
+    }
+    if (files > 0) {
+        findings.Good("trust folder", folder + " (" + CountText(files, "file") + ")");
+        return;
+    }
+    findings.Problem("trust folder", "No certificate is trusted: " + folder + " is empty.",
+                     "put your CA's certificate there; tesmark key new puts the development CA's");
+}
+
+void ExaminePrograms(Findings& findings) {
+    const std::string pinentry = FindProgram("pinentry");
+    if (pinentry.empty()) {
+        findings.Problem("PIN entry", "No pinentry program asks for PINs.",
+                         "apt-get install pinentry-tty, or give PINs with --pin-file");
+    } else {
+        findings.Good("PIN entry", pinentry);
+    }
+    const auto program = ReadSetting(FindSetting("DialogProgram"));
+    const std::string beside = BesideLibrary("tesmark-dialog");
+    if (program && !platform::PathExists(program->c_str())) {
+        findings.Problem("dialogs", "The dialog program is not there: " + *program + ".",
+                         "tesmark config unset DialogProgram");
+    } else if (program || !beside.empty()) {
+        findings.Good("dialogs", program ? *program : beside);
+    } else {
+        findings.Good("dialogs", "none; --cert and --seal name what they would ask for");
+    }
+}
+
+}  // namespace
+
+void ExamineMachine(Findings& findings) {
+    ExamineLibrary(findings);
+    ExamineService(findings);
+    ExamineLinked(findings, "seal library", "TOVKx64");
+    ExamineLinked(findings, "seal pictures", "Mirelle");
+    ExamineLinked(findings, "transport", "dwnt-3_x64");
+    ExamineStart(findings);
+    ExamineStore(findings);
+    ExamineLog(findings);
+    ExamineCrlFolder(findings);
+    ExamineTrust(findings);
+    ExaminePrograms(findings);
+}

@@ -1,0 +1,195 @@
+#include <memory>
+#include <string>
+
+#include "Declare.h"
+#include "FileAccess.h"
+#include "Pin.h"
+#include "ResultText.h"
+#include "TerminalText.h"
+#include "commands/Development.h"
+#include "components/certservice/KeyFolder.h"
+#include "components/certservice/KeyImport.h"
+#include "components/certservice/Places.h"
+#include "components/certservice/ServiceCodes.h"
+#include "components/crypto/Signature.h"
+
+namespace {
+
+constexpr std::uint64_t kLargestImport = 1024 * 1024;
+
+struct NewOptions {
+    std::string name;
+    std::string id;
+    std::string algorithm = "sm2";
+    std::string organization;
+    std::string serial;
+    int days = 3 * 365;
+    PinOptions pin;
+};
+
+struct ImportOptions {
+    std::string file;
+    std::string id;
+    std::string password;
+    std::string passwordFile;
+    PinOptions pin;
+};
+
+struct ListOptions {};
+
+// The folder's name: the one asked for, else the key's name where it may be one, else the serial
+// number (an empty text).
+std::string FolderName(const std::string& id, const std::string& name) {
+    if (!id.empty()) return id;
+    const bool usable = name.size() <= kMaximumKeyName && name.front() != '.' &&
+                        name.find_first_not_of(
+                            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                            "0123456789-_.") == std::string::npos;
+    return usable ? name : "";
+}
+
+std::string StoreKey(const std::string& name, EVP_PKEY* key, const std::string& certificate,
+                     const std::string& pin) {
+    const std::string path = KeyFolderPath();
+    KeyFolder folder(path);
+    std::string certId;
+    const int code = folder.Store(name, key, certificate, pin, certId);
+    if (code == kServiceBadArgument) {
+        throw Failure{ExitCode::kFailed,
+                      "The key can't be stored: a key \"" + name +
+                          "\" is there already, or the name "
+                          "has other characters than letters, digits, \"-\", \"_\" and \".\".",
+                      code, "  give it another name with --id; see: tesmark key list"};
+    }
+    if (code) throw Failure{ExitCodeFor(code), "The key can't be stored in " + path + ".", code};
+    return certId;
+}
+
+Report NewKey(const NewOptions& options) {
+    const DevelopmentAlgorithm algorithm = AlgorithmOf(options.algorithm);
+    const std::string pin = NewPin(options.pin);
+    CertificateRequest request;
+    request.commonName = GbkFromArgument(options.name, "The name");
+    request.organization = GbkFromArgument(options.organization, "The organization");
+    request.serial = options.serial;
+    const DevelopmentKey key = MakeDevelopmentKey(algorithm, options.days, request);
+    const std::string folderName = FolderName(options.id, options.name);
+    const std::string certId = StoreKey(folderName, key.key.get(), key.certificate, pin);
+    Report report;
+    report.json["certId"] = certId;
+    report.json["algorithm"] = algorithm.text;
+    report.json["name"] = options.name;
+    report.json["folder"] = KeyFolderPath();
+    report.json["trustFolder"] = TrustFolderPath();
+    report.text = "key    " + certId + "  " + algorithm.text + "  " + Printable(options.name) +
+                  "  until " + DateAfter(options.days) + "\n";
+    return report;
+}
+
+std::string ImportPassword(const ImportOptions& options) {
+    if (options.passwordFile.empty()) return options.password;
+    const std::string content = ReadWholeFile(options.passwordFile, 4096);
+    return content.substr(0, content.find_first_of("\r\n"));
+}
+
+Report Import(const ImportOptions& options) {
+    const std::string content = ReadWholeFile(options.file, kLargestImport);
+    ImportedKey imported;
+    const std::string password = ImportPassword(options);
+    if (const int code = ReadKeyImport(content, password, imported)) {
+        throw Failure{
+            ExitCodeFor(code), "No key can be taken from " + options.file + ".", code,
+            code == kServicePinWrong ? "  the file's password: --password-file FILE" : ""};
+    }
+    const std::string pin = NewPin(options.pin);
+    const std::string certId = StoreKey(options.id, imported.key.get(), imported.certificate, pin);
+    Report report;
+    report.json["certId"] = certId;
+    report.text = "key    " + certId + "  imported from " + options.file + "\n";
+    return report;
+}
+
+std::string TriesText(int tries) {
+    if (tries < 0) return "";
+    return tries == 0 ? "locked" : CountText(static_cast<std::size_t>(tries), "try") + " left";
+}
+
+Report ListKeys(const ListOptions&) {
+    Report report;
+    report.json["keys"] = Json::arrayValue;
+    report.json["folder"] = KeyFolderPath();
+    Table table({});
+    for (const auto& device : OpenKeyDevices()) {
+        std::vector<DeviceCertificate> certificates;
+        if (const int code = device->ListCertificates(certificates)) {
+            throw Failure{ExitCodeFor(code), "The keys can't be listed.", code};
+        }
+        for (const DeviceCertificate& certificate : certificates) {
+            const int tries = device->RetriesLeft(certificate.certId);
+            Json::Value json(Json::objectValue);
+            json["certId"] = Utf8FromGbk(certificate.certId);
+            json["label"] = Utf8FromGbk(certificate.label);
+            json["triesLeft"] = tries < 0 ? Json::Value() : Json::Value(tries);
+            json["locked"] = tries == 0;
+            report.json["keys"].append(json);
+            table.Add({Printable(Utf8FromGbk(certificate.certId)),
+                       Printable(Utf8FromGbk(certificate.label)), TriesText(tries)});
+        }
+    }
+    report.text = table.Empty() ? "no key is present\n" : table.Text();
+    return report;
+}
+
+void BindNew(CLI::App& command, NewOptions& options) {
+    command.add_option("--name", options.name, "Common name of the certificate")->required();
+    command.add_option("--algorithm", options.algorithm, "sm2, rsa2048, rsa3072 or rsa4096")
+        ->capture_default_str();
+    command.add_option("--days", options.days, "Days for which the certificate is valid")
+        ->check(CLI::Range(1, 7300))
+        ->capture_default_str();
+    command.add_option("--organization", options.organization, "Organization in the certificate");
+    command.add_option("--serial", options.serial, "Serial number, hexadecimal; random without it");
+    command.add_option("--id", options.id,
+                       "Name of the key's folder; without it the name or the serial number");
+    BindPin(command, options.pin);
+}
+
+void BindImport(CLI::App& command, ImportOptions& options) {
+    command.add_option("FILE", options.file, "PKCS#12, or PEM with key and certificate")
+        ->required();
+    command.add_option("--id", options.id,
+                       "Name of the key's folder; without it the serial number");
+    auto* password =
+        command.add_option("--password", options.password, "The file's password: for tests");
+    command
+        .add_option("--password-file", options.passwordFile,
+                    "File with the password in its first line; - is standard input")
+        ->excludes(password);
+    BindPin(command, options.pin);
+}
+
+void BindList(CLI::App&, ListOptions&) {}
+
+}  // namespace
+
+void DeclareKey(CLI::App& parent, Invocation& invocation) {
+    CLI::App* group = AddGroup(parent, "key", "Make, list and import development keys",
+                               "  tesmark key new --name \"Velmora Ltd\"\n"
+                               "  tesmark key list");
+    AddCommand<NewOptions>(
+        *group, invocation, "new",
+        "Make a development key with a certificate of this machine's development CA, which is made "
+        "and trusted when it is first needed",
+        "  tesmark key new --name \"Velmora Ltd\"                      asks for a PIN\n"
+        "  tesmark key new --name alice --algorithm rsa3072 --days 90 --pin-file pin.txt\n"
+        "  echo 123456 | tesmark key new --name test --pin-file -",
+        BindNew, NewKey);
+    AddCommand<ListOptions>(*group, invocation, "list",
+                            "Show the keys, and the tries they have left", "  tesmark key list",
+                            BindList, ListKeys);
+    AddCommand<ImportOptions>(*group, invocation, "import",
+                              "Take a private key with its certificate from a file",
+                              "  tesmark key import alice.p12 --password-file p12.txt\n"
+                              "  tesmark key import key-and-certificate.pem --id alice",
+                              BindImport, Import);
+}

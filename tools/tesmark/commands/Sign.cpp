@@ -1,0 +1,89 @@
+#include <cstdint>
+#include <string>
+
+#include "Declare.h"
+#include "FileAccess.h"
+#include "Library.h"
+#include "Selection.h"
+#include "Terminal.h"
+#include "TerminalText.h"
+#include "include/TesmarkOpt.h"
+
+namespace {
+
+// Larger files are hashed by their path.
+constexpr std::uint64_t kInMemory = 8 * 1024 * 1024;
+// The interface counts lengths in 32 bits.
+constexpr std::uint64_t kLargestRaw = 1024 * 1024 * 1024;
+constexpr std::uint64_t kLongWork = 32 * 1024 * 1024;
+
+struct Options {
+    std::string input;
+    std::string output;
+    bool raw = false;
+    bool big = false;
+    SelectionOptions selection;
+};
+
+int Make(const Options& options, std::uint64_t size, std::string& signature) {
+    const Progress progress(size > kLongWork ? "Signing " + SizeText(size) : "");
+    if (options.raw) return MakeRawSignature(ReadWholeFile(options.input, kLargestRaw), signature);
+    if (options.big || size > kInMemory) return MakeFileSignature(options.input, "", signature);
+    return MakeSignature(ReadWholeFile(options.input, kInMemory), "", signature);
+}
+
+std::string SignatureOf(const Options& options, std::uint64_t size) {
+    const LogMark mark;
+    std::string signature;
+    CheckResult(Make(options, size, signature), "The signature can't be made.", mark);
+    if (InterruptGuard::Interrupted()) {
+        throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
+    }
+    if (signature.empty()) throw Failure{ExitCode::kFailed, "The library made no signature."};
+    return signature;
+}
+
+Report Sign(const Options& options) {
+    const std::uint64_t size = CheckReadable(options.input);
+    const std::string output =
+        options.output.empty() ? options.input + (options.raw ? ".sig" : ".p7s") : options.output;
+    const LibrarySession library;
+    const SelectedCert selected = SelectCertificate(options.selection);
+    const InterruptGuard guard;
+    const std::string signature = SignatureOf(options, size);
+    WriteWholeFile(output, signature);
+    ClearSelectKeyID();
+    Report report;
+    if (output == "-") return report;
+    const char* form = options.raw ? "PKCS#1" : "PKCS#7, detached";
+    report.json["output"] = output;
+    report.json["form"] = options.raw ? "PKCS#1" : "PKCS#7";
+    report.json["certId"] = Utf8FromGbk(selected.certId);
+    report.json["signer"] = selected.commonName;
+    report.json["algorithm"] = selected.keyType;
+    report.json["size"] = static_cast<Json::UInt64>(signature.size());
+    report.text = "sign   " + output + "  " + form + ", " + SizeText(signature.size()) + ", by " +
+                  Printable(selected.commonName) + " (" + selected.keyType + ")\n";
+    return report;
+}
+
+void Bind(CLI::App& command, Options& options) {
+    command.add_option("FILE", options.input, "The file to be signed")->required();
+    command.add_option("-o,--output", options.output,
+                       "The signature's file, or - for standard output; without it FILE.p7s");
+    auto* raw = command.add_flag("--raw", options.raw,
+                                 "The bare signature value (PKCS#1, or r and s), in FILE.sig");
+    command.add_flag("--big", options.big, "Hash the file by its path, as files over 8 MB are")
+        ->excludes(raw);
+    BindSelection(command, options.selection, false);
+}
+
+}  // namespace
+
+void DeclareSign(CLI::App& parent, Invocation& invocation) {
+    AddCommand<Options>(parent, invocation, "sign", "Sign a file: a detached PKCS#7 beside it",
+                        "  tesmark sign report.txt\n"
+                        "  tesmark sign report.txt -o report.p7s --cert alice --pin-file pin.txt\n"
+                        "  tesmark sign report.txt --raw",
+                        Bind, Sign);
+}

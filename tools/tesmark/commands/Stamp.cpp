@@ -1,0 +1,252 @@
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <string>
+
+#include "Declare.h"
+#include "FileAccess.h"
+#include "Library.h"
+#include "ResultText.h"
+#include "Selection.h"
+#include "Terminal.h"
+#include "TerminalText.h"
+#include "commands/StampSubFilter.h"
+#include "include/TesmarkOpt.h"
+#include "pdf/PdfPages.h"
+#include "pdf/PdfStamp.h"
+#include "platform/Clock.h"
+
+namespace {
+
+// From the page's lower right corner, where nobody says where the seal goes.
+constexpr double kMarginMm = 25;
+
+// A file that is read, hashed and copied in more than a moment.
+constexpr std::uint64_t kLongWork = 32 * 1024 * 1024;
+
+// No result of the library or a component; the signer ends with it when the user interrupts.
+constexpr int kInterruptedCode = -100'000;
+constexpr int kNothingSignedCode = -100'001;
+
+struct Options {
+    std::string input;
+    std::string output;
+    int page = -1;
+    std::string at;
+    std::string size;
+    std::string reason;
+    std::string location;
+    SelectionOptions selection;
+};
+
+struct Pair {
+    double first;
+    double second;
+};
+
+// Two lengths in millimetres with `separator` between them.
+Pair ParsePair(const std::string& text, char separator, const char* option, const char* form) {
+    Pair pair{};
+    const char* const end = text.data() + text.size();
+    const auto first = std::from_chars(text.data(), end, pair.first);
+    if (first.ec == std::errc() && first.ptr != end && *first.ptr == separator) {
+        const auto second = std::from_chars(first.ptr + 1, end, pair.second);
+        const bool finite = std::isfinite(pair.first) && std::isfinite(pair.second);
+        if (second.ec == std::errc() && second.ptr == end && finite) return pair;
+    }
+    throw Failure{ExitCode::kUsage, std::string(option) + " is " + form + " in millimetres: \"" +
+                                        text + "\" is none."};
+}
+
+std::string Millimetres(double length) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.1f", length);
+    std::string shown = text.data();
+    if (shown.ends_with(".0")) shown.resize(shown.size() - 2);
+    return shown;
+}
+
+ExitCode ExitCodeOf(StampError error) {
+    switch (error) {
+        case StampError::kNone: return ExitCode::kOk;
+        case StampError::kInputUnreadable:
+        case StampError::kNotPdf:
+        case StampError::kDamaged:
+        case StampError::kEncrypted:
+        case StampError::kChangesForbidden:
+        case StampError::kNoSuchPage:
+        case StampError::kOutputIsInput:
+        case StampError::kOutputUnwritable: return ExitCode::kFile;
+        case StampError::kBadPlace:
+        case StampError::kBadRequest: return ExitCode::kUsage;
+        case StampError::kBadPicture:
+        case StampError::kSignerFailed:
+        case StampError::kContentsTooSmall: return ExitCode::kFailed;
+    }
+    return ExitCode::kFailed;
+}
+
+PdfPageSize Measure(const Options& options) {
+    PdfPageSize size;
+    std::string message;
+    const StampError error = MeasurePdfPage(options.input, options.page, size, message);
+    if (error != StampError::kNone) throw Failure{ExitCodeOf(error), message};
+    return size;
+}
+
+void Place(const Options& options, const PdfPageSize& page, StampRequest& request) {
+    request.page = page.page;
+    if (!options.size.empty()) {
+        const Pair size = ParsePair(options.size, 'x', "--size", "WIDTHxHEIGHT");
+        request.widthMm = size.first;
+        request.heightMm = size.second;
+    }
+    if (!options.at.empty()) {
+        const Pair at = ParsePair(options.at, ',', "--at", "X,Y");
+        request.xMm = at.first;
+        request.yMm = at.second;
+        return;
+    }
+    request.xMm = std::max(0.0, page.widthMm - request.widthMm - kMarginMm);
+    request.yMm = std::max(0.0, page.heightMm - request.heightMm - kMarginMm);
+}
+
+// Minutes east of Greenwich at that moment.
+int UtcOffset(std::time_t now) {
+    std::tm local = platform::LocalTime(now);
+    const std::tm* greenwich = std::gmtime(&now);
+    if (!greenwich) return 0;
+    int days = local.tm_yday - greenwich->tm_yday;
+    if (local.tm_year != greenwich->tm_year) days = local.tm_year > greenwich->tm_year ? 1 : -1;
+    return days * 1440 + (local.tm_hour - greenwich->tm_hour) * 60 + local.tm_min -
+           greenwich->tm_min;
+}
+
+// The text of a seal signature's property: what was stamped, and where.
+std::string Property(const StampRequest& request) {
+    return "application/pdf; page=" + std::to_string(request.page) +
+           "; rect=" + Millimetres(request.xMm) + "," + Millimetres(request.yMm) + "," +
+           Millimetres(request.widthMm) + "," + Millimetres(request.heightMm) + "; unit=mm";
+}
+
+StampRequest MakeRequest(const Options& options, const PdfPageSize& page,
+                         const SelectedSeal& selected) {
+    StampRequest request;
+    request.inputPath = options.input;
+    request.outputPath = options.output;
+    request.widthMm = selected.widthMm;
+    request.heightMm = selected.heightMm;
+    Place(options, page, request);
+    request.picture = selected.picture;
+    const StampSubFilter& form = SubFilterOf(selected.mode);
+    request.filter = form.filter;
+    request.subFilter = form.subFilter;
+    request.contentsSize = ContentsSizeFor(selected.mode);
+    request.name = selected.commonName;
+    request.reason = options.reason;
+    request.location = options.location;
+    request.signingTime = std::time(nullptr);
+    request.utcOffsetMinutes = UtcOffset(request.signingTime);
+    return request;
+}
+
+StampSigner SignerFor(const StampRequest& request) {
+    return [property = Property(request)](const SignedRanges& ranges, std::string& contents) {
+        if (InterruptGuard::Interrupted()) return kInterruptedCode;
+        const int code = ranges.path.empty() ? MakeSignature(ranges.data, property, contents)
+                                             : MakeFileSignature(ranges.path, property, contents);
+        if (InterruptGuard::Interrupted()) return kInterruptedCode;
+        return code == 0 && contents.empty() ? kNothingSignedCode : code;
+    };
+}
+
+void CheckStamped(const StampResult& result, const LogMark& mark) {
+    if (result.error == StampError::kNone) return;
+    if (result.error != StampError::kSignerFailed) {
+        throw Failure{ExitCodeOf(result.error), result.message};
+    }
+    if (result.signerCode == kInterruptedCode) {
+        throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
+    }
+    if (result.signerCode == kNothingSignedCode) {
+        throw Failure{ExitCode::kFailed,
+                      "This seal is a picture only: no signature can be made with it."};
+    }
+    CheckResult(result.signerCode, "The signature can't be made.", mark);
+}
+
+StampResult StampGuarded(const Options& options, const StampRequest& request) {
+    const std::uint64_t size = CheckReadable(options.input);
+    const InterruptGuard guard;
+    const LogMark mark;
+    const Progress progress(size > kLongWork ? "Stamping " + SizeText(size) : "");
+    const StampResult result = StampPdf(request, SignerFor(request));
+    CheckStamped(result, mark);
+    return result;
+}
+
+Report Describe(const Options& options, const SelectedSeal& selected, const StampRequest& request,
+                const StampResult& result) {
+    Report report;
+    report.json["output"] = options.output;
+    report.json["page"] = result.page;
+    report.json["pages"] = result.pageCount;
+    report.json["xMm"] = request.xMm;
+    report.json["yMm"] = request.yMm;
+    report.json["widthMm"] = request.widthMm;
+    report.json["heightMm"] = request.heightMm;
+    report.json["field"] = result.fieldName;
+    report.json["certId"] = Utf8FromGbk(selected.certId);
+    report.json["signer"] = selected.commonName;
+    report.json["algorithm"] = selected.keyType;
+    report.json["mode"] = selected.mode;
+    report.json["filter"] = request.filter;
+    report.json["subFilter"] = request.subFilter;
+    report.text = "stamp  " + options.output + "  page " + std::to_string(result.page) + " of " +
+                  std::to_string(result.pageCount) + ", " + Millimetres(request.widthMm) + " x " +
+                  Millimetres(request.heightMm) + " mm at " + Millimetres(request.xMm) + ", " +
+                  Millimetres(request.yMm) + "\n       signed by " +
+                  Printable(selected.commonName) + " (" + selected.keyType + "), " +
+                  request.subFilter + ", " + result.fieldName + "\n";
+    return report;
+}
+
+Report Stamp(const Options& options) {
+    const PdfPageSize page = Measure(options);
+    const LibrarySession library;
+    const SelectedSeal selected = SelectSeal(options.selection);
+    const StampRequest request = MakeRequest(options, page, selected);
+    const StampResult result = StampGuarded(options, request);
+    ClearSelectKeyID();
+    return Describe(options, selected, request, result);
+}
+
+void Bind(CLI::App& command, Options& options) {
+    command.add_option("IN.pdf", options.input, "The document")->required();
+    command.add_option("OUT.pdf", options.output, "The stamped document; replaced if it is there")
+        ->required();
+    command.add_option("--page", options.page, "From 1, or from the end: -1 is the last")
+        ->capture_default_str();
+    command.add_option("--at", options.at,
+                       "Upper left corner of the seal, X,Y in mm from the page's upper left "
+                       "corner; without it 25 mm from the lower right one");
+    command.add_option("--size", options.size,
+                       "Size of the seal, WIDTHxHEIGHT in mm; without it the seal's own");
+    command.add_option("--reason", options.reason, "Reason, shown with the signature");
+    command.add_option("--location", options.location, "Place, shown with the signature");
+    BindSelection(command, options.selection, true);
+}
+
+}  // namespace
+
+void DeclareStamp(CLI::App& parent, Invocation& invocation) {
+    AddCommand<Options>(parent, invocation, "stamp", "Put a seal on a page of a PDF and sign it",
+                        "  tesmark stamp contract.pdf stamped.pdf\n"
+                        "  tesmark stamp contract.pdf stamped.pdf --page 1 --at 120,230\n"
+                        "  tesmark stamp in.pdf out.pdf --cert alice --seal GBESEAL --size 30x30\n"
+                        "  tesmark stamp in.pdf out.pdf --pin-file pin.txt --reason Approved",
+                        Bind, Stamp);
+}
