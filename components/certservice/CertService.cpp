@@ -51,12 +51,23 @@ int CertService::FindCertificate(const std::string& certId, ToSign& toSign) {
 
 int CertService::PrepareData(const std::string& certId, std::string_view data, ToSign& toSign) {
     if (const int code = FindCertificate(certId, toSign)) return code;
-    const X509* certificate = m_certificates.Parse(toSign.certificate);
-    const auto hash = HashOfMethod(m_method, KindOfKey(certificate));
+    const int code = FillDigest(data, toSign);
+    if (code == kServiceOk) m_lastSigner = {certId, toSign.certificate};
+    return code;
+}
+
+int CertService::FillDigest(std::string_view data, ToSign& toSign) {
+    const auto hash = HashOfMethod(m_method, KindOfKey(m_certificates.Parse(toSign.certificate)));
     if (!hash) return kServiceAlgorithmUnknown;
     toSign.hash = *hash;
-    toSign.digest = DigestForKey(X509_get0_pubkey(certificate), *hash, data);
+    toSign.digest = m_certificates.DigestFor(toSign.certificate, *hash, data);
     return toSign.digest.empty() ? kServiceUnknownFailure : kServiceOk;
+}
+
+bool CertService::RecallData(const std::string& certId, std::string_view data, ToSign& toSign) {
+    if (certId.empty() || m_lastSigner.certId != certId) return false;
+    toSign.certificate = m_lastSigner.certificate;
+    return FillDigest(data, toSign) == kServiceOk;
 }
 
 int CertService::PrepareDigest(const std::string& certId, int algorithm, std::string_view digest,

@@ -45,7 +45,10 @@ public:
         std::string digest;
     };
     int PrepareData(const std::string& certId, std::string_view data, ToSign& toSign);
-    // The same for a digest that the caller has by `algorithm`.
+    // The same without a look at the key, for the certificate of the last PrepareData. False if
+    // that was another one: what is kept for the fetch is found by it, and nothing new is signed.
+    bool RecallData(const std::string& certId, std::string_view data, ToSign& toSign);
+    // As PrepareData, for a digest that the caller has by `algorithm`.
     int PrepareDigest(const std::string& certId, int algorithm, std::string_view digest,
                       ToSign& toSign);
     // A plain signature, or a detached message, over what was prepared. May ask for the PIN.
@@ -73,6 +76,12 @@ public:
     int SetRevocationList(std::string_view base64);
 
 private:
+    struct Signer {
+        std::string certId;
+        std::string certificate;
+    };
+
+    int FillDigest(std::string_view data, ToSign& toSign);
     int FindCertificate(const std::string& certId, ToSign& toSign);
     int HashPrefix(int algorithm, std::string_view certificate, std::string_view userId,
                    std::string& prefix);
@@ -81,5 +90,6 @@ private:
     PendingResults m_pending;
     CertificateCache m_certificates;
     std::unique_ptr<RevocationList> m_revocationList;
+    Signer m_lastSigner;
     int m_method = kMethodByKey;
 };

@@ -4,6 +4,7 @@
 #include <openssl/x509v3.h>
 
 #include "components/crypto/Signature.h"
+#include "components/crypto/Sm3.h"
 
 namespace {
 
@@ -86,5 +87,20 @@ X509* CertificateCache::Parse(std::string_view der) {
     if (m_certificate && m_der == der) return m_certificate.get();
     m_certificate = ParseCertificate(der);
     m_der = m_certificate ? std::string(der) : std::string();
+    m_za.clear();
     return m_certificate.get();
+}
+
+std::string CertificateCache::DigestFor(std::string_view der, HashAlgorithm hash,
+                                        std::string_view data) {
+    const X509* certificate = Parse(der);
+    if (!certificate) return {};
+    const EVP_PKEY* key = X509_get0_pubkey(certificate);
+    if (::KindOfKey(key) != KeyKind::kSm2) return DigestForKey(key, hash, data);
+    if (m_za.empty()) m_za = Sm2Za(key);
+    if (m_za.empty() || hash != HashAlgorithm::kSm3) return {};
+    Sm3 sum;
+    sum.Update(m_za);
+    sum.Update(data);
+    return sum.Finish();
 }

@@ -30,8 +30,12 @@ class CertificateCache {
 public:
     // As ParseCertificate. Belongs to the cache, and stays until the next call with another one.
     X509* Parse(std::string_view der);
+    // DigestForKey with the key of a certificate, whose ZA is remembered with it; empty on failure
+    // and for bytes that are no certificate.
+    std::string DigestFor(std::string_view der, HashAlgorithm hash, std::string_view data);
 
 private:
     std::string m_der;
     CertificateHandle m_certificate;
+    std::string m_za;
 };

@@ -33,3 +33,8 @@ int PendingResults::Serve(TwoStep call, const std::string& arguments,
     if (out && code == kServiceOk) result = {};
     return code;
 }
+
+bool PendingResults::Holds(TwoStep call, const std::string& arguments) const {
+    const Result& result = m_results[static_cast<size_t>(call)];
+    return result.kept && result.arguments == arguments;
+}

@@ -34,6 +34,9 @@ public:
     int Serve(TwoStep call, const std::string& arguments,
               const std::function<int(std::string&)>& compute, unsigned char* out, int* outLen);
 
+    // True if a fetch with these arguments has a query before it.
+    bool Holds(TwoStep call, const std::string& arguments) const;
+
 private:
     struct Result {
         bool kept = false;

@@ -68,6 +68,24 @@ std::string SigningArguments(const std::string& certId, const CertService::ToSig
            toSign.certificate;
 }
 
+// The frame of the two calls that sign data. A fetch that has its query before it is served
+// without another look at the key.
+int SignFrom(CertService& service, TwoStep call, const char* certId, const In& input,
+             int (CertService::*sign)(const std::string&, const CertService::ToSign&, std::string&),
+             unsigned char* out, int* outLen) {
+    if (!certId || !input.valid || !outLen) return kServiceBadArgument;
+    CertService::ToSign toSign;
+    const bool kept = out && service.RecallData(certId, input.bytes, toSign) &&
+                      service.Pending().Holds(call, SigningArguments(certId, toSign));
+    if (!kept) {
+        if (const int code = service.PrepareData(certId, input.bytes, toSign)) return code;
+    }
+    const auto compute = [&](std::string& result) {
+        return (service.*sign)(certId, toSign, result);
+    };
+    return service.Pending().Serve(call, SigningArguments(certId, toSign), compute, out, outLen);
+}
+
 }  // namespace
 
 int SOF_Initialize(void** context) {
@@ -166,30 +184,18 @@ int SOF_SetSignMethod(void* context, int method) {
 
 int SOF_SignData(void* context, const char* certId, const unsigned char* data, int dataLen,
                  unsigned char* out, int* outLen) {
-    return WithContext(context, [&](CertService& service) -> int {
-        const In input(data, dataLen);
-        if (!certId || !input.valid || !outLen) return kServiceBadArgument;
-        CertService::ToSign toSign;
-        if (const int code = service.PrepareData(certId, input.bytes, toSign)) return code;
-        const auto sign = [&](std::string& result) { return service.Sign(certId, toSign, result); };
-        return service.Pending().Serve(TwoStep::kSignData, SigningArguments(certId, toSign), sign,
-                                       out, outLen);
+    return WithContext(context, [&](CertService& service) {
+        return SignFrom(service, TwoStep::kSignData, certId, In(data, dataLen), &CertService::Sign,
+                        out, outLen);
     });
 }
 
 // The two flags are 1 in every call there is; the message is detached.
 int SOF_SignMessageEx(void* context, const char* certId, int, int, const unsigned char* data,
                       int dataLen, unsigned char* out, int* outLen) {
-    return WithContext(context, [&](CertService& service) -> int {
-        const In input(data, dataLen);
-        if (!certId || !input.valid || !outLen) return kServiceBadArgument;
-        CertService::ToSign toSign;
-        if (const int code = service.PrepareData(certId, input.bytes, toSign)) return code;
-        const auto sign = [&](std::string& result) {
-            return service.SignMessage(certId, toSign, result);
-        };
-        return service.Pending().Serve(TwoStep::kSignMessage, SigningArguments(certId, toSign),
-                                       sign, out, outLen);
+    return WithContext(context, [&](CertService& service) {
+        return SignFrom(service, TwoStep::kSignMessage, certId, In(data, dataLen),
+                        &CertService::SignMessage, out, outLen);
     });
 }
 

@@ -147,10 +147,12 @@ int KeyFolder::RetriesLeft(const std::string& certId) {
 
 int KeyFolder::SignDigest(const std::string& certId, HashAlgorithm hash, std::string_view digest,
                           std::string& signature) {
-    std::string path;
-    if (const int code = Locate(certId, path)) return code;
     const auto open = m_open.find(certId);
-    if (open == m_open.end()) return kServicePinUnavailable;
+    if (open == m_open.end()) {
+        std::string path;
+        const int code = Locate(certId, path);
+        return code ? code : kServicePinUnavailable;
+    }
     signature = ::SignDigest(open->second.key.get(), hash, digest);
     return signature.empty() ? kServiceAlgorithmUnknown : kServiceOk;
 }

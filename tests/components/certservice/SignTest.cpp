@@ -1,5 +1,7 @@
 #include <openssl/pem.h>
 
+#include <filesystem>
+
 #include "components/certservice/Certificate.h"
 #include "components/certservice/ServiceTest.h"
 #include "components/crypto/Signature.h"
@@ -168,6 +170,32 @@ TEST_F(SignTest, ABufferTooSmallLearnsTheSizeAndTheSameSignatureIsFetchedLater) 
     EXPECT_GE(needed, 68);
     ASSERT_EQ(SOF_SignData(context, certId.c_str(), Bytes("data"), 4, buffer, &length), 0);
     EXPECT_EQ(length, needed);
+}
+
+TEST_F(SignTest, AKeyPulledBetweenSizeAndFetchHasSignedAlready) {
+    void* context = Open();
+    const std::string certId = LoggedIn(context, KeyKind::kSm2);
+    const std::string certificate = Export(context, certId).data;
+    int length = 0;
+    ASSERT_EQ(SOF_SignData(context, certId.c_str(), Bytes("data"), 4, nullptr, &length), 0);
+    std::filesystem::remove_all(KeyPath(certId));
+    std::string signature(static_cast<size_t>(length), '\0');
+    auto* out = reinterpret_cast<unsigned char*>(signature.data());
+    ASSERT_EQ(SOF_SignData(context, certId.c_str(), Bytes("data"), 4, out, &length), 0);
+    EXPECT_EQ(VerifyData(context, certificate, "data", signature), 0);
+    EXPECT_EQ(SOF_SignData(context, certId.c_str(), Bytes("data"), 4, out, &length),
+              kServiceKeyRemoved);
+}
+
+TEST_F(SignTest, AMethodSetBetweenSizeAndFetchCounts) {
+    void* context = Open();
+    const std::string certId = LoggedIn(context, KeyKind::kRsa);
+    int length = 0;
+    ASSERT_EQ(SOF_SignData(context, certId.c_str(), Bytes("data"), 4, nullptr, &length), 0);
+    ASSERT_EQ(SOF_SetSignMethod(context, 0x00020101), 0);
+    unsigned char signature[256];
+    EXPECT_EQ(SOF_SignData(context, certId.c_str(), Bytes("data"), 4, signature, &length),
+              kServiceAlgorithmUnknown);
 }
 
 TEST_F(SignTest, AFetchWithoutAQueryComputes) {
