@@ -45,6 +45,12 @@ std::string ReadRevocationList(std::string_view list) {
     return read ? DerOf<i2d_X509_CRL>(read.get()) : std::string();
 }
 
+bool IsListFor(std::string_view list, const X509* certificate) {
+    const RevocationListHandle read = ParseList(list);
+    return read &&
+           X509_NAME_cmp(X509_CRL_get_issuer(read.get()), X509_get_issuer_name(certificate)) == 0;
+}
+
 int CheckRevocationTime(std::string_view list, std::string_view serial, std::time_t time) {
     const std::string digits = PlainSerial(serial);
     if (digits.empty()) return kSealBadArgument;

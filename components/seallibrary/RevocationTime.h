@@ -1,12 +1,17 @@
 // RevocationTime.h - when a certificate was revoked, by a revocation list (RFC 5280).
 #pragma once
 
+#include <openssl/x509.h>
+
 #include <ctime>
 #include <string>
 #include <string_view>
 
 // The list as DER, from DER or PEM. Empty if it is neither, or over the size limit.
 std::string ReadRevocationList(std::string_view list);
+
+// Was the list (DER or PEM) issued under the name of the certificate's issuer?
+bool IsListFor(std::string_view list, const X509* certificate);
 
 // Compares `time` with the revocation that the list (DER or PEM) tells for a serial number in
 // hexadecimal ("0x", colons, blanks, leading zeros and small letters allowed). 0: revoked later

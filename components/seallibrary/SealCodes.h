@@ -13,7 +13,7 @@ enum SealCode : int {
     // The certificate service.
     kSealServiceMissing = 0x0C000010,     // its file isn't there or can't be loaded
     kSealServiceIncomplete = 0x0C000011,  // it lacks an entry point that is needed
-    kSealServiceFailed = 0x0C000012,      // it gave a negative code while it came up
+    kSealServiceFailed = 0x0C000012,      // a negative code while it came up, or an empty answer
 
     // The seal.
     kSealDamaged = 0x0C000020,  // no seal that can be read
@@ -44,8 +44,9 @@ enum SealCode : int {
 
     // Revocation lists.
     kSealRevocationListDamaged = 0x0C000060,
-    kSealRevokedBefore = 0x0C000061,    // revoked at the given time or before it
-    kSealSerialNotListed = 0x0C000062,  // nothing to compare the given time with
+    kSealRevokedBefore = 0x0C000061,          // revoked at the given time or before it
+    kSealSerialNotListed = 0x0C000062,        // nothing to compare the given time with
+    kSealRevocationListForeign = 0x0C000063,  // not of the signer's issuer
 
     kSealNoStatusService = 0x0C000070,
 };

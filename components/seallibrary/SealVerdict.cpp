@@ -72,6 +72,7 @@ int CheckSigner(const SealSignature& signature, const CSealCertificate& signer,
                 const std::string& revocationList, CertificateJudge& judge) {
     const std::string& der = signature.signerCertificate;
     const bool hasList = !revocationList.empty();
+    if (hasList && !IsListFor(revocationList, signer.Get())) return kSealRevocationListForeign;
     const int result = hasList ? judge.ValidateWithList(der, revocationList) : judge.Validate(der);
     const Trust trust = TrustOf(result);
     if (trust == Trust::kOther) return result;

@@ -47,8 +47,9 @@ using DataDigest = std::function<int(HashAlgorithm algorithm, std::string& diges
 
 SealVerdict JudgeSeal(std::string_view seal, std::time_t now, CertificateJudge& judge);
 
-// `revocationList` (DER) may be empty. Whether anything has expired since the signing plays no
-// part: the seal and both certificates are judged by the time that the signature tells.
+// `revocationList` (DER), of the signer's issuer, may be empty. Whether anything has expired since
+// the signing plays no part: the seal and both certificates are judged by the time that the
+// signature tells.
 SealVerdict JudgeSealSignature(std::string_view signature, const DataDigest& dataDigest,
                                const std::string& revocationList, CertificateJudge& judge);
 

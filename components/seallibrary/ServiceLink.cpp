@@ -25,13 +25,15 @@ template <typename Call>
 int Fetch(Call call, std::string& bytes) {
     int length = 0;
     if (const int code = call(nullptr, &length)) return code;
-    if (length <= 0 || static_cast<std::size_t>(length) > kMaxSealBytes) return kSealTooLarge;
+    if (length <= 0) return kSealServiceFailed;
+    if (static_cast<std::size_t>(length) > kMaxSealBytes) return kSealTooLarge;
     bytes.assign(static_cast<std::size_t>(length), '\0');
     int written = length;
     const int code = call(reinterpret_cast<unsigned char*>(bytes.data()), &written);
-    if (code == 0 && written >= 0 && written <= length)
-        bytes.resize(static_cast<std::size_t>(written));
-    return code;
+    if (code) return code;
+    if (written <= 0 || written > length) return kSealServiceFailed;
+    bytes.resize(static_cast<std::size_t>(written));
+    return kSealOk;
 }
 
 // A negative failure of another operation must not be taken for a verdict on a certificate.

@@ -222,6 +222,8 @@ TEST_F(SealSigningTest, BadArgumentsAreTold) {
 TEST_F(SealSigningTest, ADamagedCertificateOfTheServicesIsTold) {
     m_script->keys["key"].certificate = "damaged";
     EXPECT_EQ(Query(), kSealSignerCertificateDamaged);
+    m_script->keys["key"].certificate = "";
+    EXPECT_EQ(Query(), kSealServiceFailed);
 }
 
 TEST_F(SealSigningTest, TheServicesOwnCodesComeThrough) {

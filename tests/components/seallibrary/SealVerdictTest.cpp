@@ -297,6 +297,16 @@ TEST_F(SignatureVerdictTest, AListCountsForASignerThatIsOnlyCalledExpired) {
     EXPECT_EQ(Judge(), Failure(kSealSignerRevoked, SealStep::kSignerValidity));
 }
 
+TEST_F(SignatureVerdictTest, AListOfAnotherIssuerProvesNothingAndIsRefused) {
+    m_signer = MakeIdentity(KeyKind::kSm2, {.issuer = "Other CA"});
+    Remake();
+    m_signature.seal = m_seal;
+    EXPECT_EQ(Judge(), SealVerdict{});
+    m_list = MakeRevocationList(m_maker, 0x1234ABCD, kTestNow - 1);
+    EXPECT_EQ(Judge(), Failure(kSealRevocationListForeign, SealStep::kSignerValidity));
+    EXPECT_TRUE(m_judge.m_lists.empty());
+}
+
 TEST_F(SignatureVerdictTest, AnyOtherResultAboutTheSignerComesThrough) {
     m_judge.m_results[m_signer.certificate] = 0x0B000051;
     EXPECT_EQ(Judge(), Failure(0x0B000051, SealStep::kSignerValidity));

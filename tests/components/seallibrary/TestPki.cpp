@@ -37,7 +37,7 @@ TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order) {
     const CertificateHandle certificate(X509_new());
     X509_set_version(certificate.get(), X509_VERSION_3);
     ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), order.serial);
-    X509_set_issuer_name(certificate.get(), CommonName("Test CA").get());
+    X509_set_issuer_name(certificate.get(), CommonName(order.issuer).get());
     X509_set_subject_name(certificate.get(), CommonName(order.name).get());
     ASN1_TIME_set(X509_getm_notBefore(certificate.get()), order.notBefore);
     ASN1_TIME_set(X509_getm_notAfter(certificate.get()), order.notAfter);

@@ -17,9 +17,10 @@ struct TestIdentity {
     std::string certificate;  // DER
 };
 
-// What a certificate can be told; its issuer is always "Test CA", its own key signs it.
+// What a certificate can be told; its own key signs it.
 struct TestCertificateOrder {
     std::string name = "Test";
+    std::string issuer = "Test CA";
     long serial = 0x1234ABCD;
     std::time_t notBefore = kTestNow - 100 * kTestDay;
     std::time_t notAfter = kTestNow + 5000 * kTestDay;
@@ -29,7 +30,7 @@ TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order = {});
 // Signs by OpenSSL's DigestSign, with the usual signer id for SM2.
 std::string SignAs(const TestIdentity& identity, std::string_view data);
 SealSigner SignerOf(const TestIdentity& identity);
-// A revocation list (DER) with one entry, signed with that key.
+// A revocation list (DER) of "Test CA" with one entry, signed with that key.
 std::string MakeRevocationList(const TestIdentity& issuer, long serial, std::time_t revoked);
 // The bare 64 bytes r and s of an SM2 signature in DER.
 std::string BareSm2(const std::string& der);
