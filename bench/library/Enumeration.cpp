@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -53,12 +54,15 @@ std::vector<std::string> Messages(const std::string& log) {
     return messages;
 }
 
-// The calls of one enumeration, made again into one buffer that is there already.
-void Replay(const std::vector<fakes::Call>& calls, std::vector<unsigned char>& buffer) {
+using Kept = std::vector<std::unique_ptr<unsigned char[]>>;
+
+// The calls of one enumeration, made again. What was fetched is kept, as it is in a list.
+void Replay(const std::vector<fakes::Call>& calls, Kept& kept) {
     const CKVLOpt& kvl = *g_service.kvl;
     for (const fakes::Call& call : calls) {
         int length = call.capacity;
-        unsigned char* const out = call.query ? nullptr : buffer.data();
+        if (!call.query) kept.emplace_back(new unsigned char[static_cast<std::size_t>(length) + 1]);
+        unsigned char* const out = call.query ? nullptr : kept.back().get();
         if (call.function == "SOF_ReadFile") {
             kvl.SOF_ReadFile(g_service.context, call.arguments[0].c_str(),
                              call.arguments[1].c_str(), out, &length);
@@ -87,9 +91,9 @@ void BareReadsAndRecords(benchmark::State& state) {
     g_list.GetCertAndPic();
     const std::vector<fakes::Call> calls = fakes::Calls();
     const std::vector<std::string> messages = Messages(LogText());
-    std::vector<unsigned char> buffer(kPictureSize * 2);
     for (auto _ : state) {
-        Replay(calls, buffer);
+        Kept kept;
+        Replay(calls, kept);
         for (const std::string& message : messages) {
             WriteLog("CertEsealOpt", 1, kLogTrace, 0, "%s", message.c_str());
         }
