@@ -3,10 +3,10 @@
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <openssl/evp.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -114,20 +114,27 @@ void HashSha256(benchmark::State& state) {
 }
 BENCHMARK(HashSha256)->Unit(benchmark::kMillisecond);
 
-long PeakKiB() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
+// The most memory that this process holds while it signs a file with both keys; negative if it
+// can't. Writing "5" there lets the system begin a new maximum.
+long PeakKiB(const std::string& path) {
+    std::ofstream("/proc/self/clear_refs") << "5";
+    if (!Sign(g_sm2Key, path) || !Sign(g_rsaKey, path)) return -1;
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        long peak = 0;
+        if (word == "VmHWM:" && status >> peak) return peak;
+    }
+    return -1;
 }
 
 bool CheckMemory() {
-    if (!Sign(g_sm2Key, g_smallFile) || !Sign(g_rsaKey, g_smallFile)) return false;
-    const long small = PeakKiB();
-    if (!Sign(g_sm2Key, g_bigFile) || !Sign(g_rsaKey, g_bigFile)) return false;
-    const long growth = PeakKiB() - small;
+    const long small = PeakKiB(g_smallFile);
+    const long big = PeakKiB(g_bigFile);
+    if (small < 0 || big < 0) return false;
+    const long growth = big - small;
     const bool reached = growth <= kMemoryGoalKiB;
-    std::printf("peak memory: %ld KiB more for 256 MiB than for 1 KiB, goal %ld KiB%s\n", growth,
-                kMemoryGoalKiB, reached ? "" : ": MISSED");
+    std::printf("peak memory: %ld KiB for 1 KiB, %ld KiB more for 256 MiB, goal %ld KiB%s\n", small,
+                growth, kMemoryGoalKiB, reached ? "" : ": MISSED");
     return reached;
 }
 
