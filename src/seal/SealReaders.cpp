@@ -1,7 +1,5 @@
 #include "seal/SealReaders.h"
 
-#include <cstring>
-
 #include "TesmarkOpt.h"
 #include "foundation/Logger.h"
 #include "foundation/Text.h"
@@ -25,7 +23,7 @@ int ReadSealPicEs(std::string seal, CBuffer& picture) {
     const auto header = ReadEsHeader(seal);
     if (!header) return TESMARK_NOT_AN_ES_FILE;
     picture = CopyToHeap(header->picture);
-    return 0;
+    return picture ? 0 : TESMARK_NO_MEMORY;
 }
 
 int ReadSealPicV3(std::string seal, CBuffer& picture, int* width, int* height) {
@@ -36,7 +34,7 @@ int ReadSealPicV3(std::string seal, CBuffer& picture, int* width, int* height) {
     }
     TESMARK_LOG(kLogDebug, "read V3 pic success");
     picture = CopyToHeap(read.View());
-    return 0;
+    return picture ? 0 : TESMARK_NO_MEMORY;
 }
 
 int GetSealPicBase64(const unsigned char* picture, int pictureLen, char** base64) {

@@ -7,14 +7,9 @@
 #include "host/ModuleState.h"
 #include "seal/SealReaders.h"
 #include "session/SealFlows.h"
+#include "session/SealPosition.h"
 
 namespace {
-
-enum SealPosition : unsigned int {
-    kOnlineService = 1,
-    kNameByXml = 3,
-    kNameBySize = 4,
-};
 
 bool IsLocal(unsigned int position) {
     return position != kOnlineService && position != kNameByXml && position != kNameBySize;

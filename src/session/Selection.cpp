@@ -9,11 +9,10 @@
 #include "foundation/StringFailure.h"
 #include "foundation/Text.h"
 #include "host/ModuleState.h"
+#include "session/SealPosition.h"
 
 namespace {
 
-constexpr unsigned int kOnlineService = 1;
-constexpr unsigned int kNameByXml = 3;
 constexpr int kSerialNumber = 2;
 constexpr std::size_t kKeyTypeSize = 260;
 
