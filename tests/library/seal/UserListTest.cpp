@@ -1,4 +1,5 @@
 #include "EnumerationTest.h"
+#include "seal/KeyLists.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -118,6 +119,24 @@ TEST_F(UserListTest, EachEnumerationBuildsTheListAnew) {
     fakes::AddCertificate("two", "cert-2");
     ASSERT_EQ(m_list.GetUserList(), 0);
     EXPECT_THAT(Labels(), ElementsAre("two"));
+}
+
+TEST_F(UserListTest, AListWithoutAWholeEntryIsEmpty) {
+    EXPECT_TRUE(ReadUserList("label||cert-1").empty());
+    EXPECT_TRUE(ReadUserList("label&&&").empty());
+    EXPECT_TRUE(ReadUserList("").empty());
+}
+
+TEST_F(UserListTest, TextBehindTheLastEndIsNoEntry) {
+    EXPECT_EQ(ReadUserList("one||cert-1&&&two||cert-2").size(), 1u);
+    EXPECT_EQ(ReadUserList("one||cert-1&&&two&&&").size(), 1u);
+}
+
+TEST_F(UserListTest, EmptyLabelsAndIdentifiersAreEntriesToo) {
+    const std::vector<CertRecord> certs = ReadUserList("||&&&label||&&&");
+    ASSERT_EQ(certs.size(), 2u);
+    EXPECT_EQ(certs[0].CertIdText(), "");
+    EXPECT_STREQ(certs[1].certName, "label");
 }
 
 TEST_F(UserListTest, ALabelWithAnEndInItTearsTheEntryApart) {

@@ -1,0 +1,97 @@
+#include <ostream>
+
+#include "SessionTest.h"
+
+namespace {
+
+constexpr int kFailure = 77;
+
+// One call on the way to a seal of type 2 whose status is asked for, and what comes of its failure.
+struct Step {
+    const char* function;
+    int number;
+    int result;
+    const char* lastFailure;  // empty: none is logged
+};
+
+void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
+
+constexpr char kNoSeal[] = "user cancel dlg -3004";
+
+constexpr Step kSteps[] = {
+    {"TVK_SetConfig", 1, 0, ""},
+    {"GetDeviceCountEx", 1, TESMARK_DEVICE_COUNT_FAILED, "GetCertAndPic error:-3023"},
+    {"SOF_GetUserList", 1, TESMARK_CERT_LIST_FAILED, "GetCertAndPic error:-3026"},
+    {"SOF_GetUserList", 2, TESMARK_CERT_LIST_FAILED, "GetCertAndPic error:-3026"},
+    {"GetDeviceInfo", 1, TESMARK_CERT_LIST_FAILED, "GetCertAndPic error:-3026"},
+    {"EnumFilesInDevice", 1, TESMARK_CANCELLED, kNoSeal},
+    {"EnumFilesInDevice", 2, TESMARK_CANCELLED, kNoSeal},
+    {"SOF_ReadFile", 1, TESMARK_CANCELLED, kNoSeal},
+    {"SOF_ReadFile", 2, TESMARK_CANCELLED, kNoSeal},
+    {"TVK_Get_Pic_From_Eseal_Ex", 1, TESMARK_CANCELLED, kNoSeal},
+    {"TVK_Get_Pic_From_Eseal_Ex", 2, TESMARK_CANCELLED, kNoSeal},
+    {"TVK_Get_SealName_From_Eseal", 2, TESMARK_CANCELLED, kNoSeal},
+    {"TVK_Get_Pic_From_Eseal_Ex", 3, TESMARK_CANCELLED, kNoSeal},
+    {"TVK_Get_Pic_From_Eseal_Ex", 4, TESMARK_CANCELLED, kNoSeal},
+    {"TVK_Get_SealName_From_Eseal", 4, TESMARK_CANCELLED, kNoSeal},
+    {"SOF_ExportUserCert", 1, TESMARK_CERT_EXPORT_FAILED, "[SignData]GetKeyType: error:-3033"},
+    {"SOF_ExportUserCert", 2, TESMARK_CERT_EXPORT_FAILED, "[SignData]GetKeyType: error:-3033"},
+    {"SOF_GetCertInfo", 1, TESMARK_CERT_FIELD_FAILED, "[SignData]GetKeyType: error:-3010"},
+    {"SOF_GetCertInfo", 2, TESMARK_CERT_FIELD_FAILED, "[SignData]GetKeyType: error:-3010"},
+    {"SOF_GetCertInfo", 3, TESMARK_CERT_FIELD_FAILED, "[SignData]GetKeyType: error:-3010"},
+    {"SOF_ValidateCert", 1, kFailure, "[SignData]GetKeyType: error:77"},
+    {"SOF_SetSignMethod", 1, kFailure, "[SignData]SOF_SetSignMethod: error:77"},
+    {"SOF_SignData", 1, kFailure, "[SignData]SOF_SignData: error:77"},
+    {"SOF_SignData", 2, kFailure, "[SignData]SOF_SignData: error:77"},
+    {"TVK_Verify_SESeal", 1, kFailure, "TVK_Verify_SESeal error 77"},
+    {"TVK_GetSealInfo", 1, kFailure, "TVK_Request_Eseal_Status error 77"},
+    {"TVK_GetSealInfo", 2, kFailure, "TVK_Request_Eseal_Status error 77"},
+    {"TVK_Request_Eseal_Status", 1, kFailure, "TVK_Request_Eseal_Status error 77"},
+};
+
+class FailureSweepTest : public SessionTest, public testing::WithParamInterface<Step> {
+protected:
+    FailureSweepTest() {
+        m_prefix.SetNumber("ReqEsealStatus", 1);
+        AddGbKey();
+    }
+};
+
+TEST_P(FailureSweepTest, AFailedCallSelectsNothingAndTheNextQuestionIsAnswered) {
+    const Step& step = GetParam();
+    fakes::On(step.function).ReturnsAt(step.number, kFailure);
+    int length = -7;
+    EXPECT_EQ(GetSealInfo(nullptr, &length), step.result);
+    EXPECT_EQ(length, step.result == 0 ? 16 : -7);
+    const std::vector<std::string> failures = Failures();
+    EXPECT_EQ(failures.empty() ? "" : failures.back(), step.lastFailure);
+    EXPECT_GE(fakes::CountCalls(step.function), step.number);
+    if (step.result != 0) {
+        EXPECT_EQ(SelectedSeal(), "");
+        EXPECT_EQ(SelectedCert(), "");
+    }
+    fakes::ClearCalls();
+    fakes::On(step.function) = fakes::FunctionScript();
+    EXPECT_EQ(Picture(), "national picture");
+}
+
+INSTANTIATE_TEST_SUITE_P(EachCall, FailureSweepTest, testing::ValuesIn(kSteps));
+
+TEST_F(SessionTest, EveryCallOnTheWayIsOneOfTheSweep) {
+    m_prefix.SetNumber("ReqEsealStatus", 1);
+    AddGbKey();
+    ASSERT_EQ(InitKVLLib(), 0);
+    fakes::ClearCalls();
+    ASSERT_EQ(Query(), 0);
+    for (const fakes::Call& call : fakes::Calls()) {
+        const bool swept = std::any_of(std::begin(kSteps), std::end(kSteps), [&](const Step& step) {
+            return call.function == step.function && call.number == step.number;
+        });
+        // The reset of the method and the size query of a name don't count, whatever they say.
+        const bool ignored = call.text == "SOF_SetSignMethod(ctx, 0)" ||
+                             (call.function == "TVK_Get_SealName_From_Eseal" && call.query);
+        EXPECT_TRUE(swept || ignored) << call.text;
+    }
+}
+
+}  // namespace
