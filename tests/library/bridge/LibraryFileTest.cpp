@@ -56,10 +56,10 @@ TEST(LibraryFileTest, ExportsTheNamesThatTheHeaderDeclaresAndNothingElse) {
     EXPECT_THAT(exported, UnorderedElementsAreArray(declared));
 }
 
-TEST(LibraryFileTest, NeedsTheClosedLibrariesByTheirFileNames) {
-    for (const char* name : {"libTOVKx64.so", "libMirelle.so", "libdwnt-3_x64.so"}) {
-        EXPECT_THAT(Needed(), Contains(name));
-    }
+TEST(LibraryFileTest, NeedsTheClosedLibrariesThatAnExportCallsByTheirFileNames) {
+    EXPECT_THAT(Needed(), Contains("libTOVKx64.so"));
+    EXPECT_THAT(Needed(), Not(Contains("libMirelle.so")));
+    EXPECT_THAT(Needed(), Not(Contains("libdwnt-3_x64.so")));
 }
 
 TEST(LibraryFileTest, DoesNotNeedWhatItOpensAtRunTime) {
