@@ -19,7 +19,7 @@ public:
     int initialised = 0;
     unsigned int verifyCrl = 0;
 
-    // --- certificates and keys (AppOptQuery.cpp) ---
+    // --- certificates and keys (AppOptQuery.cpp, AppOptKeys.cpp, AppOptCrl.cpp) ---
 
     // The key type text of a certificate ("SM2", anything else is RSA), after the checks that stand
     // before every signature: validity period, revocation list if that is set, chain. `type` is
