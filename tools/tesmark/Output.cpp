@@ -50,7 +50,7 @@ std::string FailureText(const Failure& failure, const std::string& logPath) {
     if (failure.code) {
         text += "  code " + ResultNumber(*failure.code) + ": " + ResultText(*failure.code) + "\n";
     }
-    if (!failure.hint.empty()) text += failure.hint + "\n";
+    if (!failure.hint.empty()) text += failure.hint + (failure.hint.ends_with('\n') ? "" : "\n");
     if (failure.code && !logPath.empty()) text += "  log: " + logPath + "\n";
     return text;
 }

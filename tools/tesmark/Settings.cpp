@@ -46,6 +46,8 @@ constexpr auto kSettings = std::to_array<Setting>({
      "folder of the certificates that are trusted"},
     {"CaFolder", kMachine, kCertServiceSettingsKey, "CaFolder", kPath, "~/.local/share/velmora/ca",
      "folder of the development CA"},
+    {"PinentryProgram", kMachine, kCertServiceSettingsKey, "PinentryProgram", kPath, "",
+     "the program that asks for PINs; without it one on PATH"},
     {"Pkcs11Modules", kMachine, kCertServiceSettingsKey, "Pkcs11Modules", kPath, "",
      "PKCS#11 modules of tokens: paths with \";\" between them"},
     {"Pkcs11Sm2Mechanism", kMachine, kCertServiceSettingsKey, "Pkcs11Sm2Mechanism", kNumber, "0",

@@ -11,6 +11,7 @@
 #include "Version.h"
 #include "commands/Findings.h"
 #include "components/certservice/Places.h"
+#include "include/TesmarkOpt.h"
 #include "platform/Files.h"
 #include "platform/Module.h"
 
@@ -33,8 +34,13 @@ void ExamineLibrary(Findings& findings) {
                                  TESMARK_VERSION);
 }
 
+// The sentence says it all where the file is missing or can't be loaded.
 std::string CauseOf(const Failure& failure) {
-    return failure.sentence + (failure.code ? " (" + ResultText(*failure.code) + ")" : "");
+    if (!failure.code || *failure.code == TESMARK_SERVICE_NOT_FOUND ||
+        *failure.code == TESMARK_SERVICE_FAILED) {
+        return failure.sentence;
+    }
+    return failure.sentence + " (" + ResultText(*failure.code) + ")";
 }
 
 void ExamineService(Findings& findings) {
@@ -62,14 +68,16 @@ void ExamineService(Findings& findings) {
     }
 }
 
-void ExamineLinked(Findings& findings, const char* subject, const char* stem) {
+// The library needs by name only those whose functions it calls; another one may be missing.
+void ExamineComponent(Findings& findings, const char* subject, const char* stem) {
     const std::string fileName = platform::ModuleFileName(stem);
-    const auto object = FindLoaded(fileName);
-    if (object) {
+    if (const auto object = FindLoaded(fileName)) {
         findings.Good(subject, object->path + " (" + BuildText(object->buildId) + ")");
-    } else {
-        findings.Problem(subject, fileName + " is not loaded.", "put it beside the library");
+        return;
     }
+    const std::string beside = BesideLibrary(fileName);
+    findings.Good(subject, beside.empty() ? fileName + " is not there, and not in use"
+                                          : beside + " (not in use)");
 }
 
 void ExamineStart(Findings& findings) {
@@ -158,14 +166,22 @@ void ExamineTrust(Findings& findings) {
                      "put your CA's certificate there; tesmark key new puts the development CA's");
 }
 
-void ExaminePrograms(Findings& findings) {
-    const std::string pinentry = FindProgram("pinentry");
-    if (pinentry.empty()) {
-        findings.Problem("PIN entry", "No pinentry program asks for PINs.",
+void ExaminePinEntry(Findings& findings) {
+    constexpr char kSubject[] = "PIN entry";
+    const auto configured = ReadSetting(FindSetting("PinentryProgram"));
+    const std::string program = configured ? *configured : FindProgram("pinentry");
+    if (program.empty()) {
+        findings.Problem(kSubject, "No pinentry program asks for PINs.",
                          "apt-get install pinentry-tty, or give PINs with --pin-file");
+    } else if (!platform::PathExists(program.c_str())) {
+        findings.Problem(kSubject, "The program that asks for PINs is not there: " + program + ".",
+                         "tesmark config unset PinentryProgram");
     } else {
-        findings.Good("PIN entry", pinentry);
+        findings.Good(kSubject, program);
     }
+}
+
+void ExamineDialogs(Findings& findings) {
     const auto program = ReadSetting(FindSetting("DialogProgram"));
     const std::string beside = BesideLibrary("tesmark-dialog");
     if (program && !platform::PathExists(program->c_str())) {
@@ -183,13 +199,14 @@ void ExaminePrograms(Findings& findings) {
 void ExamineMachine(Findings& findings) {
     ExamineLibrary(findings);
     ExamineService(findings);
-    ExamineLinked(findings, "seal library", "TOVKx64");
-    ExamineLinked(findings, "seal pictures", "Mirelle");
-    ExamineLinked(findings, "transport", "dwnt-3_x64");
+    ExamineComponent(findings, "seal library", "TOVKx64");
+    ExamineComponent(findings, "seal pictures", "Mirelle");
+    ExamineComponent(findings, "transport", "dwnt-3_x64");
     ExamineStart(findings);
     ExamineStore(findings);
     ExamineLog(findings);
     ExamineCrlFolder(findings);
     ExamineTrust(findings);
-    ExaminePrograms(findings);
+    ExaminePinEntry(findings);
+    ExamineDialogs(findings);
 }

@@ -111,7 +111,8 @@ Report Import(const ImportOptions& options) {
 
 std::string TriesText(int tries) {
     if (tries < 0) return "";
-    return tries == 0 ? "locked" : CountText(static_cast<std::size_t>(tries), "try") + " left";
+    if (tries == 0) return "locked";
+    return tries == 1 ? "1 try left" : std::to_string(tries) + " tries left";
 }
 
 Report ListKeys(const ListOptions&) {
