@@ -49,6 +49,18 @@ void CliTest::MakeSeal(const std::string& cert, const std::string& form,
     ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
 }
 
+void CliTest::ScriptPinentry(const std::string& beforeIt) const {
+    const std::string path = InPrefix("pinentry");
+    WriteFile(path,
+              "#!/bin/sh\necho OK\nwhile read -r command rest; do\n  case $command in\n"
+              "    GETPIN) " +
+                  beforeIt +
+                  "; echo 'D 123456'; echo OK ;;\n    BYE) echo OK; exit ;;\n    *) echo OK ;;\n"
+                  "  esac\ndone\n");
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    ASSERT_EQ(Tesmark({"config", "set", "PinentryProgram", path}).exitCode, 0);
+}
+
 std::string CliTest::FileContent(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};

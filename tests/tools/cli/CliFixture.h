@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <json/value.h>
+#include <json/writer.h>
 
 #include <string>
 #include <vector>
@@ -27,6 +28,10 @@ protected:
     // Keys with the PIN 123456; the certId is "DevKeys/" and the name.
     void MakeKey(const std::string& name, const std::string& algorithm) const;
     void MakeSeal(const std::string& cert, const std::string& form, const std::string& name) const;
+
+    // A program that asks for PINs in the place of a person: its answer is always 123456, and
+    // `beforeIt` is a line of shell that it runs first.
+    void ScriptPinentry(const std::string& beforeIt) const;
 
     std::string InPrefix(const std::string& name) const { return m_prefix.Path() + "/" + name; }
     static std::string FileContent(const std::string& path);

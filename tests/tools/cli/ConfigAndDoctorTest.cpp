@@ -98,7 +98,8 @@ protected:
     // Whether a program asks for PINs is the machine's affair.
     std::size_t Problems() const {
         std::size_t problems = 0;
-        for (const Json::Value& finding : Json({"doctor"})["findings"]) {
+        const Json::Value findings = Json({"doctor"})["findings"];
+        for (const Json::Value& finding : findings) {
             if (!finding["ok"].asBool() && finding["subject"] != "PIN entry") ++problems;
         }
         return problems;

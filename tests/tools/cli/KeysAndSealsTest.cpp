@@ -126,7 +126,9 @@ TEST_F(SealsTest, AChineseNameComesBackFromEveryForm) {
     MakeKey("alice", "sm2");
     MakeSeal("alice", "gb2020", kCompany);
     MakeSeal("alice", "es", kCompany);
-    for (const Json::Value& seal : Json({"list"})["certificates"][0]["seals"]) {
+    const Json::Value seals = Json({"list"})["certificates"][0]["seals"];
+    EXPECT_EQ(seals.size(), 2u);
+    for (const Json::Value& seal : seals) {
         EXPECT_EQ(seal["name"].asString(), kCompany);
     }
 }

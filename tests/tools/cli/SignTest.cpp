@@ -83,6 +83,14 @@ TEST_F(SignTest, AnOutputThatCannotBeWrittenIsTold) {
     EXPECT_NE(outcome.error.find("can't be written"), std::string::npos) << outcome.error;
 }
 
+TEST_F(SignTest, AnInterruptLeavesNothingBehind) {
+    MakeKey("rsa", "rsa2048");
+    ScriptPinentry("kill -INT $PPID");
+    const auto outcome = Tesmark({"sign", m_file});
+    EXPECT_EQ(outcome.exitCode, 130) << outcome.error;
+    EXPECT_EQ(FilesBeginningWith("text.txt").size(), 1u);
+}
+
 TEST_F(SignTest, AMissingInputIsToldBeforeAnyPin) {
     const auto outcome = Tesmark({"sign", InPrefix("absent")});
     EXPECT_EQ(outcome.exitCode, 4);

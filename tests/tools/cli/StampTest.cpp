@@ -150,6 +150,47 @@ TEST_F(StampTest, WithoutAPinAndWithoutATerminalTheCauseIsTold) {
     EXPECT_TRUE(NothingWritten());
 }
 
+TEST_F(StampTest, WithoutAPinOnTheCommandLineThePersonIsAskedOnce) {
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("rsa", "es", "rsa");
+    ScriptPinentry("echo asked >> " + InPrefix("asked"));
+    const auto outcome = Stamp({});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
+    EXPECT_EQ(FileContent(InPrefix("asked")), "asked\n");
+    EXPECT_NE(PdfSig().find("Signature is Valid"), std::string::npos);
+}
+
+TEST_F(StampTest, AnInterruptLeavesNothingBehind) {
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("rsa", "es", "rsa");
+    ScriptPinentry("kill -INT $PPID");
+    const auto outcome = Stamp({"--seal", "rsa"});
+    EXPECT_EQ(outcome.exitCode, 130) << outcome.error;
+    EXPECT_TRUE(NothingWritten());
+}
+
+TEST_F(StampTest, AnInterruptLeavesAnOlderOutputAsItWas) {
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("rsa", "es", "rsa");
+    WriteFile(m_out, "what was there before");
+    ScriptPinentry("kill -TERM $PPID");
+    EXPECT_EQ(Stamp({"--seal", "rsa"}).exitCode, 130);
+    EXPECT_EQ(FileContent(m_out), "what was there before");
+    EXPECT_EQ(FilesBeginningWith("out.pdf").size(), 1u);
+}
+
+TEST_F(StampTest, ADamagedSealIsRefusedBeforeAnyPin) {
+    MakeKey("sm2", "sm2");
+    MakeSeal("sm2", "gb2020", "sm2");
+    const std::string path = InPrefix("keys/sm2/files/GBESEAL");
+    std::string content = FileContent(path);
+    content[content.size() / 2] ^= 1;
+    WriteFile(path, content);
+    const auto outcome = Stamp({"--seal", "GBESEAL"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.error.find("can't be used"), std::string::npos) << outcome.error;
+}
+
 TEST_F(StampTest, APageThatIsNotThereIsAFilesFault) {
     MakeKey("rsa", "rsa2048");
     MakeSeal("rsa", "es", "rsa");

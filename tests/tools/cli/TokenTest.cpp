@@ -62,10 +62,11 @@ TEST_F(TokenTest, AWrongPinIsToldAndNothingIsWritten) {
     EXPECT_TRUE(FilesBeginningWith("out.pdf").empty());
 }
 
-TEST_F(TokenTest, ASealIsNotWrittenWithoutTheTokensPin) {
-    const auto outcome = Tesmark({"seal", "new", "--form", "es", "--name", "T"});
-    EXPECT_NE(outcome.exitCode, 0);
-    EXPECT_NE(outcome.error.find("--pin-file"), std::string::npos) << outcome.error;
+TEST_F(TokenTest, APulledTokenIsNoKeyAnyMore) {
+    m_token.RemoveTokens();
+    const auto outcome = Tesmark({"stamp", kContract, m_out, "--pin", "123456"});
+    EXPECT_EQ(outcome.exitCode, 3) << outcome.error;
+    EXPECT_TRUE(FilesBeginningWith("out.pdf").empty());
 }
 
 }  // namespace
