@@ -9,29 +9,26 @@ namespace {
 
 constexpr char kPrefixVariable[] = "VELMORA_PREFIX";
 
+// A folder for each process, whatever the variable said before: tests run beside each other, and
+// each reads its own log.
 class LogHome {
 public:
     LogHome() {
-        if (const char* const given = std::getenv(kPrefixVariable)) {
-            m_path = given;
-            return;
-        }
         std::string folder =
             (std::filesystem::temp_directory_path() / "tesmark-log-XXXXXX").string();
         if (mkdtemp(folder.data()) == nullptr) return;
-        m_path = m_made = folder;
+        m_path = folder;
         setenv(kPrefixVariable, folder.c_str(), 1);
     }
     ~LogHome() {
         std::error_code ignored;
-        if (!m_made.empty()) std::filesystem::remove_all(m_made, ignored);
+        if (!m_path.empty()) std::filesystem::remove_all(m_path, ignored);
     }
 
     const std::string& Path() const { return m_path; }
 
 private:
     std::string m_path;
-    std::string m_made;
 };
 
 const LogHome logHome;
