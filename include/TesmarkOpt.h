@@ -27,12 +27,10 @@
 #ifndef TESMARK_OPT_H
 #define TESMARK_OPT_H
 
-#if defined(_WIN32) && defined(TESMARK_BUILDING)
-#define TESMARK_EXPORT __declspec(dllexport)
-#elif defined(_WIN32)
-#define TESMARK_EXPORT __declspec(dllimport)
-#else
+#if defined(__GNUC__)
 #define TESMARK_EXPORT __attribute__((visibility("default")))
+#else
+#define TESMARK_EXPORT
 #endif
 
 #ifdef __cplusplus
