@@ -36,8 +36,9 @@ void RecordsSettingsCopy(benchmark::State& state) {
     const std::vector<unsigned char> cache(kPictureSize, 1);
     for (auto _ : state) {
         WriteLog("SealRetrieval", 1, kLogTrace, 0, "[%s start]", "GetSealInfo");
+        CRegistry settings = OpenSettings();
         for (const char* name : {"bSealPosition", "bSignWithTimeStamp", "ReqEsealStatus"}) {
-            benchmark::DoNotOptimize(ReadNumberSetting(name));
+            benchmark::DoNotOptimize(settings.GetNumber(name));
         }
         std::memcpy(picture.data(), cache.data(), cache.size());
         benchmark::ClobberMemory();

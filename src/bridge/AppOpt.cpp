@@ -18,9 +18,7 @@ struct Settings {
 // Each value stands for itself; what can't be read keeps its default.
 Settings ReadSettings() {
     Settings settings;
-    CRegistry registry(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kSettingsKey,
-                                                 platform::RegistryAccess::AllAccess));
-    if (registry.key == nullptr) return settings;
+    CRegistry registry = OpenSettings();
     registry.GetString("sEsealStateUrl", settings.sealStatusUrl);
     settings.askSealStatus = registry.GetNumber("ReqEsealStatus");
     settings.signWithTimeStamp = registry.GetNumber("bSignWithTimeStamp");

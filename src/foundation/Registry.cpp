@@ -7,11 +7,6 @@ namespace {
 constexpr std::size_t kTextBuffer = 2550;
 constexpr std::size_t kTextLimit = 200;
 
-CRegistry OpenSettings() {
-    return CRegistry(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kSettingsKey,
-                                               platform::RegistryAccess::AllAccess));
-}
-
 }  // namespace
 
 CRegistry::~CRegistry() {
@@ -43,6 +38,11 @@ unsigned int CRegistry::GetNumber(const char* name, unsigned int absent) {
     unsigned int number = absent;
     std::size_t size = sizeof number;
     return platform::QueryRegistryValue(key, name, &number, &size) ? number : absent;
+}
+
+CRegistry OpenSettings() {
+    return CRegistry(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kSettingsKey,
+                                               platform::RegistryAccess::AllAccess));
 }
 
 unsigned int ReadNumberSetting(const char* name) { return OpenSettings().GetNumber(name); }

@@ -32,7 +32,10 @@ public:
     platform::RegistryKey key = nullptr;
 };
 
-// One setting of the product, the key being opened with all access for this one reading. A key
-// that can't be opened counts as an absent value: 0, or an empty text.
+// The product's settings, opened with all access for one reader, who reads all that he needs and
+// lets go of them. A key that can't be opened is null, and all its values count as absent.
+CRegistry OpenSettings();
+
+// One setting of the product by an opening of its own: 0, or an empty text, if it is absent.
 unsigned int ReadNumberSetting(const char* name);
 std::string ReadTextSetting(const char* name);

@@ -11,8 +11,23 @@
 
 namespace {
 
-bool IsLocal(unsigned int position) {
-    return position != kOnlineService && position != kNameByXml && position != kNameBySize;
+struct Settings {
+    unsigned int position;
+    bool withTimeStamp;
+    int reqStatus;
+
+    bool IsLocal() const {
+        return position != kOnlineService && position != kNameByXml && position != kNameBySize;
+    }
+};
+
+Settings ReadSettings() {
+    CRegistry registry = OpenSettings();
+    Settings settings{};
+    settings.position = registry.GetNumber("bSealPosition");
+    settings.withTimeStamp = registry.GetNumber("bSignWithTimeStamp") != 0;
+    settings.reqStatus = static_cast<int>(registry.GetNumber("ReqEsealStatus"));
+    return settings;
 }
 
 // The sources other than the keys have no flow of their own yet.
@@ -27,7 +42,7 @@ struct EndOfDialogFlow {
     ~EndOfDialogFlow() { g_sealFlowBusy = 0; }
 };
 
-int SelectLocally(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus) {
+int SelectLocally(unsigned char* buffer, int* length, const Settings& settings) {
     if (g_sealFlowBusy == 1) return TESMARK_BUSY;
     if (buffer != nullptr && !g_sealInfoCache.Empty()) {
         g_sealInfoCache.CopyTo(buffer, *length);
@@ -38,11 +53,12 @@ int SelectLocally(unsigned char* buffer, int* length, bool withTimeStamp, int re
         return code;
     }
     if (g_certEsealOpt.m_certs.size() == 1) {
-        const int code = SelectSingleCertFlow(buffer, length, withTimeStamp, reqStatus);
+        const int code =
+            SelectSingleCertFlow(buffer, length, settings.withTimeStamp, settings.reqStatus);
         if (code != TESMARK_NOT_SHORT) return code;
     }
     const EndOfDialogFlow end;
-    return SelectByDialogFlow(buffer, length, withTimeStamp, reqStatus);
+    return SelectByDialogFlow(buffer, length, settings.withTimeStamp, settings.reqStatus);
 }
 
 }  // namespace
@@ -51,11 +67,9 @@ namespace session {
 
 int GetSealInfo(unsigned char* buffer, int* length) {
     TESMARK_LOG_SCOPE("GetSealInfo");
-    const unsigned int position = ReadNumberSetting("bSealPosition");
-    const bool withTimeStamp = ReadNumberSetting("bSignWithTimeStamp") != 0;
-    const int reqStatus = static_cast<int>(ReadNumberSetting("ReqEsealStatus"));
-    if (!IsLocal(position)) return RefuseSource(position);
-    return SelectLocally(buffer, length, withTimeStamp, reqStatus);
+    const Settings settings = ReadSettings();
+    if (!settings.IsLocal()) return RefuseSource(settings.position);
+    return SelectLocally(buffer, length, settings);
 }
 
 // Hosts know the one zero byte behind the picture, which is part of the text.

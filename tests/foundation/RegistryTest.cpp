@@ -38,6 +38,22 @@ TEST_F(RegistryTest, SettingsAreReadAfreshAtEachUse) {
     EXPECT_EQ(ReadNumberSetting("bSealPosition"), 3U);
 }
 
+TEST_F(RegistryTest, OneOpeningOfTheSettingsGivesAllThatAReaderNeeds) {
+    m_prefix.SetNumber("bSealPosition", 1);
+    m_prefix.SetNumber("ReqEsealStatus", 2);
+    CRegistry settings = OpenSettings();
+    ASSERT_NE(settings.key, nullptr);
+    EXPECT_EQ(settings.GetNumber("bSealPosition"), 1U);
+    EXPECT_EQ(settings.GetNumber("bSignWithTimeStamp"), 0U);
+    EXPECT_EQ(settings.GetNumber("ReqEsealStatus"), 2U);
+}
+
+TEST_F(RegistryTest, SettingsThatCannotBeOpenedHaveNoValues) {
+    CRegistry settings = OpenSettings();
+    EXPECT_EQ(settings.key, nullptr);
+    EXPECT_EQ(settings.GetNumber("bSealPosition"), 0U);
+}
+
 TEST_F(RegistryTest, ATextOf199BytesIsReadWholeAndOneOf200CountsAsAbsent) {
     m_prefix.SetText("sWSURL", std::string(199, 'a'));
     EXPECT_EQ(ReadTextSetting("sWSURL"), std::string(199, 'a'));

@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <cstdlib>
 
 #include "SessionTest.h"
@@ -151,6 +152,19 @@ TEST_F(SealRetrievalTest, APositionThatIsALongTextTakesTheLocalPath) {
     AddEsKey("picture");
     m_prefix.SetText("bSealPosition", "12345");
     EXPECT_EQ(Picture(), "picture");
+}
+
+TEST_F(SealRetrievalTest, SettingsThatCannotBeOpenedTakeTheLocalPathWithEverythingOff) {
+    AddGbKey();
+    for (const char* name : {"bSealPosition", "bSignWithTimeStamp", "ReqEsealStatus"}) {
+        m_prefix.SetNumber(name, 1);
+    }
+    ASSERT_EQ(InitKVLLib(), 0);
+    const std::string store = m_prefix.Path() + "/machine.reg";
+    ASSERT_EQ(std::rename(store.c_str(), (store + ".away").c_str()), 0);
+    EXPECT_EQ(Picture(), "national picture");
+    EXPECT_FALSE(Called("TVK_Request_Eseal_Status"));
+    EXPECT_THAT(Failures(), IsEmpty());
 }
 
 TEST_F(SealRetrievalTest, SourcesThatAreNotThereYetFailAndTouchNothing) {
