@@ -61,15 +61,34 @@ int SelectLocally(unsigned char* buffer, int* length, const Settings& settings) 
     return SelectByDialogFlow(buffer, length, settings.withTimeStamp, settings.reqStatus);
 }
 
+int Retrieve(unsigned char* buffer, int* length, const Settings& settings) {
+    if (!settings.IsLocal()) return RefuseSource(settings.position);
+    return SelectLocally(buffer, length, settings);
+}
+
+// The fetch of a dragged picture into room for the length that was told. A picture of length 0
+// leaves no cache, so that the keys are read anew, and one that has grown meanwhile fits no more:
+// it is taken from the cache.
+int FetchDragged(CBuffer& picture, int* length) {
+    TESMARK_LOG_SCOPE("GetSealInfo");
+    const Settings settings = ReadSettings();
+    if (!settings.IsLocal() || !g_sealInfoCache.Empty()) {
+        return Retrieve(picture.Data(), length, settings);
+    }
+    if (const int code = SelectLocally(nullptr, length, settings)) return code;
+    picture = CBuffer(static_cast<std::size_t>(*length) + 1);
+    if (!picture) return TESMARK_NO_MEMORY;
+    g_sealInfoCache.CopyTo(picture.Data(), *length);
+    return 0;
+}
+
 }  // namespace
 
 namespace session {
 
 int GetSealInfo(unsigned char* buffer, int* length) {
     TESMARK_LOG_SCOPE("GetSealInfo");
-    const Settings settings = ReadSettings();
-    if (!settings.IsLocal()) return RefuseSource(settings.position);
-    return SelectLocally(buffer, length, settings);
+    return Retrieve(buffer, length, ReadSettings());
 }
 
 // Hosts know the one zero byte behind the picture, which is part of the text.
@@ -77,9 +96,9 @@ int GetDragSealPic(char** base64) {
     int length = 0;
     if (const int code = GetSealInfo(nullptr, &length)) return code;
     ++length;
-    const CBuffer picture(static_cast<std::size_t>(length));
+    CBuffer picture(static_cast<std::size_t>(length));
     if (!picture) return TESMARK_NO_MEMORY;
-    if (const int code = GetSealInfo(picture.Data(), &length)) return code;
+    if (const int code = FetchDragged(picture, &length)) return code;
     return GetSealPicBase64(picture.Data(), length, base64);
 }
 

@@ -276,6 +276,37 @@ TEST_F(SealRetrievalTest, ADraggedEmptyPictureLeavesNoCacheAndIsSelectedTwice) {
     EXPECT_EQ(fakes::CountCalls("SOF_GetUserList"), 4);
 }
 
+TEST_F(SealRetrievalTest, ADraggedPictureThatGrowsFromNothingIsTakenWhole) {
+    AddEsKey("");
+    const std::string grown = fakes::EsSeal("grown picture");
+    fakes::On("SOF_ReadFile").GivesAt(3, grown).GivesAt(4, grown);
+    EXPECT_EQ(DragPicture(), "Z3Jvd24gcGljdHVyZQ==");
+    EXPECT_EQ(Fetch(13), "grown picture");
+}
+
+TEST_F(SealRetrievalTest, ADraggedPictureFailsWithTheCodeOfItsSecondSelection) {
+    AddEsKey("");
+    fakes::On("SOF_SignData").ReturnsAt(3, 17);
+    char untouched = 0;
+    char* base64 = &untouched;
+    EXPECT_EQ(GetDragSealPic(&base64), 17);
+    EXPECT_EQ(base64, &untouched);
+}
+
+TEST_F(SealRetrievalTest, ADragThatSelectsNothingGivesTheZeroByteAlone) {
+    m_prefix.SetNumber("ReqEsealStatus", 1);
+    AddGbKey().fields[0] = "";
+    EXPECT_EQ(DragPicture(), "AA==");
+}
+
+TEST_F(SealRetrievalTest, BothQuestionsOfADragStandInTheLog) {
+    AddEsKey("");
+    ASSERT_EQ(DragPicture(), "");
+    const std::vector<std::string> log = Log();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "8 [GetSealInfo start]"), 2);
+    EXPECT_EQ(log.back(), "8 [GetSealInfo end][Time consume N ms]");
+}
+
 TEST_F(SealRetrievalTest, AFailedDragLeavesThePointer) {
     char untouched = 0;
     char* base64 = &untouched;
