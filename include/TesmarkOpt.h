@@ -114,9 +114,10 @@ TESMARK_EXPORT int GetSelectedSeal(unsigned char* out, int* outLen);
 
 /* Selects by what a host remembers: the certificate's serial number as text, as
  * ParseCertFieldData gives field 2, and the Base64 of the seal's file. Mode 0 asks for the
- * certificate alone. Serial and Base64 are compared byte for byte. TESMARK_NULL_ARGUMENT;
- * TESMARK_NO_SEAL_MATCHES where nothing matched and no seal was selected before; 0 where an
- * earlier seal stays selected. */
+ * certificate alone. Serial and Base64 are compared byte for byte. TESMARK_NULL_ARGUMENT. Where
+ * nothing matched: TESMARK_NO_SEAL_MATCHES if no seal was selected before; otherwise that seal
+ * stays selected, and the result is 0, or the code for the serial number of the last certificate
+ * if that couldn't be read. */
 TESMARK_EXPORT int SetCertSeal(const unsigned char* serial, int serialLen,
                                const unsigned char* sealBase64, int sealLen, int mode);
 
