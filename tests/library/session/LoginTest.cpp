@@ -54,10 +54,14 @@ TEST_F(LoginTest, TheLoginOfTheCurrentCertificateLeavesTheSelection) {
     EXPECT_EQ(SelectedCert(), "cert-1");
 }
 
-TEST_F(LoginTest, AFailedLoginOfTheCurrentCertificateHasItsOwnWords) {
+TEST_F(LoginTest, AFailedLoginOfTheCurrentCertificateHasItsOwnWordsAndLeavesTheSelection) {
+    SetCurrentCertID("cert-2");
     fakes::On("SOF_Login").Returns(9);
     EXPECT_EQ(CurrentCertLogin("cert-1", "1234"), TESMARK_LOGIN_FAILED);
     EXPECT_THAT(Failures(), ElementsAre("pzm LoginIn error 9"));
+    int length = 0;
+    EXPECT_EQ(GetSelectedCertId(nullptr, &length), 0);
+    EXPECT_EQ(length, 6);
 }
 
 }  // namespace

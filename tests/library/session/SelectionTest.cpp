@@ -96,6 +96,49 @@ TEST_F(SelectionTest, TheSerialIsComparedUpToItsZeroByte) {
     EXPECT_EQ(SelectedSeal(), "national seal");
 }
 
+TEST_F(SelectionTest, OnlyAWholeSerialMatches) {
+    AddTwoKeys();
+    for (const char* serial : {"02C", "02CDE", ""}) {
+        EXPECT_EQ(Select(serial, NationalBase64(), 1), TESMARK_NO_SEAL_MATCHES) << serial;
+        EXPECT_EQ(SelectedCert(), "");
+    }
+}
+
+TEST_F(SelectionTest, OnlyAWholeTextOfTheSealMatches) {
+    AddTwoKeys();
+    const std::string text = NationalBase64();
+    EXPECT_EQ(Select("02CD", text + "A", 1), TESMARK_NO_SEAL_MATCHES);
+    EXPECT_EQ(Select("02CD", text.substr(0, text.size() - 4), 1), TESMARK_NO_SEAL_MATCHES);
+    EXPECT_EQ(Select("02CD", "", 1), TESMARK_NO_SEAL_MATCHES);
+}
+
+TEST_F(SelectionTest, AnEmptySerialIsThatOfACertificateWhoseSerialCannotBeHad) {
+    AddTwoKeys();
+    fakes::On("SOF_ExportUserCert").ReturnsAt(1, 5);
+    EXPECT_EQ(Select("", NationalBase64(), 0), 0);
+    EXPECT_EQ(SelectedCert(), "cert-1");
+}
+
+TEST_F(SelectionTest, AnyModeButZeroAsksForTheSealWhoseTypeReplacesIt) {
+    AddTwoKeys();
+    for (const int mode : {3, 7, -1}) {
+        EXPECT_EQ(Select("02CD", Base64Encode(fakes::EsSeal("picture")), mode), 0);
+        EXPECT_EQ(GetEsealMode(), 0) << mode;
+        EXPECT_EQ(SelectedSeal(), fakes::EsSeal("picture"));
+    }
+}
+
+TEST_F(SelectionTest, InAnEmptyListNothingMatchesAndAnOlderSealMakesItSuccess) {
+    fakes::AddCertificate("翠枫证书", "cert-1");  // is left out of the list
+    EXPECT_EQ(Select("02CD", NationalBase64(), 1), TESMARK_NO_SEAL_MATCHES);
+    m_prefix.SetNumber("bSealPosition", 1);
+    ASSERT_EQ(Select("any", NationalBase64(), 1), 0);
+    m_prefix.SetNumber("bSealPosition", 0);
+    EXPECT_EQ(Select("02CD", "bm9uZQ==", 2), 0);
+    EXPECT_EQ(SelectedSeal(), "national seal");
+    EXPECT_EQ(GetEsealMode(), 2);
+}
+
 TEST_F(SelectionTest, ASealThatIsNotInTheMatchingCertificateLeavesTheCertificateSelected) {
     AddTwoKeys();
     EXPECT_EQ(Select("01AB", NationalBase64(), 1), TESMARK_NO_SEAL_MATCHES);
@@ -220,6 +263,24 @@ TEST_F(SelectionTest, AContentCertificateIsSelectedWithModeZero) {
     EXPECT_EQ(SelectedSeal(), "national seal");
     EXPECT_THAT(fakes::CallTexts(), IsEmpty());
     EXPECT_THAT(Log(), ElementsAre("6 SetContentSignCertId pCertId is cert-1"));
+}
+
+TEST_F(SelectionTest, AContentCertificateCutsAnOlderSealAtItsZeroByte) {
+    m_prefix.SetNumber("bSealPosition", 1);
+    ASSERT_EQ(Select("any", Base64Encode(std::string("ab\0c", 4)), 2), 0);
+    EXPECT_EQ(SelectForContent("cert-1"), 0);
+    EXPECT_EQ(SelectedSeal(), "ab");
+}
+
+TEST_F(SelectionTest, AContentCertificateKeepsItsZeroBytesUntilTheNextSelectionIsCut) {
+    EXPECT_EQ(SelectForContent(std::string("cert\0-1", 7)), 0);
+    int length = 0;
+    EXPECT_EQ(GetSelectedCertId(nullptr, &length), 0);
+    EXPECT_EQ(length, 7);
+    m_prefix.SetNumber("bSealPosition", 3);
+    EXPECT_EQ(Select("any", "bm9uZQ==", 1), 0);
+    EXPECT_EQ(GetSelectedCertId(nullptr, &length), 0);
+    EXPECT_EQ(length, 4);
 }
 
 TEST_F(SelectionTest, ANullContentCertificateWithALengthIsTheStringTypesFailure) {
