@@ -23,14 +23,20 @@ inline CBuffer AllocateAnswer(int size, int spare) {
     return answer;
 }
 
-// The second step: `call(out, outLen)` into what AllocateAnswer gave. A length that the memory
-// doesn't hold is cut to it. The result of the call.
-template <typename Call>
-int FetchAnswer(Call call, CBuffer& answer, int spare) {
-    const std::int64_t capacity = std::int64_t{answer.Length()} + spare;
-    const int result = call(answer.Data(), answer.LengthPointer());
+// Cuts a length that the memory of AllocateAnswer(size, spare) doesn't hold to it.
+inline void CutAnswer(CBuffer& answer, int size, int spare) {
+    const std::int64_t capacity = std::int64_t{size} + spare;
     const auto length = std::clamp(std::int64_t{answer.Length()}, std::int64_t{0}, capacity);
     *answer.LengthPointer() = static_cast<int>(length);
+}
+
+// The second step: `call(out, outLen)` into what AllocateAnswer gave, with a cut of its length. The
+// result of the call.
+template <typename Call>
+int FetchAnswer(Call call, CBuffer& answer, int spare) {
+    const int size = answer.Length();
+    const int result = call(answer.Data(), answer.LengthPointer());
+    CutAnswer(answer, size, spare);
     return result;
 }
 

@@ -47,11 +47,15 @@ int RequestStatus(const SealRecord& seal, bool& proceed) {
     if (result != 0 || field1.Length() <= 0 || field5.Length() <= 0) {
         return LogStatusFailure(result);
     }
-    field1 = AllocateAnswer(field1.Length(), 1);
-    field5 = AllocateAnswer(field5.Length(), 1);
+    const int size1 = field1.Length();
+    const int size5 = field5.Length();
+    field1 = AllocateAnswer(size1, 1);
+    field5 = AllocateAnswer(size5, 1);
     if (!field1 || !field5) return LogStatusFailure(TESMARK_NO_MEMORY);
     result = ReadStatusFields(seal, field1, field5);
     if (result != 0) return LogStatusFailure(result);
+    CutAnswer(field1, size1, 1);
+    CutAnswer(field5, size5, 1);
     result = TVK_Request_Eseal_Status(field1.Data(), field1.Length(), field5.Data(),
                                       field5.Length(), 0, 0);
     if (result != 0) return LogStatusFailure(result);

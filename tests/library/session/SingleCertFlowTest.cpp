@@ -66,6 +66,15 @@ TEST_F(SingleCertFlowTest, ASealOfTypeTwoIsAskedForItsStatusWithItsFirstAndFifth
                 ElementsAre("TVK_Request_Eseal_Status(5 \"first\", 9 \"the fifth\", 0, 0)"));
 }
 
+TEST_F(SingleCertFlowTest, AStatusFieldIsHandedOnNoLongerThanItsMemory) {
+    AskForStatus();
+    AddGbKey();
+    fakes::On("TVK_GetSealInfo").ReportsSizeAt(2, 600);
+    ASSERT_EQ(Query(), 0);
+    EXPECT_THAT(fakes::CallTexts("TVK_Request_Eseal_Status"),
+                ElementsAre("TVK_Request_Eseal_Status(6 \"field\\x00\", 5 \"field\", 0, 0)"));
+}
+
 TEST_F(SingleCertFlowTest, AStatusSettingOtherThanOneCountsAsOff) {
     AddGbKey();
     for (const unsigned int setting : {0u, 2u, 0x101u}) {
