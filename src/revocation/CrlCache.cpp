@@ -58,8 +58,11 @@ std::time_t Parsed(const std::string& text) {
     return time < 0 ? kNoTime : time;
 }
 
+// The age is a 32-bit number. No time at all is stale whatever that number would be: from 2038 on
+// it would be negative.
 bool IsStale(const std::string& stored, std::time_t now) {
-    return static_cast<std::int32_t>(now - Parsed(stored)) > kDaySeconds;
+    const std::time_t fetched = Parsed(stored);
+    return fetched == kNoTime || static_cast<std::int32_t>(now - fetched) > kDaySeconds;
 }
 
 // The key of the lists' times; with `make` it is made if need be. Null if it can't be had.

@@ -194,6 +194,14 @@ TEST_F(CrlCacheTest, AStoredTextThatIsNoTimeCountsAsStale) {
     }
 }
 
+TEST_F(CrlCacheTest, AStoredTextThatIsNoTimeStaysStaleFrom2038On) {
+    m_clock.Set("2038-01-20 12:00:00");
+    WriteList("old list");
+    Store("never");
+    EXPECT_EQ(Get(), 0);
+    EXPECT_EQ(m_crl, "list");
+}
+
 TEST_F(CrlCacheTest, AStoredTimeInTheFutureIsFresh) {
     WriteList("old list");
     Store("2026/12/24 00:00:00");
