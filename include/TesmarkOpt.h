@@ -147,7 +147,7 @@ TESMARK_EXPORT int GetSealPicSize(int* width, int* height);
 /* --- certificates ---------------------------------------------------------------------------- */
 
 /* Selects `certId`, checks it (validity, revocation, chain) and writes its key type to `type`, at
- * most 260 bytes: "SM2", or another text for RSA. A failure ends the selection. */
+ * most 260 bytes and a zero byte: "SM2", or another text for RSA. A failure ends the selection. */
 TESMARK_EXPORT int GetCertTypeForJs(const char* certId, char* type);
 
 /* An extension of a DER certificate: 1.2.156.990017.2.1.9.1 if it has it, else 1.3.6.1.5.5.7.1.12
