@@ -343,4 +343,25 @@ TEST_F(CrlCacheTest, AFolderThatCannotBeMadeGivesZeroWithAnEmptyListAndRecordsTh
     EXPECT_EQ(Stored(), "2026/11/14 12:00:00");
 }
 
+TEST_F(CrlCacheTest, WithoutRightsOnTheStoreEveryCallDownloadsAndNothingIsRecorded) {
+    const std::string store = m_prefix.Path() + "/machine.reg";
+    std::filesystem::remove(store);
+    std::filesystem::create_directory(store);
+    for (const std::size_t downloads : {1u, 2u, 3u}) {
+        EXPECT_EQ(Get(), 0);
+        EXPECT_EQ(m_crl, "list");
+        EXPECT_EQ(Downloads(), downloads);
+        EXPECT_EQ(Stored(), "none");
+    }
+}
+
+TEST_F(CrlCacheTest, AnAddressThatEndsInASlashAsksForTheFolderItselfEachTime) {
+    for (int i = 0; i < 2; ++i) {
+        ForgetLog();
+        EXPECT_EQ(Get("URI:http://192.0.2.7/lists/"), 0);
+        EXPECT_EQ(Log().front(), "8 [GetCrlDataFromCert]: can not find local crl,download begin");
+        EXPECT_EQ(Log().back(), "8 [GetCrlDataFromCert]readFile2Memory: " + m_prefix.CrlFolder());
+    }
+}
+
 }  // namespace
