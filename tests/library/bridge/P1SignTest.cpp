@@ -47,6 +47,31 @@ TEST_F(P1SignTest, TheMethodIsSetForTheSignatureAndResetBehindIt) {
                                    "8 [GetKeyType]: ok", "8 [SignData]: ok"));
 }
 
+TEST_F(P1SignTest, TheModeOfTheSealPlaysNoPart) {
+    for (const int mode : {1, 2, 3}) {
+        SelectSeal("no serial", "c2VhbCBmaWxl", mode);
+        SetCurrentCertID("A");
+        ASSERT_EQ(GetEsealMode(), mode);
+        OutPair out(512);
+        EXPECT_EQ(P1Sign("data", out.buffer, &out.length), 0);
+        EXPECT_EQ(out.Bytes(), "SOF_SignData by A");
+    }
+    EXPECT_EQ(fakes::CountCalls("TVK_Sign"), 0);
+}
+
+TEST_F(P1SignTest, AFailureLeavesTheSelectionAndTheSeal) {
+    SelectSeal("no serial", "c2VhbCBmaWxl", 2);
+    SetCurrentCertID("A");
+    int length = 0;
+    for (const char* function : {"SOF_ExportUserCert", "SOF_SetSignMethod", "SOF_SignData"}) {
+        fakes::On(function).Returns(5);
+        EXPECT_NE(P1Sign("data", nullptr, &length), 0) << function;
+        EXPECT_TRUE(Selected()) << function;
+        EXPECT_EQ(GetEsealMode(), 2) << function;
+        fakes::On(function).Returns(0);
+    }
+}
+
 TEST_F(P1SignTest, AnyKeyTypeButSm2IsSignedAsRsa) {
     m_certificate.keyType = "sm2";
     int length = 0;
