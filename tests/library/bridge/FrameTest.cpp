@@ -87,6 +87,14 @@ TEST_F(FrameTest, AnIdentifierEndsAtItsFirstZeroByte) {
 }
 
 TEST_F(FrameTest, ClearingAnEmptySelectionReturnsZeroAndResetsTheSeal) {
+    // The seal of the online service comes without a certificate.
+    m_prefix.SetNumber("bSealPosition", 1);
+    SelectSeal("serial", "c2VhbCBmaWxl", 2);
+    ASSERT_EQ(SelectionLength(), 0);
+    ASSERT_EQ(GetEsealMode(), 2);
+    OutPair seal;
+    ASSERT_EQ(GetSelectedSeal(nullptr, &seal.length), 0);
+    ASSERT_EQ(seal.length, 9);
     EXPECT_EQ(ClearSelectKeyID(), 0);
     EXPECT_EQ(GetEsealMode(), 0);
     OutPair out;
@@ -110,6 +118,23 @@ TEST_F(FrameTest, AFailedPkcs7SignatureEndsTheSelectionAndTheNextCallSignsNothin
     fakes::ClearCalls();
     EXPECT_EQ(P7Sign("data", "", out.buffer, &out.length), 0);
     EXPECT_THAT(fakes::Calls(), IsEmpty());
+    EXPECT_TRUE(out.Untouched());
+}
+
+TEST_F(FrameTest, AnExpiredCertificateEndsEverySigningExportBeforeTheMethodIsSet) {
+    fakes::AddCertificate("label", "old").notAfter = "20200101000000";
+    OutPair out;
+    for (const int mode : {0, 1, 2}) {
+        SelectSeal("no serial", "c2VhbCBmaWxl", mode);
+        SetCurrentCertID("old");
+        EXPECT_EQ(P1Sign("data", out.buffer, &out.length), TESMARK_CERT_EXPIRED) << mode;
+        EXPECT_EQ(P7Sign("data", "", out.buffer, &out.length), TESMARK_CERT_EXPIRED) << mode;
+        SelectSeal("no serial", "c2VhbCBmaWxl", mode);
+        SetCurrentCertID("old");
+        EXPECT_EQ(P7SignFile("/a", "", out.buffer, &out.length), TESMARK_CERT_EXPIRED) << mode;
+    }
+    EXPECT_EQ(fakes::CountCalls("SOF_SetSignMethod"), 0);
+    EXPECT_EQ(fakes::CountCalls("TVK_Sign"), 0);
     EXPECT_TRUE(out.Untouched());
 }
 
