@@ -205,6 +205,13 @@ TEST_F(InitialisationTest, TheEndLeavesTheSelection) {
     EXPECT_EQ(length, 6);
 }
 
+TEST_F(InitialisationTest, AnAddressEndsAtItsFirstZeroByte) {
+    m_prefix.SetText("sEsealStateUrl", std::string("http://a\0b", 10));
+    ASSERT_EQ(InitKVLLib(), 0);
+    EXPECT_THAT(fakes::CallTexts("TVK_SetConfig"),
+                ElementsAre("TVK_SetConfig(0, \"http://a\", 8, 0)"));
+}
+
 TEST_F(InitialisationTest, WithoutARegisteredFileTheInstallationFolderIsAskedWithItsOwnSeparators) {
     UnregisterService();
     SetInstallPath(m_prefix.Path() + "/");
