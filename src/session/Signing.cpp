@@ -1,5 +1,7 @@
 #include "session/Signing.h"
 
+#include <climits>
+
 #include "TesmarkOpt.h"
 #include "bridge/TwoStep.h"
 #include "foundation/Logger.h"
@@ -8,7 +10,7 @@
 
 namespace {
 
-// Room for a second signature that comes out longer than the first.
+// Room for a second signature that comes out longer than the first; the service is told of it.
 constexpr int kSpareOfSignature = 128;
 
 // There is no time-stamp engine yet, so no time stamp can be made.
@@ -17,14 +19,15 @@ int SignTimeStamp(const CBuffer&, unsigned char*, int*) { return TESMARK_TIME_ST
 // The signature is made twice, for its size and for itself, whatever the host asks for.
 int SignAndStamp(const unsigned char* data, int dataLen, const char* certId, unsigned char* out,
                  int* outLen) {
-    CBuffer signature;
-    const TwoStepOutcome made = FetchInTwoSteps(
-        [&](unsigned char* buffer, int* length) {
-            return g_appOpt.SignPlainDataEx(1, data, dataLen, certId, buffer, length);
-        },
-        kSpareOfSignature, signature);
-    if (made.noMemory) return TESMARK_NO_MEMORY;
-    if (made.result != 0) return made.result;
+    const auto sign = [&](unsigned char* buffer, int* length) {
+        return g_appOpt.SignPlainDataEx(1, data, dataLen, certId, buffer, length);
+    };
+    int size = 0;
+    if (const int code = sign(nullptr, &size)) return code;
+    if (size < 0 || size > INT_MAX - kSpareOfSignature) return TESMARK_NO_MEMORY;
+    CBuffer signature = AllocateAnswer(size + kSpareOfSignature, 0);
+    if (!signature) return TESMARK_NO_MEMORY;
+    if (const int code = FetchAnswer(sign, signature, 0)) return code;
     const int result = SignTimeStamp(signature, out, outLen);
     if (result == 0) return 0;
     TESMARK_LOG(kLogError, "SignTimeStamp error %d", result);

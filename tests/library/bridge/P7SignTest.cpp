@@ -1,6 +1,8 @@
 // PKCS#7 and seal signatures of data.
 #include <gmock/gmock.h>
 
+#include <climits>
+
 #include "ExportCalls.h"
 #include "fakes/LibraryTest.h"
 
@@ -119,10 +121,32 @@ TEST_F(P7SignTest, WithATimeStampTheSignatureIsMadeTwiceAndAFailedStampEndsTheSe
     EXPECT_EQ(P7Sign("data", "", out.buffer, &out.length), TESMARK_TIME_STAMP_FAILED);
     EXPECT_THAT(fakes::CallTexts("SOF_SignMessageEx"),
                 ElementsAre("SOF_SignMessageEx(ctx, \"A\", 1, 1, 4 \"data\", size?)",
-                            "SOF_SignMessageEx(ctx, \"A\", 1, 1, 4 \"data\", out[22])"));
+                            "SOF_SignMessageEx(ctx, \"A\", 1, 1, 4 \"data\", out[150])"));
     EXPECT_THAT(Errors(), ElementsAre("SignTimeStamp error -3008"));
     EXPECT_TRUE(out.Untouched());
     EXPECT_FALSE(Selected());
+}
+
+TEST_F(P7SignTest, WithATimeStampASecondSignatureMayBeUpTo128BytesLonger) {
+    m_prefix.SetNumber("bSignWithTimeStamp", 1);
+    const std::string first = "SOF_SignMessageEx by A";
+    Select(0);
+    fakes::On("SOF_SignMessageEx").GivesAt(2, first + std::string(128, 'x'));
+    EXPECT_EQ(P7Sign("data", "", m_out.buffer, &m_out.length), TESMARK_TIME_STAMP_FAILED);
+    EXPECT_THAT(Errors(), ElementsAre("SignTimeStamp error -3008"));
+    Select(0);
+    fakes::On("SOF_SignMessageEx").GivesAt(2, first + std::string(129, 'x'));
+    EXPECT_EQ(P7Sign("data", "", m_out.buffer, &m_out.length), TESMARK_PKCS7_FAILED);
+}
+
+TEST_F(P7SignTest, WithATimeStampASignatureThatNoMemoryHoldsIsToldAsSuch) {
+    m_prefix.SetNumber("bSignWithTimeStamp", 1);
+    for (const int size : {-1, INT_MAX}) {
+        Select(0);
+        fakes::On("SOF_SignMessageEx").ReportsSizeAt(1, size);
+        EXPECT_EQ(P7Sign("data", "", m_out.buffer, &m_out.length), TESMARK_NO_MEMORY);
+        EXPECT_FALSE(Selected());
+    }
 }
 
 TEST_F(P7SignTest, WithATimeStampAFailedSignatureIsItsOwnResult) {
