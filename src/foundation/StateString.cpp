@@ -1,8 +1,26 @@
 #include "foundation/StateString.h"
 
 #include <cstring>
+#include <new>
+#include <stdexcept>
 
 #include "foundation/StringFailure.h"
+
+namespace {
+
+// What exhausts memory fails as the string type does.
+template <typename Work>
+void OrOutOfMemory(Work work) {
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        throw StringFailure(StringFailure::kOutOfMemory);
+    } catch (const std::length_error&) {
+        throw StringFailure(StringFailure::kOutOfMemory);
+    }
+}
+
+}  // namespace
 
 std::string StateString::Text() const {
     const std::string_view view = View();
@@ -10,7 +28,7 @@ std::string StateString::Text() const {
 }
 
 void StateString::Assign(std::string_view bytes) {
-    m_bytes.assign(bytes);
+    OrOutOfMemory([&] { m_bytes.assign(bytes); });
     m_length = m_bytes.size();
 }
 
@@ -30,6 +48,6 @@ void StateString::CutAtZeroByte() { m_length = std::strlen(m_bytes.c_str()); }
 void StateString::CopyTo(unsigned char* out, int length) {
     if (length < 0) throw StringFailure(StringFailure::kInvalidArgument);
     const auto wanted = static_cast<std::size_t>(length);
-    if (m_bytes.size() < wanted) m_bytes.resize(wanted);
+    if (m_bytes.size() < wanted) OrOutOfMemory([&] { m_bytes.resize(wanted); });
     std::memcpy(out, m_bytes.data(), wanted);
 }

@@ -6,7 +6,8 @@
 
 // Holds bytes, zero bytes included. The length can be cut at the first zero byte while the stored
 // contents stay, and a host may ask for more bytes than the length: those behind the cut come back
-// as they were stored, bytes never stored as zero.
+// as they were stored, bytes never stored as zero. Memory that can't be had throws
+// StringFailure::kOutOfMemory and leaves the string as it was.
 class StateString {
 public:
     bool Empty() const { return m_length == 0; }

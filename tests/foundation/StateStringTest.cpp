@@ -114,6 +114,18 @@ TEST(StateStringTest, ANegativeLengthIsAnInvalidArgument) {
               0x80070057U);
 }
 
+// A length that no string has fails before a byte is read.
+TEST(StateStringTest, AnExhaustedStringIsOutOfMemoryAndStaysAsItWas) {
+    EXPECT_EQ(FailureOf([] {
+                  StateString().Assign({"ab", std::string().max_size() + 1});
+              }),
+              0x8007000EU);
+    StateString text;
+    text.Assign("ab");
+    EXPECT_THROW(text.Assign({"cd", std::string().max_size() + 1}), StringFailure);
+    EXPECT_EQ(text.View(), "ab");
+}
+
 TEST(StateStringTest, AFailureLeavesTheStringAsItWas) {
     StateString text;
     text.Assign("ab");
