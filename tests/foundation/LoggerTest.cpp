@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -61,6 +62,24 @@ TEST_F(LoggerTest, ARecordIsOneLineOfTimeLevelThreadPlaceStatusAndMessage) {
     Record("AppOpt", "8", "0", "[HttpPost start]");
     EXPECT_THAT(Log(), MatchesRegex(std::string(kTime) + "\\[trace \\] \\[tId:[0-9]+\\] " +
                                     "AppOpt\\(12\\): status\\(0\\), \\[HttpPost start\\]\n"));
+}
+
+TEST_F(LoggerTest, TheTimeIsTheLocalTimeOfTheRecordAsCtimeWritesIt) {
+    constexpr std::time_t kAheadOfUtc = (5 * 60 + 45) * 60;
+    const std::time_t before = std::time(nullptr);
+    ASSERT_EQ(
+        Run({"record", "AppOpt", "12", "8", "0", "text"}, {{}, {{"TZ", "XXX-05:45"}}}).exitCode, 0);
+    const std::time_t after = std::time(nullptr);
+    const std::string log = Log();
+    bool found = false;
+    for (std::time_t second = before; second <= after && !found; ++second) {
+        const std::time_t local = second + kAheadOfUtc;
+        char text[26];
+        std::tm parts{};
+        found = log.starts_with("[" + std::string(asctime_r(gmtime_r(&local, &parts), text), 24) +
+                                "] ");
+    }
+    EXPECT_TRUE(found) << log;
 }
 
 TEST_F(LoggerTest, EachLevelHasItsNameOfSixCharacters) {
