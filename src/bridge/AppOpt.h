@@ -8,6 +8,9 @@
 #include "bridge/KVLOpt.h"
 #include "foundation/HeapBuffer.h"
 
+// The room that GetKeyType wants for the longest key type and its terminator.
+constexpr int kKeyTypeSize = 261;
+
 // Every operation writes a trace record, makes sure that the service is up (-3022 if it isn't,
 // unless told otherwise) and returns 0 or a code. Certificates are DER, texts GBK. A pair (out,
 // outLen) follows the two-step habit of the service: a null `out` asks for the size.
@@ -22,10 +25,10 @@ public:
     // --- certificates and keys (AppOptQuery.cpp, AppOptKeys.cpp, AppOptCrl.cpp) ---
 
     // The key type text of a certificate ("SM2", anything else is RSA), after the checks that stand
-    // before every signature: validity period, revocation list if that is set, chain. `type` is
-    // filled when the service accepted the certificate; -3043, -3007, -3047 tell why it didn't, and
-    // any other value of SOF_ValidateCert is the result. Throws StringFailure::kGeneral for a
-    // validity that is no date.
+    // before every signature: validity period, revocation list if that is set, chain. `type`, of
+    // kKeyTypeSize bytes, is filled when the service accepted the certificate; -3043, -3007, -3047
+    // tell why it didn't, and any other value of SOF_ValidateCert is the result. Throws
+    // StringFailure::kGeneral for a validity that is no date.
     int GetKeyType(const char* certId, char* type);
     // The certificate as Base64 text, terminated. The buffer is empty after a failure.
     int GetKeyCert(const char* certId, CBuffer& base64);

@@ -18,7 +18,7 @@ constexpr int kValidFromField = 11;
 constexpr int kValidToField = 12;
 constexpr int kCommonNameField = 17;
 constexpr int kDateCapacity = 4096;
-constexpr int kKeyTypeCapacity = 260;
+constexpr int kKeyTypeCapacity = kKeyTypeSize - 1;
 constexpr int kSpareOfField = 16;
 constexpr int kCrlConfig = 5;
 // An extension of one byte carries nothing.

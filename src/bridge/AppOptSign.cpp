@@ -29,7 +29,6 @@ constexpr char kSm2UserId[] = "1234567812345678";
 constexpr int kNoMethod = 0;
 constexpr int kHashCapacity = 32;
 constexpr int kTimeCapacity = 20;
-constexpr int kKeyTypeCapacity = 261;
 // The length that a host hears of is larger than the signature, also when it was written.
 constexpr int kSpareOfBigFile = 128;
 
@@ -65,7 +64,7 @@ void DeliverHash(const Hash& hash, unsigned char* out, int* outLen) {
 }
 
 int AlgorithmsOfKey(CAppOpt& appOpt, const char* certId, KeyAlgorithms& algorithms) {
-    char type[kKeyTypeCapacity] = {};
+    char type[kKeyTypeSize] = {};
     const int code = appOpt.GetKeyType(certId, type);
     algorithms = std::string_view(type) == "SM2" ? kSm2 : kRsa;
     return code;

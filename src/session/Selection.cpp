@@ -14,7 +14,6 @@
 namespace {
 
 constexpr int kSerialNumber = 2;
-constexpr std::size_t kKeyTypeSize = 260;
 
 std::string BytesOfHost(const unsigned char* bytes, int length) {
     if (length < 0 || (bytes == nullptr && length != 0)) {

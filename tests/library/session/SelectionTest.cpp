@@ -310,6 +310,15 @@ TEST_F(SelectionTest, ASelectedCertificateIsCheckedBeforeItIsHandedOut) {
     EXPECT_STREQ(reinterpret_cast<char*>(buffer), "xxxxxxx");
 }
 
+TEST_F(SelectionTest, AKeyTypeThatFillsItsWholeBufferStaysWithinTheCheck) {
+    fakes::AddCertificate("label", "cert-1").keyType = std::string(260, 'x');
+    SetCurrentCertID("cert-1");
+    unsigned char buffer[7] = "xxxxxx";
+    int length = 6;
+    EXPECT_EQ(GetSelectedCertId(buffer, &length), 0);
+    EXPECT_STREQ(reinterpret_cast<char*>(buffer), "cert-1");
+}
+
 TEST_F(SelectionTest, ThePulledKeyDoesNotStopTheQuestionForTheSize) {
     SetCurrentCertID("cert-1");
     fakes::On("SOF_ExportUserCert").Returns(fakes::kUnknownCertificate);
