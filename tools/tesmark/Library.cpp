@@ -17,6 +17,9 @@ namespace {
 // A signature may come out longer than the size query said.
 constexpr int kSpareBytes = 256;
 
+// For what stands beside the seal: certificates, attributes, a time stamp.
+constexpr int kFileSignatureRoom = 128 * 1024;
+
 // Components number their codes from here on; what stands below is the library's own.
 constexpr long kFirstComponentCode = 0x0B000000;
 
@@ -101,13 +104,22 @@ int MakeSignature(std::string_view data, const std::string& property, std::strin
     return Trimmed(FetchInTwoSteps(sign, signature, kSpareBytes), signature);
 }
 
+// Without the question for the size: the library would read the whole file for it as well.
 int MakeFileSignature(const std::string& path, const std::string& property,
                       std::string& signature) {
-    const auto sign = [&](unsigned char* out, int* outLen) {
-        return P7SignBigFile(path.c_str(), Bytes(property), static_cast<int>(property.size()), out,
-                             outLen);
-    };
-    return Trimmed(FetchInTwoSteps(sign, signature, kSpareBytes), signature);
+    signature.clear();
+    int length = 0;
+    GetSelectedSeal(nullptr, &length);
+    length += kFileSignatureRoom;
+    std::string room(static_cast<std::size_t>(length), '\0');
+    auto* const out = reinterpret_cast<unsigned char*>(room.data());
+    const int code = P7SignBigFile(path.c_str(), Bytes(property), static_cast<int>(property.size()),
+                                   out, &length);
+    // Where the selection makes no signature, the call succeeds and writes nothing.
+    if (code || room.front() == '\0') return code;
+    room.resize(std::min(room.size(), static_cast<std::size_t>(std::max(length, 0))));
+    signature = std::move(room);
+    return Trimmed(0, signature);
 }
 
 int MakeRawSignature(std::string_view data, std::string& signature) {
