@@ -102,9 +102,11 @@ int KeyFolder::Login(const std::string& certId, std::string_view pin) {
     if (const int code = Locate(certId, path)) return code;
     OpenKey open;
     if (const int code = ReadRecordCertificate(path, open.certificate)) return code;
-    if (const int code = TryPin(path, pin, open.key)) return code;
+    KeyHandle key;
+    if (const int code = TryPin(path, pin, key)) return code;
     const CertificateHandle certificate = ParseCertificate(open.certificate);
-    if (!BelongTogether(open.key.get(), certificate.get())) return kServiceKeyDamaged;
+    if (!BelongTogether(key.get(), certificate.get())) return kServiceKeyDamaged;
+    open.key = SigningKey(std::move(key));
     m_open[certId] = std::move(open);
     return kServiceOk;
 }
@@ -153,7 +155,7 @@ int KeyFolder::SignDigest(const std::string& certId, HashAlgorithm hash, std::st
         const int code = Locate(certId, path);
         return code ? code : kServicePinUnavailable;
     }
-    signature = ::SignDigest(open->second.key.get(), hash, digest);
+    signature = open->second.key.Sign(hash, digest);
     return signature.empty() ? kServiceAlgorithmUnknown : kServiceOk;
 }
 

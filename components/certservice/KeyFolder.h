@@ -13,6 +13,7 @@
 
 #include "components/certservice/KeyDevice.h"
 #include "components/crypto/Handles.h"
+#include "components/crypto/Signature.h"
 
 constexpr char kKeyFolderPrefix[] = "DevKeys/";
 constexpr int kPinTries = 6;
@@ -61,7 +62,7 @@ public:
 
 private:
     struct OpenKey {
-        KeyHandle key;
+        SigningKey key;
         std::string certificate;
     };
 

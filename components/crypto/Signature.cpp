@@ -41,6 +41,25 @@ bool Fits(KeyKind kind, HashAlgorithm hash, std::string_view digest) {
     return !digest.empty() && digest.size() == DigestSize(hash);
 }
 
+// Null if the key can't sign. OpenSSL lets one context make any number of signatures.
+KeyContextHandle SigningContext(EVP_PKEY* key, KeyKind kind, HashAlgorithm hash) {
+    KeyContextHandle context(EVP_PKEY_CTX_new(key, nullptr));
+    if (!context || EVP_PKEY_sign_init(context.get()) != 1) return nullptr;
+    if (!Prepare(context.get(), kind, hash)) return nullptr;
+    return context;
+}
+
+std::string SignWith(EVP_PKEY_CTX* context, std::string_view digest) {
+    if (!context) return {};
+    const int largest = EVP_PKEY_get_size(EVP_PKEY_CTX_get0_pkey(context));
+    std::string signature(static_cast<size_t>(largest), '\0');
+    size_t size = signature.size();
+    auto* out = reinterpret_cast<unsigned char*>(signature.data());
+    if (EVP_PKEY_sign(context, out, &size, Bytes(digest), digest.size()) != 1) return {};
+    signature.resize(size);
+    return signature;
+}
+
 bool VerifyWith(EVP_PKEY* key, KeyKind kind, HashAlgorithm hash, std::string_view digest,
                 std::string_view signature) {
     const KeyContextHandle context(EVP_PKEY_CTX_new(key, nullptr));
@@ -75,15 +94,18 @@ EVP_PKEY* GenerateKey(KeyKind kind, int rsaBits) {
 std::string SignDigest(EVP_PKEY* privateKey, HashAlgorithm hash, std::string_view digest) {
     const KeyKind kind = KindOfKey(privateKey);
     if (!Fits(kind, hash, digest)) return {};
-    const KeyContextHandle context(EVP_PKEY_CTX_new(privateKey, nullptr));
-    if (!context || EVP_PKEY_sign_init(context.get()) != 1) return {};
-    if (!Prepare(context.get(), kind, hash)) return {};
-    std::string signature(static_cast<size_t>(EVP_PKEY_get_size(privateKey)), '\0');
-    size_t size = signature.size();
-    auto* out = reinterpret_cast<unsigned char*>(signature.data());
-    if (EVP_PKEY_sign(context.get(), out, &size, Bytes(digest), digest.size()) != 1) return {};
-    signature.resize(size);
-    return signature;
+    const KeyContextHandle context = SigningContext(privateKey, kind, hash);
+    return SignWith(context.get(), digest);
+}
+
+SigningKey::SigningKey(KeyHandle privateKey)
+    : m_key(std::move(privateKey)), m_kind(KindOfKey(m_key.get())) {}
+
+std::string SigningKey::Sign(HashAlgorithm hash, std::string_view digest) {
+    if (!Fits(m_kind, hash, digest)) return {};
+    if (!m_context || m_hash != hash) m_context = SigningContext(m_key.get(), m_kind, hash);
+    m_hash = hash;
+    return SignWith(m_context.get(), digest);
 }
 
 std::string SignData(EVP_PKEY* privateKey, HashAlgorithm hash, std::string_view data) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "components/crypto/Algorithm.h"
+#include "components/crypto/Handles.h"
 
 // The signer's id of an SM2 signature where nobody agreed on another one.
 constexpr char kSm2DefaultId[] = "1234567812345678";
@@ -43,6 +44,22 @@ std::string DigestForKey(const EVP_PKEY* publicKey, HashAlgorithm hash, std::str
 // Empty on failure.
 std::string SignDigest(EVP_PKEY* privateKey, HashAlgorithm hash, std::string_view digest);
 std::string SignData(EVP_PKEY* privateKey, HashAlgorithm hash, std::string_view data);
+
+// A private key for many signatures: what OpenSSL sets up for one is kept for the next with the
+// same hash. One thread at a time.
+class SigningKey {
+public:
+    SigningKey() = default;
+    explicit SigningKey(KeyHandle privateKey);
+    // As SignDigest; empty without a key as well.
+    std::string Sign(HashAlgorithm hash, std::string_view digest);
+
+private:
+    KeyHandle m_key;
+    KeyKind m_kind = KeyKind::kOther;
+    HashAlgorithm m_hash{};
+    KeyContextHandle m_context;
+};
 
 // True if the signature is good. An SM2 signature may be DER, or the bare 64 bytes r and s that
 // some makers write.

@@ -153,6 +153,30 @@ TEST_F(SignatureTest, ADigestOfAnotherLengthIsRefused) {
     EXPECT_FALSE(VerifyDigest(m_sm2.get(), HashAlgorithm::kSm3, std::string(33, 'x'), "signature"));
 }
 
+TEST_F(SignatureTest, ASigningKeyMakesOneSignatureAfterAnother) {
+    SigningKey sm2(KeyHandle(EVP_PKEY_dup(m_sm2.get())));
+    SigningKey rsa(KeyHandle(EVP_PKEY_dup(m_rsa.get())));
+    // The hash changes and comes back.
+    for (const auto hash : {HashAlgorithm::kSha256, HashAlgorithm::kSha256, HashAlgorithm::kSha1,
+                            HashAlgorithm::kSha256}) {
+        const std::string text = "text " + std::to_string(static_cast<int>(hash));
+        const std::string plain = sm2.Sign(HashAlgorithm::kSm3, Sm2Digest(m_sm2.get(), text));
+        EXPECT_TRUE(OpenSslVerifies(m_sm2.get(), text, plain));
+        EXPECT_EQ(rsa.Sign(hash, Digest(hash, text)), SignData(m_rsa.get(), hash, text));
+    }
+}
+
+TEST_F(SignatureTest, ASigningKeySignsAgainAfterAFailure) {
+    SigningKey key(KeyHandle(EVP_PKEY_dup(m_rsa.get())));
+    const std::string digest = Digest(HashAlgorithm::kSha256, "data");
+    ASSERT_NE(key.Sign(HashAlgorithm::kSha256, digest), "");
+    EXPECT_EQ(key.Sign(HashAlgorithm::kSm3, std::string(32, 'x')), "");
+    EXPECT_EQ(key.Sign(HashAlgorithm::kSha256, "short"), "");
+    EXPECT_EQ(key.Sign(HashAlgorithm::kSha256, digest),
+              SignDigest(m_rsa.get(), HashAlgorithm::kSha256, digest));
+    EXPECT_EQ(SigningKey().Sign(HashAlgorithm::kSha256, digest), "");
+}
+
 TEST_F(SignatureTest, TheBareFormOfAnSm2SignatureVerifies) {
     const std::string der = SignData(m_sm2.get(), HashAlgorithm::kSm3, "data");
     std::string bare = BareFromDer(der);
