@@ -112,6 +112,8 @@ bool CWorkFile::CopyFrom(const std::string& inputPath, std::uint64_t size) {
     if (ioctl(m_file, FICLONE, input.Get()) != 0 && !CopyBytes(input.Get(), size)) {
         return Fail("can't be written");
     }
+    // The disk begins while the signature is made, so that there is little to wait for at the end.
+    sync_file_range(m_file, 0, 0, SYNC_FILE_RANGE_WRITE);
     m_size = size;
     return true;
 }
