@@ -7,6 +7,11 @@
 
 namespace {
 
+struct Times {
+    double wall = 0;
+    double processor = 0;
+};
+
 class MedianReporter : public benchmark::ConsoleReporter {
 public:
     MedianReporter() : benchmark::ConsoleReporter(OO_None) {}
@@ -14,40 +19,43 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
-                m_medians[run.run_name.str()] = run.GetAdjustedRealTime();
+                m_medians[run.run_name.str()] = {run.GetAdjustedRealTime(),
+                                                 run.GetAdjustedCPUTime()};
             }
         }
         ConsoleReporter::ReportRuns(runs);
     }
 
-    // 0 if it was not run.
-    double Median(const std::string& name) { return m_medians[name]; }
+    // Zeros if it was not run.
+    Times Median(const std::string& name) { return m_medians[name]; }
 
 private:
-    std::map<std::string, double> m_medians;
+    std::map<std::string, Times> m_medians;
 };
 
 // Both must be in the same unit of time.
 bool PrintRatio(const Ratio& ratio, MedianReporter& reporter) {
-    const double ours = reporter.Median(ratio.ours);
-    const double peer = reporter.Median(ratio.peer);
-    if (ours == 0 || peer == 0) {
+    const Times ours = reporter.Median(ratio.ours);
+    const Times peer = reporter.Median(ratio.peer);
+    if (ours.wall == 0 || peer.wall == 0) {
         std::printf("%-40s not measured\n", ratio.title.c_str());
         return false;
     }
-    const double found = ours / peer;
+    const double found = ours.wall / peer.wall;
     const bool reached = found <= ratio.goal;
-    std::printf("%-40s %5.2f of %s, goal %.2f%s\n", ratio.title.c_str(), found, ratio.peer.c_str(),
-                ratio.goal, reached ? "" : ": MISSED");
+    std::printf("%-40s %5.2f of %s (processor time %.2f), goal %.2f%s\n", ratio.title.c_str(),
+                found, ratio.peer.c_str(), ours.processor / peer.processor, ratio.goal,
+                reached ? "" : ": MISSED");
     return reached;
 }
 
 }  // namespace
 
-int RunRatios(int count, char** arguments, const std::vector<Ratio>& ratios) {
+int RunRatios(int count, char** arguments, const std::vector<Ratio>& ratios, int repetitions) {
     std::vector<std::string> options{
-        arguments[0], "--benchmark_repetitions=9", "--benchmark_min_time=0.05",
-        "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true"};
+        arguments[0], "--benchmark_repetitions=" + std::to_string(repetitions),
+        "--benchmark_min_time=0.05", "--benchmark_enable_random_interleaving=true",
+        "--benchmark_report_aggregates_only=true"};
     options.insert(options.end(), arguments + 1, arguments + count);
     std::vector<char*> pointers;
     for (std::string& option : options) pointers.push_back(option.data());

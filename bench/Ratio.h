@@ -13,7 +13,8 @@ struct Ratio {
     double goal;
 };
 
-// Runs all benchmarks of the program several times in mixed order (options of Google Benchmark go
-// before that), then prints a line for each ratio of the medians of wall time. 0 if all goals are
-// reached, 1 if not, 2 for options that are not understood.
-int RunRatios(int count, char** arguments, const std::vector<Ratio>& ratios);
+// Runs all benchmarks of the program `repetitions` times in mixed order (options of Google
+// Benchmark go before that), then prints a line for each ratio of the medians of wall time, and
+// beside it that of processor time, which stands still while others have the machine. 0 if
+// all goals are reached, 1 if not, 2 for options that are not understood.
+int RunRatios(int count, char** arguments, const std::vector<Ratio>& ratios, int repetitions = 9);
