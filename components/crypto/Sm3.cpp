@@ -1,9 +1,13 @@
 #include "components/crypto/Sm3.h"
 
+#include "components/crypto/KeepLoaded.h"
+
 namespace {
 
-// The host may have set libgcrypt up for itself; then it stays as it is.
+// The host may have set libgcrypt up for itself; then it stays as it is. It never gives back what
+// it takes when it is set up, so a host that loads and unloads us would lose that each time.
 bool SetUpLibgcrypt() {
+    KeepLoaded(reinterpret_cast<const void*>(&gcry_check_version));
     if (gcry_control(GCRYCTL_INITIALIZATION_FINISHED_P)) return true;
     if (!gcry_check_version(nullptr)) return false;
     gcry_control(GCRYCTL_DISABLE_SECMEM, 0);
