@@ -23,23 +23,27 @@
 namespace {
 
 struct Library {
-    std::mutex mutex;
     CServiceLink service;
     CSealSigning signing{service};
     std::string revocationList;
 };
 
-// Never destroyed: a host may call in until its very end, and TVK_Release is what ends the service.
+std::mutex g_mutex;
+
+// Made at the first need. Only TVK_Release takes it away, no destructor at the end of the process:
+// a host may call in until its very end.
+Library* g_library = nullptr;
+
 Library& State() {
-    static Library* const library = new Library;
-    return *library;
+    if (!g_library) g_library = new Library;
+    return *g_library;
 }
 
 // What every export stands in: no other call at the same time, and nothing left behind in the
 // error queue that a host's own OpenSSL calls read.
 class Frame {
 public:
-    Frame() : m_lock(State().mutex) { ERR_set_mark(); }
+    Frame() : m_lock(g_mutex) { ERR_set_mark(); }
     ~Frame() { ERR_pop_to_mark(); }
     Frame(const Frame&) = delete;
     Frame& operator=(const Frame&) = delete;
@@ -108,9 +112,8 @@ int TVK_Initialize(void) { return kSealOk; }
 
 int TVK_Release(void) {
     const Frame frame;
-    State().service.Release();
-    State().signing.Forget();
-    State().revocationList.clear();
+    delete g_library;
+    g_library = nullptr;
     return kSealOk;
 }
 
