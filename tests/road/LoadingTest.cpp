@@ -62,7 +62,7 @@ TEST_F(LoadingTest, ThePinStandsNowhereInTheLog) {
 
 TEST_F(LoadingTest, LoadingSigningAndUnloadingLeavesNothingBehind) {
     const std::string certId = MakeKey(KeyKind::kSm2, "key");
-    const ProgramOutcome host = Host("loop", certId, kRoadPin, "23");
+    const ProgramOutcome host = Host("loop", certId, kRoadPin, "50");
     ASSERT_EQ(host.exitCode, 0) << host.error;
     long heap = 0;
     int objects = -1;
@@ -73,8 +73,9 @@ TEST_F(LoadingTest, LoadingSigningAndUnloadingLeavesNothingBehind) {
         << host.out;
     EXPECT_EQ(objects, 0);
     EXPECT_EQ(descriptors, 0);
-    // Twenty rounds; a leak of one signature's objects would be far more.
-    EXPECT_LT(heap, 20 * 256);
+    // The heap's own bookkeeping wanders by some hundred bytes a round; a certificate or a key that
+    // stayed behind would be thousands. What is smaller the leak check of the sanitizers finds.
+    EXPECT_LT(heap, 64 * 1024);
 }
 
 TEST_F(LoadingTest, AProcessMayEndWithoutUnInit) {

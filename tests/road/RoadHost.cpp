@@ -5,7 +5,7 @@
 //
 // login: prints LoginIn's code.                  sign: a plain signature, prints its code.
 // leave: the same, and ends without UnInitKVLLib. loop: FURTHER times, the library unloaded after
-// each, and prints how much the process grew behind the third. beside: loads the file FURTHER
+// each, and prints how much the process grew behind the tenth. beside: loads the file FURTHER
 // before, then initialises.
 
 #include <dlfcn.h>
@@ -82,7 +82,7 @@ int SignOnce(Host& host, const char* certId, const char* pin) {
 }
 
 int Loop(char** arguments) {
-    constexpr int kWarm = 3;
+    constexpr int kWarm = 10;
     std::size_t heap = 0;
     int objects = 0;
     int descriptors = 0;
