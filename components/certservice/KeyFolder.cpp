@@ -21,11 +21,11 @@ bool IsKeyName(std::string_view name) {
            name.find_first_not_of(kAllowed) == std::string_view::npos;
 }
 
-// "&&&" separates the names in the list of files.
+// "&&&" separates the names in the list of files; a name that ends in "&" would run into it.
 bool IsFileName(std::string_view name) {
     return !name.empty() && name.size() <= kMaximumFileName && name.front() != '.' &&
-           name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos &&
-           name.find("&&&") == std::string_view::npos;
+           name.back() != '&' && name.find('/') == std::string_view::npos &&
+           name.find('\0') == std::string_view::npos && name.find("&&&") == std::string_view::npos;
 }
 
 std::string LabelOf(std::string_view der, const std::string& name) {

@@ -46,7 +46,7 @@ public:
     int ListFiles(const std::string& certId, std::vector<std::string>& names) override;
     int ReadFile(const std::string& certId, const std::string& name, std::string& content) override;
     // Replaces a file of that name as a whole. A name with a separator, or longer than 64 bytes, or
-    // one that begins with a dot is a bad argument.
+    // one that begins with a dot, holds "&&&" or ends in "&" is a bad argument.
     int WriteFile(const std::string& certId, const std::string& name,
                   std::string_view content) override;
 

@@ -8,17 +8,31 @@ namespace {
 
 constexpr std::string_view kLabelEnd = "||";
 constexpr std::string_view kRecordEnd = "&&&";
+// Fewer than lock a development key: a program that answers in a person's place and is wrong must
+// neither ask for ever, where a token doesn't lock, nor lock one that does.
+constexpr int kPinQuestions = 3;
 
 void Remove(std::string& text, std::string_view part) {
     for (size_t at; (at = text.find(part)) != std::string::npos;) text.erase(at, part.size());
 }
 
-// A label that ends in a part of a separator would run into the one behind it.
+// What closes up around a separator may be another one. A label that ends in a part of a separator
+// would run into the one behind it.
 std::string WithoutSeparators(std::string label) {
-    Remove(label, kLabelEnd);
-    Remove(label, kRecordEnd);
+    for (size_t before = label.size() + 1; before != label.size();) {
+        before = label.size();
+        Remove(label, kLabelEnd);
+        Remove(label, kRecordEnd);
+    }
     while (!label.empty() && (label.back() == '|' || label.back() == '&')) label.pop_back();
     return label;
+}
+
+// A name that the list of files can't carry: whoever splits the list would read another one.
+bool IsListable(std::string_view name) {
+    return !name.empty() && name.back() != kRecordEnd.back() &&
+           name.find(kRecordEnd) == std::string_view::npos &&
+           name.find('\0') == std::string_view::npos;
 }
 
 // Wiped before it is freed.
@@ -97,7 +111,7 @@ std::string KeyRing::LabelOf(KeyDevice& device, const std::string& certId) {
 int KeyRing::AskForPin(KeyDevice& device, const std::string& certId) {
     const std::string label = LabelOf(device, certId);
     std::string error;
-    for (;;) {
+    for (int question = 0; question < kPinQuestions; ++question) {
         Pin pin;
         const int retries = device.RetriesLeft(certId);
         if (retries == 0) return kServiceKeyLocked;
@@ -106,6 +120,7 @@ int KeyRing::AskForPin(KeyDevice& device, const std::string& certId) {
         if (code != kServicePinWrong) return code;
         error = "PIN码错误";
     }
+    return kServicePinWrong;
 }
 
 int KeyRing::SignDigest(const std::string& certId, HashAlgorithm hash, std::string_view digest,
@@ -127,7 +142,9 @@ int KeyRing::FileList(const std::string& certId, std::string& list) {
     std::vector<std::string> names;
     if (const int code = device->ListFiles(certId, names)) return code;
     list.clear();
-    for (const std::string& name : names) list.append(name).append(kRecordEnd);
+    for (const std::string& name : names) {
+        if (IsListable(name)) list.append(name).append(kRecordEnd);
+    }
     return kServiceOk;
 }
 

@@ -28,11 +28,13 @@ public:
     const std::string& LastLogin() const { return m_lastLogin; }
 
     // As KeyDevice::SignDigest. Where nobody has logged in the PIN is asked for, and again after a
-    // wrong one, until the key locks or the user gives up; the login then stands.
+    // wrong one, three times at most, until the key locks or the user gives up; the login then
+    // stands.
     int SignDigest(const std::string& certId, HashAlgorithm hash, std::string_view digest,
                    std::string& signature);
 
-    // Records of file name "&&&".
+    // Records of file name "&&&". A name that holds this, ends in "&", or holds a zero byte is left
+    // out.
     int FileList(const std::string& certId, std::string& list);
     int ReadFile(const std::string& certId, const std::string& name, std::string& content);
 

@@ -60,6 +60,16 @@ TEST_F(RefusalTest, AWrongPinIsAFailedLoginAndSelectsNothing) {
     EXPECT_TRUE(out.Untouched());
 }
 
+// The scripted pinentry answers at once, and never with the right PIN.
+TEST_F(RefusalTest, AWrongAnswerToThePinentryIsToldAndDoesntLockTheKey) {
+    SetServicePath("PinentryProgram", ROAD_PINENTRY);
+    const std::string certId = MakeKey(KeyKind::kRsa, "rsa");
+    SetCurrentCertID(certId.c_str());
+    EXPECT_EQ(SignP1(kData).code, kServicePinWrong);
+    EXPECT_EQ(Login(certId), 0);
+    EXPECT_EQ(SignP1(kData).code, 0);
+}
+
 TEST_F(RefusalTest, ALockedKeyRefusesTheRightPinAndTheSignature) {
     const std::string certId = MakeKey(KeyKind::kRsa, "rsa");
     for (int i = 0; i < kPinTries; ++i) {

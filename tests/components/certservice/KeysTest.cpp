@@ -62,6 +62,11 @@ TEST_F(KeysTest, ALabelNeverHoldsASeparator) {
     EXPECT_EQ(UserList(Open()), (Answer{0, "A|BC||" + certId + "&&&"}));
 }
 
+TEST_F(KeysTest, ALabelHoldsNoSeparatorThatAppearsWhenAnotherIsTakenOut) {
+    const std::string certId = MakeKey(KeyKind::kSm2, "a", {.commonName = "A|&&&|DevKeys/b&|||&&"});
+    EXPECT_EQ(UserList(Open()), (Answer{0, "ADevKeys/b||" + certId + "&&&"}));
+}
+
 TEST_F(KeysTest, ACertIdIsAsciiAndShorterThan64Bytes) {
     const KeyHandle none;
     const std::string certId = MakeKey(KeyKind::kSm2, "", {.serial = std::string(40, 'A')});

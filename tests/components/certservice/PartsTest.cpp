@@ -39,7 +39,10 @@ public:
         signature = "signed " + std::string(digest);
         return kServiceOk;
     }
-    int ListFiles(const std::string&, std::vector<std::string>&) override { return kServiceOk; }
+    int ListFiles(const std::string&, std::vector<std::string>& names) override {
+        names = files;
+        return kServiceOk;
+    }
     int ReadFile(const std::string&, const std::string&, std::string&) override {
         return kServiceNoSuchFile;
     }
@@ -47,6 +50,7 @@ public:
         return kServiceNotSupported;
     }
 
+    std::vector<std::string> files;
     int listCode = kServiceOk;
     int exportCode = kServiceOk;
     int retries = 3;
@@ -118,6 +122,20 @@ TEST_F(KeyRingTest, TheAskingEndsWhenTheKeyLocks) {
     EXPECT_EQ(m_questions.size(), 3u);
     EXPECT_EQ(Sign(), kServiceKeyLocked);
     EXPECT_EQ(m_questions.size(), 3u) << "a locked key isn't worth a question";
+}
+
+TEST_F(KeyRingTest, AWrongAnswerOnATokenThatNeverLocksIsAskedForThreeTimes) {
+    m_device->retries = -1;
+    m_entry->answers = {"a", "b", "c", kPin};
+    EXPECT_EQ(Sign(), kServicePinWrong);
+    EXPECT_EQ(m_questions.size(), 3u);
+}
+
+TEST_F(KeyRingTest, AFileWhoseNameTheListCantCarryIsLeftOut) {
+    m_device->files = {"ESEAL", "a&&&b", "SEAL01&", "", std::string("x\0y", 3), "a&b"};
+    std::string list;
+    EXPECT_EQ(m_ring->FileList("fake/1", list), 0);
+    EXPECT_EQ(list, "ESEAL&&&a&b&&&");
 }
 
 TEST_F(KeyRingTest, AUserWhoClosesTheEntryIsTold) {
