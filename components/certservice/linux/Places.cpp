@@ -2,23 +2,12 @@
 
 #include <cstdlib>
 
-#include "platform/RegistryStore.h"
+#include "components/certservice/ServiceStore.h"
 
 namespace {
 
 std::string Setting(const char* name) {
-    platform::RegistryKey key =
-        platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kCertServiceSettingsKey,
-                                  platform::RegistryAccess::Read64);
-    if (!key) return {};
-    std::string path;
-    std::size_t size = 0;
-    if (platform::QueryRegistryPath(key, name, nullptr, &size) && size > 0) {
-        path.resize(size);
-        if (!platform::QueryRegistryPath(key, name, path.data(), &size)) path.clear();
-    }
-    platform::CloseRegistryKey(key);
-    path.resize(path.find_last_not_of('\0') + 1);
+    std::string path = ReadStorePath(name);
     while (path.size() > 1 && path.back() == '/') path.pop_back();
     return path;
 }

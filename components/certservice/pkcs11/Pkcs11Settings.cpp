@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "components/certservice/pkcs11/ServiceStore.h"
+#include "components/certservice/ServiceStore.h"
 
 namespace {
 

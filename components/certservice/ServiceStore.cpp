@@ -1,15 +1,15 @@
-#include "components/certservice/pkcs11/ServiceStore.h"
+#include "components/certservice/ServiceStore.h"
 
+#include "components/certservice/Places.h"
 #include "platform/RegistryStore.h"
 
 namespace {
 
-constexpr char kServiceKey[] = "software\\Velmora\\certservice";
-
 class ServiceKey {
 public:
     ServiceKey()
-        : m_key(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kServiceKey,
+        : m_key(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine,
+                                          kCertServiceSettingsKey,
                                           platform::RegistryAccess::Read64)) {}
     ~ServiceKey() {
         if (m_key) platform::CloseRegistryKey(m_key);
