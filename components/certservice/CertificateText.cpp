@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "components/certservice/Certificate.h"
-#include "components/certservice/Hex.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/crypto/Hex.h"
 #include "components/crypto/Signature.h"
 #include "platform/Clock.h"
 #include "platform/CodePage.h"

@@ -5,8 +5,8 @@
 
 #include "components/certservice/Certificate.h"
 #include "components/certservice/DurableFile.h"
-#include "components/certservice/Hex.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/crypto/Hex.h"
 #include "components/crypto/Signature.h"
 
 namespace {

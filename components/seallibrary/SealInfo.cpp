@@ -1,23 +1,9 @@
 #include "components/seallibrary/SealInfo.h"
 
+#include "components/crypto/Hex.h"
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/SealTime.h"
 #include "foundation/Text.h"
-
-namespace {
-
-std::string Hexadecimal(std::string_view bytes) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string text;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        text += kDigits[byte >> 4];
-        text += kDigits[byte & 0x0F];
-    }
-    return text;
-}
-
-}  // namespace
 
 const char* FormText(SealForm form) {
     switch (form) {
@@ -33,7 +19,7 @@ std::array<std::string, kSealInfoFields> SealInfo(const Seal& seal, std::string_
             std::to_string(seal.version),
             Utf8ToAnsi(seal.vendorId),
             std::to_string(seal.type),
-            Hexadecimal(Digest(HashAlgorithm::kSm3, der)),
+            CapitalHexOf(Digest(HashAlgorithm::kSm3, der)),
             Utf8ToAnsi(seal.name),
             IsoTimeText(seal.created),
             IsoTimeText(seal.validFrom),

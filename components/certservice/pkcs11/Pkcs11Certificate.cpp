@@ -8,6 +8,7 @@
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pkcs11/Pkcs11Text.h"
 #include "components/crypto/Handles.h"
+#include "components/crypto/Hex.h"
 #include "platform/CodePage.h"
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pkcs11/Pkcs11Text.h"
+#include "components/crypto/Hex.h"
 #include "platform/CodePage.h"
 
 namespace {

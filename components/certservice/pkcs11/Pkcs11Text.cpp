@@ -1,5 +1,6 @@
 #include "components/certservice/pkcs11/Pkcs11Text.h"
 
+#include "components/crypto/Hex.h"
 #include "components/crypto/Signature.h"
 #include "platform/CodePage.h"
 
@@ -15,16 +16,6 @@ std::string TextOfToken(std::string_view text) {
     if (platform::Utf8FromAnsi(ansi) == text) return ansi;
     if (platform::AnsiFromUtf8(platform::Utf8FromAnsi(text)) == text) return std::string(text);
     return ansi;
-}
-
-std::string LowerHexOf(std::string_view bytes) {
-    std::string hex;
-    hex.reserve(bytes.size() * 2);
-    for (const unsigned char byte : bytes) {
-        hex += "0123456789abcdef"[byte >> 4];
-        hex += "0123456789abcdef"[byte & 15];
-    }
-    return hex;
 }
 
 std::string ShortDigest(std::string_view bytes, std::size_t digits) {

@@ -12,9 +12,6 @@ std::string TextOfToken(std::string_view text);
 // The first `digits` hexadecimal digits of the SHA-256 of `bytes`; 64 at most.
 std::string ShortDigest(std::string_view bytes, std::size_t digits);
 
-// In lower case.
-std::string LowerHexOf(std::string_view bytes);
-
 // The certId of the certificate with that CKA_ID on the token with that serial number:
 // "P11/<serial>/<id in hexadecimal>", or with "~" and a digest in place of an id of more than 20
 // bytes. It never has more than 61 bytes.
