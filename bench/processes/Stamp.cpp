@@ -36,6 +36,7 @@ constexpr char kPeerWord[] = "--peer";
 
 struct Measured {
     double milliseconds = -1;
+    double processorMs = 0;
     long peakKiB = 0;
 };
 
@@ -43,6 +44,10 @@ double Now() {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<double>(now.tv_sec) * 1000 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+double Milliseconds(const timeval& time) {
+    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
 }
 
 // Negative milliseconds if it can't be started or fails. What it prints is dropped.
@@ -61,7 +66,8 @@ Measured Run(const std::vector<std::string>& command) {
     int status = 0;
     rusage usage{};
     if (!started || wait4(process, &status, 0, &usage) != process || status != 0) return {};
-    return {Now() - start, usage.ru_maxrss};
+    return {Now() - start, Milliseconds(usage.ru_utime) + Milliseconds(usage.ru_stime),
+            usage.ru_maxrss};
 }
 
 // Writes a PDF of one page beside whose objects a stream of `size` bytes stands. Nothing in it
@@ -146,31 +152,40 @@ bool SetUp(const TemporaryPrefix& prefix, const KeyCase& which) {
                    .milliseconds >= 0;
 }
 
+struct Times {
+    double wall = 0;
+    double processor = 0;
+};
+
+double MedianOf(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
 // The times and peaks of one program over all rounds.
 class CSeries {
 public:
     void Add(const Measured& measured) {
         m_failed = m_failed || measured.milliseconds < 0;
         m_times.push_back(measured.milliseconds);
+        m_processor.push_back(measured.processorMs);
         m_peak = std::max(m_peak, measured.peakKiB);
     }
     bool Failed() const { return m_failed; }
     long PeakKiB() const { return m_peak; }
-    double Median() const {
-        std::vector<double> sorted = m_times;
-        std::sort(sorted.begin(), sorted.end());
-        return sorted[sorted.size() / 2];
-    }
+    Times Median() const { return {MedianOf(m_times), MedianOf(m_processor)}; }
 
 private:
     std::vector<double> m_times;
+    std::vector<double> m_processor;
     long m_peak = 0;
     bool m_failed = false;
 };
 
-bool PrintRatio(const char* what, double ours, double peer) {
-    const double ratio = ours / peer;
-    std::printf("  %-44s %5.2f (%.0f ms to %.0f), goal %.2f%s\n", what, ratio, ours, peer, kGoal,
+bool PrintRatio(const char* what, const Times& ours, const Times& peer) {
+    const double ratio = ours.wall / peer.wall;
+    std::printf("  %-44s %5.2f (%.0f ms to %.0f; processor time %.2f), goal %.2f%s\n", what, ratio,
+                ours.wall, peer.wall, ours.processor / peer.processor, kGoal,
                 ratio <= kGoal ? "" : ": MISSED");
     return ratio <= kGoal;
 }
@@ -207,10 +222,12 @@ bool Measure(const KeyCase& which) {
         leaving.Add(fresh({kSelf, kPeerWord, which.hash, "leave", bigFile, output}));
     }
     if (big.Failed() || small.Failed() || waiting.Failed() || leaving.Failed()) return false;
-    std::printf("%s: one page %.0f ms\n", which.title, small.Median());
-    const double rest = big.Median() - small.Median();
-    const bool whole =
-        PrintRatio("the whole, copy and hash on the disk", big.Median(), waiting.Median());
+    const Times one = small.Median();
+    std::printf("%s: one page %.0f ms, %.0f of the processor\n", which.title, one.wall,
+                one.processor);
+    const Times all = big.Median();
+    const Times rest{all.wall - one.wall, all.processor - one.processor};
+    const bool whole = PrintRatio("the whole, copy and hash on the disk", all, waiting.Median());
     const bool part =
         PrintRatio("the file's part, copy and hash on the disk", rest, waiting.Median());
     const bool bare =
