@@ -6,7 +6,7 @@
 
 #include "components/sealpicture/GdLibrary.h"
 #include "components/sealpicture/PictureCodes.h"
-#include "components/sealpicture/PictureHeader.h"
+#include "components/picture/PictureHeader.h"
 
 namespace {
 

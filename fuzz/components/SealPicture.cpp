@@ -6,7 +6,7 @@
 
 #include "components/sealpicture/Conversion.h"
 #include "components/sealpicture/PictureCodes.h"
-#include "components/sealpicture/PictureHeader.h"
+#include "components/picture/PictureHeader.h"
 #include "fuzz/driver/Require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

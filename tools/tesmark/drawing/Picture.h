@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "components/picture/PictureHeader.h"
+
 // Four bytes a pixel: red, green, blue, and alpha from 0 (nothing there) to 255 (opaque), colours
 // not multiplied by alpha; rows from the top, without padding.
 struct Picture {
@@ -13,8 +15,6 @@ struct Picture {
     int height = 0;
     std::vector<std::uint8_t> rgba;
 };
-
-enum class PictureFormat { kUnknown, kGif, kPng, kJpeg, kBmp };
 
 struct PictureInfo {
     PictureFormat format = PictureFormat::kUnknown;

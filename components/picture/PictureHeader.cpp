@@ -1,4 +1,4 @@
-#include "components/sealpicture/PictureHeader.h"
+#include "components/picture/PictureHeader.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -66,6 +66,11 @@ bool IsFrame(std::int64_t marker) {
     return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
 }
 
+// These have no length behind them.
+bool StandsAlone(std::int64_t marker) {
+    return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8);
+}
+
 // Segment by segment up to the first frame; a marker may have fill bytes in front.
 PictureHeader Jpeg(std::string_view file) {
     std::size_t at = 2;
@@ -73,6 +78,10 @@ PictureHeader Jpeg(std::string_view file) {
         const std::int64_t marker = Byte(file, at + 1);
         if (marker == 0xFF) {
             ++at;
+            continue;
+        }
+        if (StandsAlone(marker)) {
+            at += 2;
             continue;
         }
         if (IsFrame(marker)) {

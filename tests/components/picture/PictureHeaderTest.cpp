@@ -1,4 +1,4 @@
-#include "components/sealpicture/PictureHeader.h"
+#include "components/picture/PictureHeader.h"
 
 #include <gtest/gtest.h>
 
@@ -41,6 +41,7 @@ TEST(PictureHeaderTest, AJpegTellsItsSizeBehindItsOtherSegments) {
     const std::string huffman = "\xFF\xC4\0\3x"s;
     const std::string frame = "\xFF\xC2\0\x0B\x08\0\2\1\0"s;
     ExpectHeader("\xFF\xD8"s + other + huffman + "\xFF"s + frame, PictureFormat::kJpeg, 256, 2);
+    ExpectHeader("\xFF\xD8\xFF\x01\xFF\xD0"s + other + frame, PictureFormat::kJpeg, 256, 2);
     ExpectHeader("\xFF\xD8"s + other + frame.substr(0, 8), PictureFormat::kJpeg, 0, 0);
     ExpectHeader("\xFF\xD8\xFF"s, PictureFormat::kJpeg, 0, 0);
 }
