@@ -35,7 +35,11 @@ struct FileStamp {
 // False if nothing is there or can be seen.
 bool ReadStamp(const std::string& path, FileStamp& stamp);
 
-// False, with `content` untouched, if the file can't be read to its end.
+// No key, seal or certificate is anywhere near this; what is larger isn't taken into memory.
+constexpr std::int64_t kLargestFile = 64 * 1024 * 1024;
+
+// False, with `content` untouched, if the file can't be read to its end or has more than
+// kLargestFile bytes.
 bool ReadWholeFile(const std::string& path, std::string& content);
 
 // Puts a file with that content in the place of `path` in one step: whoever looks, also after a

@@ -107,7 +107,7 @@ bool ReadWholeFile(const std::string& path, std::string& content) {
     const Descriptor descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status {};
     if (descriptor.Get() < 0 || fstat(descriptor.Get(), &status) != 0) return false;
-    if (!S_ISREG(status.st_mode)) return false;
+    if (!S_ISREG(status.st_mode) || status.st_size > kLargestFile) return false;
     std::string bytes(static_cast<size_t>(status.st_size), '\0');
     size_t filled = 0;
     while (filled < bytes.size()) {

@@ -86,6 +86,13 @@ TEST_F(KeysTest, TheKindOfEveryKeyIsHard) {
     EXPECT_EQ(GetDeviceInfo(context, "DevKeys/x", 7, kind, &length), kServiceNoSuchCertificate);
 }
 
+TEST_F(KeysTest, AFileThatIsTooLargeIsntTakenIntoMemory) {
+    const std::string certId = MakeKey(KeyKind::kSm2);
+    ASSERT_EQ(m_keys.WriteFile(certId, "ESEAL", "ES"), 0);
+    std::filesystem::resize_file(KeyPath(certId) + "/files/ESEAL", (std::uintmax_t{1} << 40));
+    EXPECT_EQ(File(Open(), certId, "ESEAL"), (Answer{kServiceFileUnreadable, ""}));
+}
+
 TEST_F(KeysTest, FilesAreListedInTheOrderOfTheirNamesAndRead) {
     const std::string certId = MakeKey(KeyKind::kSm2);
     const std::string seal("ES\0seal", 7);
