@@ -59,7 +59,12 @@ Revocation RevocationList::Check(X509* certificate, X509* issuer, std::time_t no
     X509_REVOKED* entry = nullptr;
     // 2: the entry takes an earlier revocation back.
     if (X509_CRL_get0_by_cert(m_list.get(), &entry, certificate) == 1) return Revocation::kRevoked;
-    return IsCurrent(now) ? Revocation::kGood : Revocation::kUndecided;
+    return IsCurrent(now) && IsComplete() ? Revocation::kGood : Revocation::kUndecided;
+}
+
+// A delta list (RFC 5280, section 5.2.4) tells what has changed since another one.
+bool RevocationList::IsComplete() const {
+    return X509_CRL_get_ext_by_NID(m_list.get(), NID_delta_crl, -1) < 0;
 }
 
 // OpenSSL's own check knows no signer's id for lists.

@@ -12,7 +12,7 @@ enum class Revocation {
     kOtherIssuer,  // the list isn't this issuer's and says nothing about the certificate
     kGood,
     kRevoked,
-    kUndecided,  // the list can't be relied on: wrong signature, out of date, not the CA's to sign
+    kUndecided,  // the list can't be relied on: wrong signature, out of date, a delta list, no CA's
 };
 
 class RevocationList {
@@ -21,13 +21,14 @@ public:
     static std::unique_ptr<RevocationList> Parse(std::string_view content);
 
     // What the list says about `certificate`, issued by `issuer`, at the moment `now`. A
-    // certificate that a list out of date names stays revoked.
+    // certificate that a list out of date, or a delta list, names stays revoked.
     Revocation Check(X509* certificate, X509* issuer, std::time_t now) const;
 
 private:
     RevocationList(RevocationListHandle list, std::string body);
     bool IsSignedBy(X509* issuer) const;
     bool IsCurrent(std::time_t now) const;
+    bool IsComplete() const;
 
     RevocationListHandle m_list;
     std::string m_body;  // what the signature is over, as it came in

@@ -24,6 +24,16 @@ int NoteError(int good, X509_STORE_CTX* context) {
     return 1;
 }
 
+// Hashes whose collisions are cheap enough to forge a certificate; OpenSSL takes them by itself.
+bool HasForgeableSignature(STACK_OF(X509) * chain) {
+    for (int i = 0; i + 1 < sk_X509_num(chain); ++i) {
+        int hash = NID_undef;
+        X509_get_signature_info(sk_X509_value(chain, i), &hash, nullptr, nullptr, nullptr);
+        if (hash == NID_md2 || hash == NID_md4 || hash == NID_md5) return true;
+    }
+    return false;
+}
+
 CertificateVerdict RevocationVerdict(STACK_OF(X509) * chain, const RevocationList& list,
                                      std::time_t now) {
     bool undecided = false;
@@ -97,8 +107,10 @@ CertificateVerdict TrustStore::Validate(X509* certificate, const RevocationList*
     X509_STORE_CTX_set_verify_cb(context.get(), NoteError);
     X509_STORE_CTX_set_time(context.get(), 0, now);
     if (X509_verify_cert(context.get()) != 1 || findings.untrusted) return kCertificateUntrusted;
+    STACK_OF(X509)* const chain = X509_STORE_CTX_get0_chain(context.get());
+    if (HasForgeableSignature(chain)) return kCertificateUntrusted;
     if (findings.expired) return kCertificateExpired;
     if (findings.notYetValid) return kCertificateNotYetValid;
     if (!list) return kCertificateGood;
-    return RevocationVerdict(X509_STORE_CTX_get0_chain(context.get()), *list, now);
+    return RevocationVerdict(chain, *list, now);
 }

@@ -211,6 +211,36 @@ TEST_F(ValidateTest, AListOutOfDateStillRevokesButVouchesForNobody) {
     EXPECT_EQ(Validate(m_context, other), -4);
 }
 
+TEST_F(ValidateTest, ACertificateSignedWithAHashThatCanBeForgedIsUntrusted) {
+    const DevelopmentCa& authority = Authority(KeyKind::kRsa);
+    const CertificateHandle certificate =
+        ParseCertificate(MakeCertificate(KeyKind::kRsa, Named("1234")));
+    ASSERT_GT(X509_sign(certificate.get(), authority.Key(), EVP_sha1()), 0);
+    EXPECT_EQ(Validate(m_context, DerOf<i2d_X509>(certificate.get())), 0);
+    ASSERT_GT(X509_sign(certificate.get(), authority.Key(), EVP_md5()), 0);
+    EXPECT_EQ(Validate(m_context, DerOf<i2d_X509>(certificate.get())), -1);
+}
+
+TEST_F(ValidateTest, ADeltaListRevokesButVouchesForNobody) {
+    const DevelopmentCa& authority = Authority(KeyKind::kRsa);
+    const std::string revoked = MakeCertificate(KeyKind::kRsa, Named("1234"));
+    const std::string other = MakeCertificate(KeyKind::kRsa, Named("5678"));
+    const std::string list = List(authority, "1234");
+    const auto* cursor = reinterpret_cast<const unsigned char*>(list.data());
+    const RevocationListHandle delta(
+        d2i_X509_CRL(nullptr, &cursor, static_cast<long>(list.size())));
+    ASSERT_TRUE(delta);
+    const OpenSslHandle<ASN1_INTEGER, ASN1_INTEGER_free> base(ASN1_INTEGER_new());
+    ASN1_INTEGER_set(base.get(), 7);
+    ASSERT_EQ(X509_CRL_add1_ext_i2d(delta.get(), NID_delta_crl, base.get(), 1, 0), 1);
+    ASSERT_GT(X509_CRL_sign(delta.get(), authority.Key(), EVP_sha256()), 0);
+    ASSERT_EQ(SetRevocationList(m_context, list), 0);
+    EXPECT_EQ(Validate(m_context, other), 0);
+    ASSERT_EQ(SetRevocationList(m_context, DerOf<i2d_X509_CRL>(delta.get())), 0);
+    EXPECT_EQ(Validate(m_context, revoked), -3);
+    EXPECT_EQ(Validate(m_context, other), -4);
+}
+
 TEST_F(ValidateTest, AListIsItsContextsOwn) {
     void* other = Open();
     ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kSm2), "1234")), 0);
