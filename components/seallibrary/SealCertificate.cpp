@@ -1,6 +1,7 @@
 #include "components/seallibrary/SealCertificate.h"
 
 #include <openssl/bn.h>
+#include <openssl/x509v3.h>
 
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/SealForm.h"
@@ -26,6 +27,10 @@ std::string CSealCertificate::SignatureAlgorithm() const {
         case KeyKind::kOther: break;
     }
     return {};
+}
+
+bool CSealCertificate::MaySign() const {
+    return X509_get_key_usage(m_certificate.get()) & (KU_DIGITAL_SIGNATURE | KU_NON_REPUDIATION);
 }
 
 std::string CSealCertificate::SerialNumber() const {

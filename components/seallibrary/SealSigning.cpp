@@ -47,6 +47,7 @@ int CheckUsable(const Seal& seal, std::time_t time) {
     if (!maker.Read(seal.makerCertificate)) return kSealMakerCertificateDamaged;
     if (!maker.Verify(seal.algorithm, seal.signedPart, seal.signature))
         return kSealMakerSignatureInvalid;
+    if (!maker.MaySign()) return kSealMakerNotTrusted;
     if (time < seal.validFrom) return kSealNotYetValid;
     return time > seal.validTo ? kSealExpired : kSealOk;
 }
@@ -104,6 +105,7 @@ int CSealSigning::Make(const SealSignRequest& request, std::time_t time, std::st
     const std::string algorithm = signer.SignatureAlgorithm();
     if (algorithm.empty() || algorithm != request.algorithm) return kSealAlgorithmMismatch;
     if (!NamesSigner(seal, certificate)) return kSealSignerNotListed;
+    if (!signer.MaySign()) return kSealSignerNotTrusted;
 
     const SealSignatureOrder order{request.seal, seal.form,        seal.version, time,
                                    request.hash, request.property, certificate,  algorithm};

@@ -32,6 +32,7 @@ int CheckMakerSignature(const Seal& seal, CSealCertificate& maker) {
 // A maker's certificate that has expired since is no fault of the seal's.
 int CheckMakerCertificate(const Seal& seal, const CSealCertificate& maker,
                           CertificateJudge& judge) {
+    if (!maker.MaySign()) return kSealMakerNotTrusted;
     const int result = judge.Validate(seal.makerCertificate);
     switch (TrustOf(result)) {
         case Trust::kGood: return kSealOk;
@@ -70,6 +71,7 @@ int CheckDigest(const SealSignature& signature, const CSealCertificate& signer,
 // the judge says.
 int CheckSigner(const SealSignature& signature, const CSealCertificate& signer,
                 const std::string& revocationList, CertificateJudge& judge) {
+    if (!signer.MaySign()) return kSealSignerNotTrusted;
     const std::string& der = signature.signerCertificate;
     const bool hasList = !revocationList.empty();
     if (hasList && !IsListFor(revocationList, signer.Get())) return kSealRevocationListForeign;

@@ -85,6 +85,19 @@ TEST_F(SealVerdictTest, AMakerWhomNobodyTrustsIsRefused) {
     EXPECT_EQ(JudgeTheSeal(), Failure(kSealMakerNotTrusted, SealStep::kMakerCertificate));
 }
 
+TEST_F(SealVerdictTest, AMakersCertificateForEncryptionIsRefused) {
+    for (const char* usage : {"keyEncipherment,dataEncipherment", "keyCertSign"}) {
+        m_maker = MakeIdentity(KeyKind::kSm2, {.name = "Maker", .keyUsage = usage});
+        Remake();
+        EXPECT_EQ(JudgeTheSeal(), Failure(kSealMakerNotTrusted, SealStep::kMakerCertificate));
+    }
+    for (const char* usage : {"digitalSignature", "critical,nonRepudiation,keyEncipherment"}) {
+        m_maker = MakeIdentity(KeyKind::kSm2, {.name = "Maker", .keyUsage = usage});
+        Remake();
+        EXPECT_EQ(JudgeTheSeal(), SealVerdict{});
+    }
+}
+
 TEST_F(SealVerdictTest, ARevokedMakerIsRefused) {
     for (const int revoked : {-3, -6}) {
         m_judge.m_results[m_maker.certificate] = revoked;
@@ -146,6 +159,13 @@ protected:
     HandMadeSignature m_signature;
     std::string m_list;
 };
+
+TEST_F(SignatureVerdictTest, ASignersCertificateForEncryptionIsRefused) {
+    m_signer = MakeIdentity(KeyKind::kSm2, {.name = "Signer", .keyUsage = "keyEncipherment"});
+    Remake();
+    m_signature.seal = m_seal;
+    EXPECT_EQ(Judge(), Failure(kSealSignerNotTrusted, SealStep::kSignerValidity));
+}
 
 TEST_F(SignatureVerdictTest, AGoodSignatureTellsItsTime) {
     EXPECT_EQ(Judge(), SealVerdict{});

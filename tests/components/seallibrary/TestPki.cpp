@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <openssl/ec.h>
 #include <openssl/x509.h>
+#include <openssl/x509v3.h>
 
 #include "components/crypto/Signature.h"
 
@@ -42,6 +43,11 @@ TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order) {
     ASN1_TIME_set(X509_getm_notBefore(certificate.get()), order.notBefore);
     ASN1_TIME_set(X509_getm_notAfter(certificate.get()), order.notAfter);
     X509_set_pubkey(certificate.get(), identity.key.get());
+    if (order.keyUsage) {
+        const OpenSslHandle<X509_EXTENSION, X509_EXTENSION_free> usage(
+            X509V3_EXT_conf_nid(nullptr, nullptr, NID_key_usage, order.keyUsage));
+        X509_add_ext(certificate.get(), usage.get(), -1);
+    }
     KeyContextHandle keyContext;
     const auto context = SigningContext(identity.key.get(), keyContext);
     X509_sign_ctx(certificate.get(), context.get());

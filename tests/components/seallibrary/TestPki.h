@@ -24,6 +24,7 @@ struct TestCertificateOrder {
     long serial = 0x1234ABCD;
     std::time_t notBefore = kTestNow - 100 * kTestDay;
     std::time_t notAfter = kTestNow + 5000 * kTestDay;
+    const char* keyUsage = nullptr;  // as OpenSSL's configuration has it; null: none
 };
 
 TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order = {});
