@@ -4,9 +4,9 @@
 #include <map>
 #include <vector>
 
+#include "components/picture/PictureHeader.h"
 #include "components/sealpicture/GdLibrary.h"
 #include "components/sealpicture/PictureCodes.h"
-#include "components/picture/PictureHeader.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "components/picture/PictureHeader.h"
 #include "components/sealpicture/Conversion.h"
 #include "components/sealpicture/PictureCodes.h"
-#include "components/picture/PictureHeader.h"
 #include "fuzz/driver/Require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
