@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr std::size_t kMostDataKept = 64 * 1024;
+
 std::optional<HashAlgorithm> HashByNumber(int number) {
     switch (number) {
         case static_cast<int>(HashAlgorithm::kSm3): return HashAlgorithm::kSm3;
@@ -51,9 +53,10 @@ int CertService::FindCertificate(const std::string& certId, ToSign& toSign) {
 
 int CertService::PrepareData(const std::string& certId, std::string_view data, ToSign& toSign) {
     if (const int code = FindCertificate(certId, toSign)) return code;
-    const int code = FillDigest(data, toSign);
-    if (code == kServiceOk) m_lastSigner = {certId, toSign.certificate};
-    return code;
+    if (const int code = FillDigest(data, toSign)) return code;
+    const bool keepsData = data.size() <= kMostDataKept;
+    m_prepared = {certId, m_method, keepsData, std::string(keepsData ? data : ""), toSign};
+    return kServiceOk;
 }
 
 int CertService::FillDigest(std::string_view data, ToSign& toSign) {
@@ -65,8 +68,11 @@ int CertService::FillDigest(std::string_view data, ToSign& toSign) {
 }
 
 bool CertService::RecallData(const std::string& certId, std::string_view data, ToSign& toSign) {
-    if (certId.empty() || m_lastSigner.certId != certId) return false;
-    toSign.certificate = m_lastSigner.certificate;
+    if (certId.empty() || m_prepared.certId != certId) return false;
+    toSign = m_prepared.toSign;
+    // To compare what the query had costs a hundredth of hashing it.
+    if (m_prepared.keepsData && m_prepared.method == m_method && m_prepared.data == data)
+        return true;
     return FillDigest(data, toSign) == kServiceOk;
 }
 

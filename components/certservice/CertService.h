@@ -76,9 +76,14 @@ public:
     int SetRevocationList(std::string_view base64);
 
 private:
-    struct Signer {
+    // What the last PrepareData was asked and gave. Data of some length are hashed anew in place of
+    // being kept.
+    struct Prepared {
         std::string certId;
-        std::string certificate;
+        int method = kMethodByKey;
+        bool keepsData = false;
+        std::string data;
+        ToSign toSign;
     };
 
     int FillDigest(std::string_view data, ToSign& toSign);
@@ -90,6 +95,6 @@ private:
     PendingResults m_pending;
     CertificateCache m_certificates;
     std::unique_ptr<RevocationList> m_revocationList;
-    Signer m_lastSigner;
+    Prepared m_prepared;
     int m_method = kMethodByKey;
 };
