@@ -1,11 +1,11 @@
 #include <cstring>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "TesmarkOpt.h"
 #include "bridge/AppOpt.h"
 #include "bridge/TwoStep.h"
+#include "bridge/UserList.h"
 #include "foundation/Logger.h"
 #include "foundation/ServicePath.h"
 #include "platform/Files.h"
@@ -16,26 +16,6 @@ constexpr int kAllDevices = 1;
 constexpr int kDeviceKind = 7;
 constexpr int kDeviceKindCapacity = 32;
 constexpr char kHardDevice[] = "HARD";
-constexpr std::string_view kLabelEnd = "||";
-constexpr std::string_view kEntryEnd = "&&&";
-
-struct UserEntry {
-    std::string label;
-    std::string certId;
-};
-
-// Takes the first entry off `rest`. Text that is no whole entry ends the list.
-std::optional<UserEntry> TakeEntry(std::string_view& rest) {
-    const auto labelEnd = rest.find(kLabelEnd);
-    if (labelEnd == std::string_view::npos) return std::nullopt;
-    const std::string_view behindLabel = rest.substr(labelEnd + kLabelEnd.size());
-    const auto entryEnd = behindLabel.find(kEntryEnd);
-    if (entryEnd == std::string_view::npos) return std::nullopt;
-    UserEntry entry{std::string(rest.substr(0, labelEnd)),
-                    std::string(behindLabel.substr(0, entryEnd))};
-    rest = behindLabel.substr(entryEnd + kEntryEnd.size());
-    return entry;
-}
 
 int CountDevices(const CAppOpt& appOpt) {
     int count = 0;
@@ -130,8 +110,7 @@ int CAppOpt::GetUserList(CBuffer& list) {
     while (const auto entry = TakeEntry(rest)) {
         std::string kind;
         if (const int code = QueryDeviceKind(*this, entry->certId, kind)) return code;
-        if (kind != kHardDevice) continue;
-        hard.append(entry->label).append(kLabelEnd).append(entry->certId).append(kEntryEnd);
+        if (kind == kHardDevice) AppendEntry(*entry, hard);
     }
     if (hard.empty()) return NoCertInKey();
     std::memcpy(all.Data(), hard.c_str(), hard.size() + 1);
