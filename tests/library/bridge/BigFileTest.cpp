@@ -1,8 +1,7 @@
 // Signatures of files, which are hashed by their paths.
 #include <gmock/gmock.h>
 
-#include "ExportCalls.h"
-#include "fakes/LibraryTest.h"
+#include "SigningTest.h"
 
 namespace {
 
@@ -11,34 +10,16 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 
-constexpr char kSeal[] = "c2VhbCBmaWxl";
 constexpr char kHash[] = "0123456789ABCDEF0123456789abcdef";
 
-class BigFileTest : public LibraryTest {
+class BigFileTest : public SigningTest {
 protected:
-    BigFileTest() : m_certificate(fakes::AddCertificate("label", "A")) {}
-
     void Select(int mode) {
-        if (mode == 0) {
-            SetCurrentCertID("A");
-        } else {
-            fakes::AddNationalSeal("seal file", "name", "picture");
-            fakes::AddFile("A", mode == 2 ? "GBESEAL01" : "SEAL01", "seal file");
-            SelectSeal("serial of A", kSeal, mode);
-        }
-        InitKVLLib();
-        fakes::ClearCalls();
+        SigningTest::Select(mode);
         fakes::On("SOF_HashFile").Gives(kHash);
-        ForgetLog();
     }
     int Sign() { return P7SignFile("/no/such file", "property", m_out.buffer, &m_out.length); }
-    bool Selected() const {
-        int length = 0;
-        GetSelectedCertId(nullptr, &length);
-        return length != 0;
-    }
 
-    fakes::Certificate& m_certificate;
     OutPair m_out{400};
 };
 

@@ -1,38 +1,16 @@
 // PKCS#1 signatures.
 #include <gmock/gmock.h>
 
-#include "ExportCalls.h"
-#include "fakes/LibraryTest.h"
+#include "SigningTest.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::Not;
 
-// The calls of the key check, which stand before every signature.
-constexpr int kCheckCalls = 6;
-
-class P1SignTest : public LibraryTest {
+class P1SignTest : public SigningTest {
 protected:
-    P1SignTest() : m_certificate(fakes::AddCertificate("label", "A")) {
-        SetCurrentCertID("A");
-        InitKVLLib();
-        fakes::ClearCalls();
-        ForgetLog();
-    }
-
-    static std::vector<std::string> CallsBehindTheCheck() {
-        const auto texts = fakes::CallTexts();
-        return {texts.begin() + std::min<std::ptrdiff_t>(kCheckCalls, std::ssize(texts)),
-                texts.end()};
-    }
-    bool Selected() const {
-        int length = 0;
-        GetSelectedCertId(nullptr, &length);
-        return length != 0;
-    }
-
-    fakes::Certificate& m_certificate;
+    P1SignTest() { Select(0); }
 };
 
 TEST_F(P1SignTest, TheMethodIsSetForTheSignatureAndResetBehindIt) {

@@ -3,8 +3,7 @@
 
 #include <climits>
 
-#include "ExportCalls.h"
-#include "fakes/LibraryTest.h"
+#include "SigningTest.h"
 
 namespace {
 
@@ -15,39 +14,8 @@ using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::Not;
 
-constexpr int kCheckCalls = 6;
-// Base64 of "seal file".
-constexpr char kSeal[] = "c2VhbCBmaWxl";
-
-class P7SignTest : public LibraryTest {
+class P7SignTest : public SigningTest {
 protected:
-    P7SignTest() : m_certificate(fakes::AddCertificate("label", "A")) {}
-
-    // With a seal of that mode selected, and the service up.
-    void Select(int mode) {
-        if (mode == 0) {
-            SetCurrentCertID("A");
-        } else {
-            fakes::AddNationalSeal("seal file", "name", "picture");
-            fakes::AddFile("A", mode == 2 ? "GBESEAL01" : "SEAL01", "seal file");
-            SelectSeal("serial of A", kSeal, mode);
-        }
-        InitKVLLib();
-        fakes::ClearCalls();
-        ForgetLog();
-    }
-    static std::vector<std::string> CallsBehindTheCheck() {
-        const auto texts = fakes::CallTexts();
-        return {texts.begin() + std::min<std::ptrdiff_t>(kCheckCalls, std::ssize(texts)),
-                texts.end()};
-    }
-    bool Selected() const {
-        int length = 0;
-        GetSelectedCertId(nullptr, &length);
-        return length != 0;
-    }
-
-    fakes::Certificate& m_certificate;
     OutPair m_out{512};
 };
 
