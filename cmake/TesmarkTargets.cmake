@@ -1,6 +1,13 @@
-# What every target of the project is built with.
+# What every target of the project is built with, and the two kinds of shared library.
 
 option(TESMARK_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+# Where one header has two bodies, they stand in folders of these names.
+if(WIN32)
+    set(TESMARK_PLATFORM windows)
+else()
+    set(TESMARK_PLATFORM linux)
+endif()
 
 # Sources are UTF-8; the narrow text of the running system is GBK, literals included.
 add_library(tesmark_options INTERFACE)
@@ -21,14 +28,29 @@ if(TESMARK_SANITIZE)
     add_link_options(${TESMARK_SANITIZERS})
 endif()
 
-# A shared library that stands behind one of the closed interfaces: the file name is the soname,
-# and it exports the interface's names and nothing else.
-#   tesmark_closed_library(<target> <file name without prefix and suffix> <version script>)
-function(tesmark_closed_library target name exports)
+include(platform/${TESMARK_PLATFORM})
+
+# The names of the functions that a header of the closed interfaces declares.
+set(TESMARK_CLOSED_HEADERS ${CMAKE_SOURCE_DIR}/src/platform/closed)
+function(tesmark_declared_functions header result)
+    set(path ${TESMARK_CLOSED_HEADERS}/${header})
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${path})
+    file(READ ${path} text)
+    string(REGEX MATCHALL "\nint [A-Za-z0-9_]+" functions "${text}")
+    list(TRANSFORM functions REPLACE ".* (.*)" "\\1")
+    set(${result} ${functions} PARENT_SCOPE)
+endfunction()
+
+# A shared library that stands behind one of the closed interfaces: it exports the functions of the
+# interface's header and nothing else.
+#   tesmark_closed_library(<target> <file name without prefix and suffix> <header>)
+function(tesmark_closed_library target name header)
     add_library(${target} SHARED)
-    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name} LINK_DEPENDS ${exports})
-    target_link_options(${target} PRIVATE
-        -Wl,--version-script=${exports} -Wl,--no-undefined)
+    tesmark_file_name(${target} ${name})
+    tesmark_declared_functions(${header} functions)
+    tesmark_export_only(${target} ${functions})
+    # What is let out has to be visible first.
+    set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET default)
     target_link_libraries(${target} PRIVATE tesmark_options)
 endfunction()
 

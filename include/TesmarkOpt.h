@@ -27,9 +27,8 @@
 #ifndef TESMARK_OPT_H
 #define TESMARK_OPT_H
 
-#if defined(__GNUC__)
-#define TESMARK_EXPORT __attribute__((visibility("default")))
-#else
+/* The library's own build says here what makes a function visible; a host needs nothing. */
+#ifndef TESMARK_EXPORT
 #define TESMARK_EXPORT
 #endif
 

@@ -1,43 +1,13 @@
 #include "include/Util/httpUntil.h"
 
-#include <curl/curl.h>
-
 #include <cstdio>
 #include <memory>
 
 #include "foundation/Logger.h"
+#include "platform/CurlLibrary.h"
 #include "platform/StandardError.h"
-#include "platform/SystemLibrary.h"
 
 namespace {
-
-constexpr int kCurlVersion = 4;
-
-// The calls in use; all null if the library can't be opened or lacks one of them.
-struct Curl {
-    decltype(&::curl_global_init) globalInit = nullptr;
-    decltype(&::curl_easy_init) init = nullptr;
-    CURLcode (*setOption)(CURL*, CURLoption, ...) = nullptr;
-    decltype(&::curl_easy_perform) perform = nullptr;
-    decltype(&::curl_easy_cleanup) cleanup = nullptr;
-};
-
-template <typename Call>
-bool Take(platform::ModuleHandle module, const char* name, Call& call) {
-    call = reinterpret_cast<Call>(platform::FindSymbol(module, name));
-    return call != nullptr;
-}
-
-Curl OpenCurl() {
-    const platform::ModuleHandle module = platform::LoadSystemLibrary("curl", kCurlVersion);
-    Curl curl;
-    const bool whole = module != nullptr && Take(module, "curl_global_init", curl.globalInit) &&
-                       Take(module, "curl_easy_init", curl.init) &&
-                       Take(module, "curl_easy_setopt", curl.setOption) &&
-                       Take(module, "curl_easy_perform", curl.perform) &&
-                       Take(module, "curl_easy_cleanup", curl.cleanup);
-    return whole ? curl : Curl{};
-}
 
 std::size_t WriteToFile(const char* data, std::size_t size, std::size_t count, void* file) {
     return std::fwrite(data, size, count, static_cast<std::FILE*>(file));
@@ -48,7 +18,7 @@ int Report(CURLcode result) {
     return result;
 }
 
-int SetOptions(const Curl& curl, CURL* handle, const char* url) {
+int SetOptions(const platform::CurlLibrary& curl, CURL* handle, const char* url) {
     const auto set = [&](CURLoption option, auto value) {
         return Report(curl.setOption(handle, option, value));
     };
@@ -68,7 +38,7 @@ int SetOptions(const Curl& curl, CURL* handle, const char* url) {
 }  // namespace
 
 int CHttpUntil::DownloadFile(std::string url, std::string path) {
-    static const Curl curl = OpenCurl();
+    const platform::CurlLibrary& curl = platform::GetCurlLibrary();
     const CURLcode started =
         curl.globalInit != nullptr ? curl.globalInit(CURL_GLOBAL_ALL) : CURLE_FAILED_INIT;
     if (started != CURLE_OK) {

@@ -3,8 +3,7 @@
 
 #include "include/Util/Downloader.h"
 
-// libcurl is opened at the first download of the process and stays. One that can't be opened counts
-// as a curl_global_init that failed.
+// A libcurl that can't be had counts as a curl_global_init that failed.
 //
 // Redirects are followed; the server's certificate is not checked, since what comes is signed by
 // itself. The page of an HTTP error is a result like any other and lands in the file. There is no
