@@ -7,8 +7,8 @@ namespace platform {
 
 using ModuleHandle = void*;
 
-// Null on failure. A path without a separator names a file of the working directory and is never
-// searched for.
+// Null on failure. A path without a separator is what LoadLibraryA makes of it on Windows, and
+// elsewhere names a file of the working directory.
 ModuleHandle LoadModule(const char* path);
 void FreeModule(ModuleHandle module);
 // Null if the module doesn't export `name`.
@@ -16,7 +16,7 @@ void* FindSymbol(ModuleHandle module, const char* name);
 
 // The full path of the loaded module that is this product's library with the name `stem`
 // ("TesmarkOpt" or "TesmarkOpt_x64"), told by its file's name; at most 259 bytes. Empty if no such
-// module is loaded.
+// module is loaded. Windows finds it whatever the case of its letters.
 std::string LoadedModulePath(const char* stem);
 
 // The file name of a shared library of this platform: "KVLAppCOM" gives "KVLAppCOM.dll" or

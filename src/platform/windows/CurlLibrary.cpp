@@ -1,0 +1,11 @@
+#include "platform/CurlLibrary.h"
+
+namespace platform {
+
+const CurlLibrary& GetCurlLibrary() {
+    static constexpr CurlLibrary curl{&curl_global_init, &curl_easy_init, &curl_easy_setopt,
+                                      &curl_easy_perform, &curl_easy_cleanup};
+    return curl;
+}
+
+}  // namespace platform

@@ -1,0 +1,78 @@
+#include "platform/Files.h"
+
+#include "platform/windows/UserData.h"
+#include "platform/windows/Win32.h"
+// After the system's own header.
+#include <dbghelp.h>
+#include <shlobj.h>
+
+namespace platform {
+
+namespace {
+
+// "\n" becomes "\r\n", as the C library's text mode writes it. One write takes the whole, so that
+// records of several processes never mix.
+std::string TextModeBytes(std::string_view record) {
+    std::string bytes;
+    bytes.reserve(record.size() + 1);
+    for (const char c : record) {
+        if (c == '\n') bytes += '\r';
+        bytes += c;
+    }
+    return bytes;
+}
+
+}  // namespace
+
+char PathSeparator() { return '\\'; }
+
+bool PathExists(const char* path) { return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES; }
+
+bool IsDirectory(const char* path) {
+    const DWORD attributes = GetFileAttributesA(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool CreateDirectoryAt(const char* path) { return CreateDirectoryA(path, nullptr) != 0; }
+
+bool MakeDirectoryPath(const char* path) { return MakeSureDirectoryPathExists(path) != 0; }
+
+bool FindFile(const char* path) {
+    WIN32_FIND_DATAA found{};
+    const HANDLE search = FindFirstFileA(path, &found);
+    if (search == INVALID_HANDLE_VALUE) return false;
+    FindClose(search);
+    return true;
+}
+
+std::string UserDataFolder() {
+    char folder[MAX_PATH] = {};
+    if (SHGetFolderPathA(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr,
+                         SHGFP_TYPE_CURRENT, folder) != S_OK) {
+        return {};
+    }
+    return LowFolder(folder, SystemMajorVersion()) + "\\Velmora\\";
+}
+
+std::string CrlFolder() { return "c:\\CRLFilePath\\"; }
+
+std::int64_t AppendTextRecord(const char* path, std::string_view record) {
+    const HANDLE file =
+        CreateFileA(path, FILE_APPEND_DATA | FILE_READ_ATTRIBUTES,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return -1;
+    const std::string bytes = TextModeBytes(record);
+    DWORD written = 0;
+    // A full disk loses the record: nobody is told of it.
+    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    LARGE_INTEGER size{};
+    const bool told = GetFileSizeEx(file, &size) != 0;
+    CloseHandle(file);
+    return told ? size.QuadPart : 0;
+}
+
+void RemoveFile(const char* path) { DeleteFileA(path); }
+
+void RenameFile(const char* from, const char* to) { MoveFileA(from, to); }
+
+}  // namespace platform

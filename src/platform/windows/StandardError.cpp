@@ -1,0 +1,7 @@
+#include "platform/StandardError.h"
+
+namespace platform {
+
+bool TracesToStandardError() { return true; }
+
+}  // namespace platform
