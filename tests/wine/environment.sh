@@ -9,16 +9,15 @@ BASE=$CACHE/$(dpkg-query -W -f '${Version}' wine64)
 
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
-unset LANG LANGUAGE LC_CTYPE LC_MESSAGES DISPLAY
+unset LANG LANGUAGE LC_ALL LC_CTYPE LC_MESSAGES DISPLAY
 unset http_proxy https_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY all_proxy
-export LC_ALL=zh_CN.UTF-8                        # code page 936
 export LOCPATH="$CACHE/locale"                   # compiled by us: needs no rights
 export TZ=CST-8                                  # not Asia/Shanghai, which msvcrt can't read
 export FONTCONFIG_FILE="$CACHE/fonts.conf"       # dialogs must not change with the machine's fonts
 
-# use_slot FOLDER: what follows runs in the prefix of that folder.
+# use_slot FOLDER: what follows runs in the prefix of that folder, with code page 936.
 use_slot() {
-    export WINEPREFIX="$1/prefix" HOME="$1/home"
+    export WINEPREFIX="$1/prefix" HOME="$1/home" LC_ALL=zh_CN.UTF-8
 }
 
 make_locale_and_fonts() {
