@@ -1,5 +1,7 @@
 # How DLLs are named, built and cut to their exports.
 
+include(WindowsThirdParty)
+
 add_compile_definitions(WINVER=0x0601 _WIN32_WINNT=0x0601)
 # The same bytes from the same sources, and what the system offers against attacks.
 add_link_options(-Wl,--no-insert-timestamp -Wl,--dynamicbase -Wl,--nxcompat
