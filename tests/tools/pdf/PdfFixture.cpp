@@ -163,6 +163,29 @@ StampRequest PdfFixture::RequestForFile(const std::string& path) const {
     return request;
 }
 
+StampRequest PdfFixture::RequestForLarge(std::size_t size) const {
+    std::string head = "%PDF-1.7\n6 0 obj\n<< /Length " + std::to_string(size) + " >>\nstream\n";
+    const std::size_t body = head.size() + size;
+    std::string tail = "\nendstream\nendobj\n";
+    std::string table = "xref\n0 7\n0000000000 65535 f\r\n";
+    const std::vector<std::string> bodies = {
+        "<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] >>", "null", "null"};
+    for (std::size_t i = 0; i < bodies.size(); ++i) {
+        char line[32];
+        std::snprintf(line, sizeof line, "%010zu 00000 n\r\n", body + tail.size());
+        table += line;
+        tail += std::to_string(i + 1) + " 0 obj\n" + bodies[i] + "\nendobj\n";
+    }
+    table += "0000000009 00000 n\r\n";
+    const std::string xref = std::to_string(body + tail.size());
+    tail += table + "trailer\n<< /Size 7 /Root 1 0 R >>\nstartxref\n" + xref + "\n%%EOF\n";
+    WriteFile(Path("in.pdf"), head);
+    std::filesystem::resize_file(Path("in.pdf"), body);
+    std::ofstream(Path("in.pdf"), std::ios::binary | std::ios::app) << tail;
+    return RequestForFile(Path("in.pdf"));
+}
+
 StampResult PdfFixture::Stamp(const StampRequest& request) const {
     const StampResult result = StampPdf(request, SignByCms);
     EXPECT_EQ(result.error, StampError::kNone) << result.message;

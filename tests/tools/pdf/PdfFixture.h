@@ -36,6 +36,8 @@ protected:
     // Writes `bytes` as in.pdf and gives a request for a seal of 42 mm at its first page.
     StampRequest RequestFor(std::string_view bytes) const;
     StampRequest RequestForFile(const std::string& path) const;
+    // For a PDF with a stream of that many bytes, most of them a hole of the file system's.
+    StampRequest RequestForLarge(std::size_t size) const;
     // Stamps by a real signature and expects no failure.
     StampResult Stamp(const StampRequest& request) const;
     // Expects that the output begins with the input's bytes, qpdf finds nothing wrong with it, and

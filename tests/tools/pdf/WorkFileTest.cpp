@@ -1,9 +1,6 @@
 #include "pdf/WorkFile.h"
 
-#include <sys/resource.h>
-
-#include <csignal>
-
+#include "tools/pdf/FileSizeLimit.h"
 #include "tools/pdf/PdfFixture.h"
 
 namespace {
@@ -61,26 +58,6 @@ TEST_F(WorkFileTest, TheOutputMustBeAFileInAFolderThatIsThere) {
         EXPECT_FALSE(file.Problem().empty());
     }
 }
-
-// A limit on the size of files stands for a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : m_handler(signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit = {bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*m_handler)(int);
-    rlimit m_before = {};
-};
 
 TEST_F(WorkFileTest, ADiskThatIsFullIsToldAndNothingStaysBehind) {
     WriteFile(Path("in"), std::string(200'000, 'x'));
