@@ -1,5 +1,9 @@
 #include "pdf/WorkFile.h"
 
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
 #include "tools/pdf/FileSizeLimit.h"
 #include "tools/pdf/PdfFixture.h"
 
@@ -22,7 +26,9 @@ TEST_F(WorkFileTest, AppendingContinuesBehindTheCopyAndWritingAtAPlaceReplaces) 
     WriteFile(Path("in"), "0123456789");
     CWorkFile file(Path("out"));
     ASSERT_TRUE(file.Create() && file.CopyFrom(Path("in"), 10));
-    ASSERT_TRUE(file.Append("abc") && file.WriteAt(11, "BCDE") && file.Append("f"));
+    ASSERT_TRUE(file.Append("abc"));
+    file.BeginWriting();
+    ASSERT_TRUE(file.WriteAt(11, "BCDE") && file.Append("f"));
     std::string bytes;
     ASSERT_TRUE(file.ReadAll(bytes));
     EXPECT_EQ(bytes, "0123456789aBCDEf");
@@ -71,6 +77,37 @@ TEST_F(WorkFileTest, ADiskThatIsFullIsToldAndNothingStaysBehind) {
         EXPECT_FALSE(file.CopyFrom(Path("in"), 200'000));
     }
     EXPECT_EQ(Listing(), (std::vector<std::string>{"in"}));
+}
+
+TEST_F(WorkFileTest, ACopyThatWasStoppedBeforeItBeganIsNotMade) {
+    WriteFile(Path("in"), "0123456789");
+    CWorkFile file(Path("out"));
+    ASSERT_TRUE(file.Create());
+    file.Stop();
+    EXPECT_FALSE(file.CopyFrom(Path("in"), 10));
+    EXPECT_EQ(std::filesystem::file_size(file.Path()), 0u);
+}
+
+TEST_F(WorkFileTest, ACopyUnderWayIsGivenUpWhenItIsStopped) {
+    // On another file system, so that no blocks can be shared; nothing but a hole.
+    const std::string input = "/dev/shm/" + std::filesystem::path(m_folder).filename().string();
+    constexpr std::uint64_t kSize = std::uint64_t{8} << 30;
+    WriteFile(input, "");
+    std::filesystem::resize_file(input, kSize);
+    CWorkFile file(Path("out"));
+    ASSERT_TRUE(file.Create());
+    std::atomic<bool> ended = false;
+    bool copied = true;
+    std::thread thread([&] {
+        copied = file.CopyFrom(input, kSize);
+        ended = true;
+    });
+    while (!ended && std::filesystem::file_size(file.Path()) == 0) std::this_thread::yield();
+    file.Stop();
+    thread.join();
+    EXPECT_FALSE(copied);
+    EXPECT_LT(std::filesystem::file_size(file.Path()), kSize);
+    std::filesystem::remove(input);
 }
 
 TEST_F(WorkFileTest, AStampThatRunsOutOfDiskBeforeOrAfterTheSignatureLeavesTheOldOutput) {

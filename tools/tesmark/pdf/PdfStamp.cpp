@@ -1,6 +1,7 @@
 #include "pdf/PdfStamp.h"
 
 #include <filesystem>
+#include <future>
 
 #include "pdf/PdfFailure.h"
 #include "pdf/PdfPage.h"
@@ -69,9 +70,13 @@ std::string Sign(CWorkFile& file, std::uint64_t signedSize, const StampSigner& s
                  StampResult& result) {
     SignedRanges ranges;
     std::string data;
+    std::future<void> writing;
     if (signedSize > kSignedDataInMemory) {
         ranges.path = file.Path();
+        // Even to ask for it takes a while then.
+        writing = std::async([&file] { file.BeginWriting(); });
     } else {
+        file.BeginWriting();
         Require(file.ReadAll(data), StampError::kOutputUnwritable, file.Problem());
         ranges.data = data;
     }

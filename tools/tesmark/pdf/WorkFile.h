@@ -1,6 +1,7 @@
 // WorkFile.h - the file beside an output in which it is made, and which becomes it at the end.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -22,10 +23,17 @@ public:
     // Puts the first `size` bytes of `inputPath` at its start: sharing the blocks where the file
     // system can, else copying in the kernel. False as well if the input is shorter now.
     bool CopyFrom(const std::string& inputPath, std::uint64_t size);
+    // From any thread: a copy that is under way gives up within a few milliseconds, with false, and
+    // a later one at once.
+    void Stop() { m_stopped = true; }
     // At the end; at a place, over what is there.
     bool Append(std::string_view bytes);
     bool WriteAt(std::uint64_t offset, std::string_view bytes);
     bool ReadAll(std::string& bytes);
+    // From any thread: has the system begin to bring to the disk what was written so far, so that
+    // there is little to wait for at the end. Until that is done, whoever else waits for the same
+    // disk waits longer. Never fails.
+    void BeginWriting();
     // Waits until everything is on the disk and gives the file the output's name, in one step.
     bool BecomeOutput();
 
@@ -43,4 +51,5 @@ private:
     int m_file = -1;
     int m_mode = -1;  // of the output that is replaced
     std::uint64_t m_size = 0;
+    std::atomic<bool> m_stopped = false;
 };

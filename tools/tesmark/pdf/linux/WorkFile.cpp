@@ -19,6 +19,9 @@ namespace {
 constexpr std::size_t kPiece = 64 * 1024;
 constexpr int kAttempts = 100;
 
+// What the kernel copies at once; in between the copy can be stopped.
+constexpr std::uint64_t kSlice = 16 * 1024 * 1024;
+
 class CDescriptor {
 public:
     explicit CDescriptor(int descriptor) : m_descriptor(descriptor) {}
@@ -109,11 +112,8 @@ bool CWorkFile::CopyFrom(const std::string& inputPath, std::uint64_t size) {
     if (input.Get() < 0 || fstat(input.Get(), &status) != 0) return Fail("can't get the input");
     errno = EBUSY;
     if (static_cast<std::uint64_t>(status.st_size) != size) return Fail("can't get the input");
-    if (ioctl(m_file, FICLONE, input.Get()) != 0 && !CopyBytes(input.Get(), size)) {
-        return Fail("can't be written");
-    }
-    // The disk begins while the signature is made, so that there is little to wait for at the end.
-    sync_file_range(m_file, 0, 0, SYNC_FILE_RANGE_WRITE);
+    const bool shared = !m_stopped && ioctl(m_file, FICLONE, input.Get()) == 0;
+    if (!shared && !CopyBytes(input.Get(), size)) return Fail("can't be written");
     m_size = size;
     return true;
 }
@@ -121,22 +121,23 @@ bool CWorkFile::CopyFrom(const std::string& inputPath, std::uint64_t size) {
 bool CWorkFile::CopyBytes(int input, std::uint64_t size) {
     off_t from = 0;
     off_t to = 0;
-    while (static_cast<std::uint64_t>(to) < size) {
-        const auto rest = size - static_cast<std::uint64_t>(to);
-        const ssize_t copied = copy_file_range(input, &from, m_file, &to, rest, 0);
+    while (static_cast<std::uint64_t>(to) < size && !m_stopped) {
+        const auto slice = std::min(size - static_cast<std::uint64_t>(to), kSlice);
+        const ssize_t copied = copy_file_range(input, &from, m_file, &to, slice, 0);
         if (copied < 0 && errno == EINTR) continue;
         if (copied <= 0) break;
     }
     // Some file systems can't copy by themselves, and across two of them few can.
     std::vector<char> piece(kPiece);
     auto at = static_cast<std::uint64_t>(to);
-    while (at < size) {
+    while (at < size && !m_stopped) {
         const std::size_t length = std::min<std::uint64_t>(size - at, kPiece);
         if (!ReadWholePiece(input, piece.data(), length, at)) return false;
         if (!WriteAt(at, {piece.data(), length})) return false;
         at += length;
     }
-    return true;
+    errno = ECANCELED;
+    return at == size;
 }
 
 bool CWorkFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
@@ -158,6 +159,8 @@ bool CWorkFile::ReadAll(std::string& bytes) {
     bytes.resize(m_size);
     return ReadWholePiece(m_file, bytes.data(), bytes.size(), 0) || Fail("can't be read again");
 }
+
+void CWorkFile::BeginWriting() { sync_file_range(m_file, 0, 0, SYNC_FILE_RANGE_WRITE); }
 
 bool CWorkFile::BecomeOutput() {
     if (m_mode >= 0 && fchmod(m_file, static_cast<mode_t>(m_mode)) != 0) {
