@@ -78,6 +78,7 @@ ExitCode ExitCodeOf(StampError error) {
         case StampError::kEncrypted:
         case StampError::kChangesForbidden:
         case StampError::kNoSuchPage:
+        case StampError::kInputChanged:
         case StampError::kOutputIsInput:
         case StampError::kOutputUnwritable: return ExitCode::kFile;
         case StampError::kBadPlace:

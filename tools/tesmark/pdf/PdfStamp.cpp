@@ -1,13 +1,12 @@
 #include "pdf/PdfStamp.h"
 
-#include <filesystem>
 #include <future>
 
+#include "pdf/InputCopy.h"
 #include "pdf/PdfFailure.h"
 #include "pdf/PdfPage.h"
 #include "pdf/SealAppearance.h"
 #include "pdf/SignatureField.h"
-#include "pdf/WorkFile.h"
 
 namespace {
 
@@ -24,16 +23,15 @@ bool IsName(std::string_view text) {
                                 "0123456789._-") == std::string_view::npos;
 }
 
-void CheckRequest(const StampRequest& request) {
+void CheckRequest(const StampRequest& request, const CInputCopy& copy) {
     Require(IsName(request.filter) && IsName(request.subFilter), StampError::kBadRequest,
             "A signature needs plain names for its filter and its form.");
     Require(request.contentsSize > 0 && request.contentsSize <= kLargestContents,
             StampError::kBadRequest, "The room for the signature is not between 1 byte and 8 MiB.");
     Require(request.utcOffsetMinutes > -24 * 60 && request.utcOffsetMinutes < 24 * 60,
             StampError::kBadRequest, "The time zone is not within a day of Greenwich.");
-    std::error_code error;
-    Require(!std::filesystem::equivalent(request.inputPath, request.outputPath, error),
-            StampError::kOutputIsInput, "The output must be another file than the input.");
+    Require(!copy.OutputIsInput(), StampError::kOutputIsInput,
+            "The output must be another file than the input.");
 }
 
 Picture SealPicture(const StampRequest& request) {
@@ -102,11 +100,10 @@ std::string HexValue(const std::string& contents, std::size_t reserved) {
 // The file first holds the signed ranges alone, so that a signer can read them as one file; then
 // the value of /Contents pushes the tail to its place.
 void Write(const StampRequest& request, const BuiltUpdate& update, const StampSigner& signer,
-           StampResult& result) {
-    CWorkFile file(request.outputPath);
+           CInputCopy& copy, StampResult& result) {
+    CWorkFile& file = copy.Finish();
     const std::uint64_t hole = update.baseSize + update.bytes.before.size();
-    const bool made = file.Create() && file.CopyFrom(request.inputPath, update.baseSize) &&
-                      file.Append(update.bytes.before) && file.Append(update.bytes.after);
+    const bool made = file.Append(update.bytes.before) && file.Append(update.bytes.after);
     Require(made, StampError::kOutputUnwritable, file.Problem());
     const std::string contents = Sign(file, hole + update.bytes.after.size(), signer, result);
     if (contents.empty() || contents.size() > request.contentsSize) {
@@ -124,9 +121,14 @@ void Write(const StampRequest& request, const BuiltUpdate& update, const StampSi
 }  // namespace
 
 StampResult StampPdf(const StampRequest& request, const StampSigner& signer) {
+    CInputCopy copy(request.inputPath, request.outputPath);
+    return StampPdf(request, signer, copy);
+}
+
+StampResult StampPdf(const StampRequest& request, const StampSigner& signer, CInputCopy& copy) {
     StampResult result;
     try {
-        CheckRequest(request);
+        CheckRequest(request, copy);
         BuiltUpdate update;
         try {
             update = BuildUpdate(request, result);
@@ -136,7 +138,7 @@ StampResult StampPdf(const StampRequest& request, const StampSigner& signer) {
             throw CPdfFailure(StampError::kDamaged,
                               "The PDF can't be read: " + DamageSentence(error) + ".");
         }
-        Write(request, update, signer, result);
+        Write(request, update, signer, copy, result);
     } catch (const CPdfFailure& failure) {
         result.error = failure.Error();
         result.message = failure.what();

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+class CInputCopy;
+
 // Texts are UTF-8; paths are the file system's bytes and are never converted. Lengths are
 // millimetres on the page as a reader sees it: turned by its /Rotate, cut to its crop box, scaled
 // by its UserUnit.
@@ -66,9 +68,10 @@ enum class StampError {
     kEncrypted,         // with or without a password to open it
     kChangesForbidden,  // a certifying signature allows none
     kNoSuchPage,
-    kBadPlace,    // size not positive, or the seal lies wholly beyond the page's edge
-    kBadPicture,  // not a picture, damaged, or too large
-    kBadRequest,  // a name, a text or a size that can't be written into a PDF
+    kBadPlace,      // size not positive, or the seal lies wholly beyond the page's edge
+    kBadPicture,    // not a picture, damaged, or too large
+    kBadRequest,    // a name, a text or a size that can't be written into a PDF
+    kInputChanged,  // by somebody else, while it was stamped
     kOutputIsInput,
     kOutputUnwritable,
     kSignerFailed,      // signerCode tells
@@ -90,3 +93,5 @@ struct StampResult {
 // the output's, takes as much space as the output. Memory doesn't grow with the size of the
 // input's streams. Blocks until the output is on the disk.
 StampResult StampPdf(const StampRequest& request, const StampSigner& signer);
+// The same with a copy of the request's input beside the request's output, which may have begun.
+StampResult StampPdf(const StampRequest& request, const StampSigner& signer, CInputCopy& copy);
