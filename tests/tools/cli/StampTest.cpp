@@ -262,4 +262,127 @@ TEST_F(StampTest, AFailureIsAnObjectForScripts) {
     EXPECT_EQ(failure["log"].asString(), InPrefix("Velmora/ESealLog/Fenmoor.log"));
 }
 
+// A document that is copied while the seal is chosen and the key opened.
+class LargeStampTest : public StampTest {
+protected:
+    std::string m_large = InPrefix("large.pdf");
+
+    LargeStampTest() {
+        MakeKey("rsa", "rsa2048");
+        MakeSeal("rsa", "es", "rsa");
+        // The contract, a comment of 9 MB, and its end again.
+        const std::string contract = FileContent(kContract);
+        WriteFile(m_large, contract + "\n%" + std::string(9'000'000, 'x') + "\n" +
+                               contract.substr(contract.rfind("startxref")));
+    }
+
+    ProgramOutcome StampLarge(std::vector<std::string> more) const {
+        more.insert(more.begin(), {"stamp", m_large, m_out});
+        return Tesmark(more);
+    }
+    // Whoever is asked for the PIN first waits for the file beside the output, then runs `action`.
+    void WhenTheCopyHasBegun(const std::string& action) const {
+        ScriptPinentry("for i in $(seq 10000); do for f in " + m_out +
+                       ".*; do [ -e \"$f\" ] && echo \"$f\" > " + InPrefix("seen") +
+                       " && break 2; done; done; " + action);
+    }
+    bool CopyWasSeen() const { return FileContent(InPrefix("seen")).starts_with(m_out + "."); }
+    // The output is as it was before, and nothing is beside it.
+    void ExpectOldOutput() const {
+        EXPECT_EQ(FileContent(m_out), "what was there before");
+        EXPECT_EQ(FilesBeginningWith("out.pdf").size(), 1u);
+    }
+    void WriteOldOutput() const { WriteFile(m_out, "what was there before"); }
+};
+
+TEST_F(LargeStampTest, ItIsCopiedWhileThePinIsAskedForAndItsSignatureIsValid) {
+    WhenTheCopyHasBegun("true");
+    const auto outcome = StampLarge({});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
+    EXPECT_TRUE(CopyWasSeen());
+    const std::string verdict = PdfSig();
+    EXPECT_NE(verdict.find("Signature is Valid"), std::string::npos) << verdict;
+    EXPECT_NE(verdict.find("Total document signed"), std::string::npos) << verdict;
+    EXPECT_EQ(FilesBeginningWith("out.pdf").size(), 1u);
+    const std::string before = FileContent(m_large);
+    EXPECT_TRUE(FileContent(m_out).starts_with(before));
+}
+
+TEST_F(LargeStampTest, ASmallDocumentIsNotCopiedBeforeThePinIsGiven) {
+    ScriptPinentry("ls " + InPrefix("") + " > " + InPrefix("seen"));
+    ASSERT_EQ(Stamp({}).exitCode, 0);
+    EXPECT_EQ(FileContent(InPrefix("seen")).find("out.pdf"), std::string::npos);
+    EXPECT_NE(FileContent(InPrefix("seen")).find("large.pdf"), std::string::npos);
+}
+
+TEST_F(LargeStampTest, AWrongPinLeavesNoCopyBehind) {
+    WriteOldOutput();
+    const auto outcome = StampLarge({"--pin", "000000"});
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_EQ(outcome.error, Stamp({"--pin", "000000"}).error);
+    ExpectOldOutput();
+}
+
+TEST_F(LargeStampTest, APinThatIsRefusedInTheDialogLeavesNoCopyBehind) {
+    WriteOldOutput();
+    WhenTheCopyHasBegun("echo 'ERR 83886179 cancelled'; continue");
+    const auto outcome = StampLarge({});
+    EXPECT_NE(outcome.exitCode, 0);
+    EXPECT_NE(outcome.exitCode, 130);
+    EXPECT_TRUE(CopyWasSeen());
+    ExpectOldOutput();
+}
+
+TEST_F(LargeStampTest, AChoiceThatFailsLeavesNoCopyBehind) {
+    WriteOldOutput();
+    EXPECT_EQ(StampLarge({"--seal", "other", "--pin", "123456"}).exitCode, 5);
+    EXPECT_EQ(StampLarge({"--at", "here", "--pin", "123456"}).exitCode, 2);
+    EXPECT_EQ(StampLarge({"--page", "99", "--pin", "123456"}).exitCode, 4);
+    ExpectOldOutput();
+}
+
+TEST_F(LargeStampTest, AnInterruptWhileTheKeyIsOpenedLeavesNoCopyBehind) {
+    WriteOldOutput();
+    // With a PIN all the same, and without one.
+    for (const char* action :
+         {"kill -INT $PPID", "kill -TERM $PPID; echo 'ERR 83886179 cancelled'; continue"}) {
+        WhenTheCopyHasBegun(action);
+        const auto outcome = StampLarge({});
+        EXPECT_EQ(outcome.exitCode, 130) << outcome.error;
+        EXPECT_NE(outcome.error.find("nothing was written"), std::string::npos) << outcome.error;
+        EXPECT_TRUE(CopyWasSeen());
+        ExpectOldOutput();
+    }
+}
+
+TEST_F(LargeStampTest, ADocumentThatChangesMeanwhileIsAFilesFault) {
+    WriteOldOutput();
+    WhenTheCopyHasBegun("echo >> " + m_large);
+    const auto outcome = StampLarge({});
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_NE(outcome.error.find("The input was changed"), std::string::npos) << outcome.error;
+    EXPECT_TRUE(CopyWasSeen());
+    ExpectOldOutput();
+}
+
+TEST_F(LargeStampTest, ADiskThatFillsUpIsAFilesFault) {
+    WriteOldOutput();
+    // In blocks of 512 bytes.
+    const auto outcome = Shell("trap '' XFSZ; ulimit -f 10000; $TESMARK stamp " + m_large + " " +
+                               m_out + " --pin 123456");
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_NE(outcome.error.find("can't be written"), std::string::npos) << outcome.error;
+    ExpectOldOutput();
+}
+
+TEST_F(LargeStampTest, AnOutputThatIsTheInputOrCannotBeWrittenIsAFilesFault) {
+    const std::string before = FileContent(m_large);
+    for (const std::string& output : {m_large, InPrefix("missing/out.pdf"), m_prefix.Path()}) {
+        const auto outcome = Tesmark({"stamp", m_large, output, "--pin", "123456"});
+        EXPECT_EQ(outcome.exitCode, 4) << outcome.error;
+    }
+    EXPECT_TRUE(FileContent(m_large) == before);
+    EXPECT_EQ(FilesBeginningWith("large.pdf").size(), 1u);
+}
+
 }  // namespace

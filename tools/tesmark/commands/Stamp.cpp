@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <optional>
 #include <string>
 
 #include "Declare.h"
@@ -15,6 +16,7 @@
 #include "TerminalText.h"
 #include "commands/StampSubFilter.h"
 #include "include/TesmarkOpt.h"
+#include "pdf/InputCopy.h"
 #include "pdf/PdfPages.h"
 #include "pdf/PdfStamp.h"
 #include "platform/Clock.h"
@@ -164,14 +166,29 @@ StampSigner SignerFor(const StampRequest& request) {
     };
 }
 
+[[noreturn]] void ThrowInterrupted() {
+    throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
+}
+
+SelectedSeal Select(const SelectionOptions& options) {
+    SelectedSeal selected;
+    try {
+        selected = SelectSeal(options);
+    } catch (const Failure&) {
+        // What an interrupt ended looks like a dialog that was closed or a PIN that is missing.
+        if (InterruptGuard::Interrupted()) ThrowInterrupted();
+        throw;
+    }
+    if (InterruptGuard::Interrupted()) ThrowInterrupted();
+    return selected;
+}
+
 void CheckStamped(const StampResult& result, const LogMark& mark) {
     if (result.error == StampError::kNone) return;
     if (result.error != StampError::kSignerFailed) {
         throw Failure{ExitCodeOf(result.error), result.message};
     }
-    if (result.signerCode == kInterruptedCode) {
-        throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
-    }
+    if (result.signerCode == kInterruptedCode) ThrowInterrupted();
     if (result.signerCode == kNothingSignedCode) {
         throw Failure{ExitCode::kFailed,
                       "This seal is a picture only: no signature can be made with it."};
@@ -179,12 +196,11 @@ void CheckStamped(const StampResult& result, const LogMark& mark) {
     CheckResult(result.signerCode, "The signature can't be made.", mark);
 }
 
-StampResult StampGuarded(const Options& options, const StampRequest& request) {
+StampResult StampShown(const Options& options, const StampRequest& request, CInputCopy& copy) {
     const std::uint64_t size = CheckReadable(options.input);
-    const InterruptGuard guard;
     const LogMark mark;
     const Progress progress(size > kLongWork ? "Stamping " + SizeText(size) : "");
-    const StampResult result = StampPdf(request, SignerFor(request));
+    const StampResult result = StampPdf(request, SignerFor(request), copy);
     CheckStamped(result, mark);
     return result;
 }
@@ -217,10 +233,18 @@ Report Describe(const Options& options, const SelectedSeal& selected, const Stam
 
 Report Stamp(const Options& options) {
     const PdfPageSize page = Measure(options);
+    // From the first byte beside the output on an interrupt has to wait until that is removed.
+    std::optional<InterruptGuard> guard;
+    CInputCopy copy(options.input, options.output);
+    if (copy.IsLarge()) {
+        guard.emplace();
+        copy.Begin();
+    }
     const LibrarySession library;
-    const SelectedSeal selected = SelectSeal(options.selection);
+    const SelectedSeal selected = Select(options.selection);
     const StampRequest request = MakeRequest(options, page, selected);
-    const StampResult result = StampGuarded(options, request);
+    if (!guard) guard.emplace();
+    const StampResult result = StampShown(options, request, copy);
     ClearSelectKeyID();
     return Describe(options, selected, request, result);
 }
