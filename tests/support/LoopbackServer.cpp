@@ -1,16 +1,14 @@
 #include "support/LoopbackServer.h"
 
-#include <arpa/inet.h>
 #include <openssl/ssl.h>
 #include <openssl/x509.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <csignal>
+#include <atomic>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
+
+#include "support/Sockets.h"
 
 namespace {
 
@@ -18,17 +16,9 @@ void Check(bool done) {
     if (!done) throw std::runtime_error("the loopback server can't be set up");
 }
 
-// A socket bound to a free port of the loopback address.
-int BoundSocket(int& port) {
-    const int bound = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+SocketHandle BoundSocket(int& port) {
+    const SocketHandle bound = BindToLoopback(port);
     Check(bound >= 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    Check(bind(bound, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0);
-    socklen_t size = sizeof address;
-    Check(getsockname(bound, reinterpret_cast<sockaddr*>(&address), &size) == 0);
-    port = ntohs(address.sin_port);
     return bound;
 }
 
@@ -56,16 +46,16 @@ std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> UntrustedContext() {
 // One connection, plain or encrypted.
 class Connection {
 public:
-    Connection(int socket, SSL_CTX* context) : m_socket(socket) {
+    Connection(SocketHandle socket, SSL_CTX* context) : m_socket(socket) {
         if (context == nullptr) return;
         m_tls = SSL_new(context);
-        SSL_set_fd(m_tls, socket);
+        SSL_set_fd(m_tls, static_cast<int>(socket));
         m_open = SSL_accept(m_tls) == 1;
     }
     ~Connection() {
         if (m_tls != nullptr && m_open) SSL_shutdown(m_tls);
         if (m_tls != nullptr) SSL_free(m_tls);
-        close(m_socket);
+        CloseSocket(m_socket);
     }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -75,8 +65,8 @@ public:
         std::string head;
         char piece[1024];
         while (m_open && head.find("\r\n\r\n") == std::string::npos) {
-            const auto size = m_tls != nullptr ? SSL_read(m_tls, piece, sizeof piece)
-                                               : recv(m_socket, piece, sizeof piece, 0);
+            const std::ptrdiff_t size = m_tls != nullptr ? SSL_read(m_tls, piece, sizeof piece)
+                                                         : Receive(m_socket, piece, sizeof piece);
             if (size <= 0) break;
             head.append(piece, static_cast<std::size_t>(size));
         }
@@ -86,16 +76,16 @@ public:
     void Write(const std::string& text) {
         for (std::size_t sent = 0; m_open && sent < text.size();) {
             const char* const rest = text.data() + sent;
-            const auto size = m_tls != nullptr
-                                  ? SSL_write(m_tls, rest, static_cast<int>(text.size() - sent))
-                                  : send(m_socket, rest, text.size() - sent, MSG_NOSIGNAL);
+            const std::ptrdiff_t size =
+                m_tls != nullptr ? SSL_write(m_tls, rest, static_cast<int>(text.size() - sent))
+                                 : Send(m_socket, rest, text.size() - sent);
             if (size <= 0) return;
             sent += static_cast<std::size_t>(size);
         }
     }
 
 private:
-    int m_socket;
+    SocketHandle m_socket;
     SSL* m_tls = nullptr;
     bool m_open = true;
 };
@@ -108,18 +98,17 @@ public:
         : m_answer(std::move(answer)), m_tls(nullptr, &SSL_CTX_free) {
         if (scheme == Scheme::Https) {
             m_tls = UntrustedContext();
-            // A peer that hangs up early must not end the test program.
-            std::signal(SIGPIPE, SIG_IGN);
+            IgnoreBrokenPipes();
         }
         m_listening = BoundSocket(m_port);
-        Check(listen(m_listening, 8) == 0 && pipe(m_stop) == 0);
+        Check(Listen(m_listening));
         m_thread = std::thread([this] { Serve(); });
     }
     ~Server() {
-        close(m_stop[1]);
+        m_stopped = true;
+        Knock(m_port);
         m_thread.join();
-        close(m_stop[0]);
-        close(m_listening);
+        CloseSocket(m_listening);
     }
 
     std::string Origin() const {
@@ -132,14 +121,17 @@ public:
 
 private:
     void Serve() {
-        pollfd waits[] = {{m_listening, POLLIN, 0}, {m_stop[0], POLLIN, 0}};
-        while (poll(waits, 2, -1) > 0 && waits[1].revents == 0) {
-            const int accepted = accept4(m_listening, nullptr, nullptr, SOCK_CLOEXEC);
+        for (;;) {
+            const SocketHandle accepted = Accept(m_listening);
+            if (m_stopped) {
+                if (accepted >= 0) CloseSocket(accepted);
+                return;
+            }
             if (accepted >= 0) Talk(accepted);
         }
     }
 
-    void Talk(int accepted) {
+    void Talk(SocketHandle accepted) {
         Connection connection(accepted, m_tls.get());
         const std::string head = connection.ReadHead();
         if (head.empty()) return;
@@ -154,8 +146,8 @@ private:
     Answer m_answer;
     std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> m_tls;
     int m_port = 0;
-    int m_listening = -1;
-    int m_stop[2] = {-1, -1};
+    SocketHandle m_listening = -1;
+    std::atomic<bool> m_stopped = false;
     mutable std::mutex m_mutex;
     std::vector<std::string> m_requests;
     std::thread m_thread;
@@ -179,6 +171,6 @@ std::string LoopbackServer::Page(const std::string& status, const std::string& b
 // Bound for a moment, so that the port was free, and never listened to.
 std::string LoopbackServer::DeadUrl(const std::string& path) {
     int port = 0;
-    close(BoundSocket(port));
+    CloseSocket(BoundSocket(port));
     return "http://127.0.0.1:" + std::to_string(port) + path;
 }
