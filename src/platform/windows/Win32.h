@@ -3,7 +3,7 @@
 #pragma once
 
 #define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
+#define NOMINMAX 1
 // clang-format off
 #include <winsock2.h>  // ahead of windows.h, which would bring its predecessor
 #include <windows.h>
