@@ -7,9 +7,10 @@
 namespace platform {
 
 // The ANSI code page is the system's own on Windows and GBK (code page 936) elsewhere. Both
-// conversions take all bytes of `text`, zero bytes included, and never fail: an undecodable ANSI
-// byte gives "?", malformed UTF-8 gives U+FFFD (so "?" in ANSI), and so does a character that the
-// ANSI code page lacks.
+// conversions take all bytes of `text`, zero bytes included, and never fail. Elsewhere than on
+// Windows an undecodable ANSI byte gives "?", malformed UTF-8 U+FFFD (so "?" in ANSI), and so does
+// a character that the ANSI code page lacks. Windows has rules of its own, with its default
+// character for most of these.
 std::string Utf8FromAnsi(std::string_view text);
 std::string AnsiFromUtf8(std::string_view text);
 

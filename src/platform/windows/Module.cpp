@@ -1,8 +1,6 @@
 #include "platform/Module.h"
 
 #include "platform/windows/Win32.h"
-// Left from 16-bit times, a macro of that header.
-#undef FreeModule
 
 namespace platform {
 

@@ -8,3 +8,5 @@
 #include <winsock2.h>  // ahead of windows.h, which would bring its predecessor
 #include <windows.h>
 // clang-format on
+// Left from 16-bit times.
+#undef FreeModule

@@ -1,10 +1,10 @@
-#include "platform/MessageBox.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/MessageBox.h"
 
 namespace {
 
-TEST(MessageBoxTest, TheBoxIsOneLineOfUtf8OnStandardError) {
+TEST(MessageBoxOnLinux, TheBoxIsOneLineOfUtf8OnStandardError) {
     testing::internal::CaptureStderr();
     platform::ShowMessageBox("印\r\n章", "电子签章", platform::kMessageBoxWarning);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
