@@ -18,6 +18,7 @@
 
 #include "foundation/LogFolder.h"
 #include "foundation/Logger.h"
+#include "foundation/Text.h"
 
 namespace {
 
@@ -37,13 +38,20 @@ std::size_t LogSize() {
     return absent ? 0 : size;
 }
 
+// Text mode may have put a carriage return into the file ahead of the line feed.
+std::size_t LineEndSize() {
+    const std::string log = ReadFileToString(GetLogFolder("") + "Fenmoor.log");
+    return log.ends_with("\r\n") ? 2 : 1;
+}
+
 // The first record, without a text, tells how long a record of this process is. True: `size` is
-// that of the second record; false: it is the file's after both.
+// that of the second record as it is built; false: it is the file's after both.
 void WriteSized(std::size_t size, bool ofRecord) {
     const std::size_t before = LogSize();
     WriteLog("AppOpt", 1, kLogTrace, 0, "%s", "");
     const std::size_t empty = LogSize() - before;
-    const std::string text(size - empty - (ofRecord ? 0 : before + empty), 'x');
+    const std::size_t built = empty - (LineEndSize() - 1);
+    const std::string text(ofRecord ? size - built : size - empty - (before + empty), 'x');
     WriteLog("AppOpt", 1, kLogTrace, 0, "%s", text.c_str());
 }
 

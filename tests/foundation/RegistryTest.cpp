@@ -2,21 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
 
 #include "support/TemporaryPrefix.h"
 
 namespace {
 
+using namespace std::string_literals;
+
 class RegistryTest : public testing::Test {
 protected:
-    // The lines of the product's settings.
-    void Store(const std::string& lines) const {
-        std::ofstream(m_prefix.Path() + "/machine.reg")
-            << "[HKEY_LOCAL_MACHINE\\software\\Velmora\\fenmoor]\n"
-            << lines;
-    }
     static CRegistry Settings() {
         return CRegistry(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine,
                                                    kSettingsKey,
@@ -71,39 +66,40 @@ TEST_F(RegistryTest, TheLimitCountsBytesOfGbkNotOfTheFile) {
 }
 
 TEST_F(RegistryTest, ATextEndsAtItsFirstZeroByteWhateverItsType) {
-    Store("\"sWSURL\"=hex:61,62,00,63\n\"appid\"=dword:00646362\n");
+    m_prefix.SetBytes("sWSURL", "ab\0c"s);
+    m_prefix.SetNumber("appid", 0x00646362);
     EXPECT_EQ(ReadTextSetting("sWSURL"), "ab");
     EXPECT_EQ(ReadTextSetting("appid"), "bcd");
 }
 
 TEST_F(RegistryTest, ATextWithoutATerminatorIsReadWhole) {
-    Store("\"sWSURL\"=hex:61,62\n");
+    m_prefix.SetBytes("sWSURL", "ab");
     EXPECT_EQ(ReadTextSetting("sWSURL"), "ab");
 }
 
 TEST_F(RegistryTest, ATextOfAtMostFourBytesUnderANumbersNameIsTakenAsRawBytes) {
-    Store("\"bSealPosition\"=\"abc\"\n");
+    m_prefix.SetText("bSealPosition", "abc");
     EXPECT_EQ(ReadNumberSetting("bSealPosition"), 0x00636261U);
 }
 
 TEST_F(RegistryTest, ALongerTextUnderANumbersNameCountsAsAbsent) {
-    Store("\"bSealPosition\"=\"abcd\"\n");
+    m_prefix.SetText("bSealPosition", "abcd");
     EXPECT_EQ(ReadNumberSetting("bSealPosition"), 0U);
     EXPECT_EQ(Settings().GetNumber("bSealPosition", 7), 7U);
 }
 
 TEST_F(RegistryTest, AShorterValueFillsOnlyTheFirstBytesOfANumber) {
-    Store("\"bSealPosition\"=hex:01\n");
+    m_prefix.SetBytes("bSealPosition", "\x01");
     EXPECT_EQ(Settings().GetNumber("bSealPosition", 0x11223344), 0x11223301U);
 }
 
 TEST_F(RegistryTest, AnAbsentNumberIsWhatTheCallerSays) {
-    Store("");
+    m_prefix.SetNumber("another", 1);
     EXPECT_EQ(Settings().GetNumber("none", 5), 5U);
 }
 
 TEST_F(RegistryTest, AFailedReadingLeavesTheTextAlone) {
-    Store("");
+    m_prefix.SetNumber("another", 1);
     std::string text = "before";
     EXPECT_EQ(Settings().GetString("none", text), 0);
     EXPECT_EQ(text, "before");
@@ -134,15 +130,6 @@ TEST_F(RegistryTest, CreateKeyMakesTheKeyOfTheListsTimesAndOpensItTheSecondTime)
     std::string read;
     EXPECT_EQ(opened.GetString("CA1.CRL", read), 1);
     EXPECT_EQ(read, "2026/11/14 23:59:01");
-}
-
-TEST_F(RegistryTest, CreateKeyThatFailsLeavesTheHandleAlone) {
-    std::ofstream(m_prefix.Path() + "/file") << "x";
-    setenv("VELMORA_PREFIX", (m_prefix.Path() + "/file").c_str(), 1);
-    const auto root = platform::RegistryRootKey(platform::RegistryRoot::LocalMachine);
-    CRegistry times(root);
-    EXPECT_EQ(times.CreateKey(), 0);
-    EXPECT_EQ(times.key, root);
 }
 
 }  // namespace

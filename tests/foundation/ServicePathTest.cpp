@@ -11,21 +11,18 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 class ServicePathTest : public testing::Test {
 protected:
     void TearDown() override { platform::FreeModule(m_module); }
 
-    std::string Path(const std::string& name) const { return m_prefix.Path() + "/" + name; }
+    std::string Path(const std::string& name) const { return m_prefix.Below(name); }
     void Touch(const std::string& name) const { std::ofstream(Path(name)) << "x"; }
     void LoadAs(const std::string& name) {
         std::filesystem::copy_file(MODULE_STAND_IN, Path(name));
         m_module = platform::LoadModule(Path(name).c_str());
         ASSERT_NE(m_module, nullptr);
-    }
-    void Install(const std::string& value) const {
-        std::ofstream(Path("user.reg"))
-            << "[HKEY_CURRENT_USER\\Software\\Velmora\\InstallPath]\n\"InstallPath\"=" << value
-            << "\n";
     }
 
     TemporaryPrefix m_prefix;
@@ -33,28 +30,24 @@ protected:
 };
 
 TEST_F(ServicePathTest, WithoutAnEntryThePathIsTheBareName) {
-    EXPECT_EQ(get_kvl_path(), "libKVLAppCOM.so");
+    EXPECT_EQ(get_kvl_path(), platform::ModuleFileName("KVLAppCOM"));
 }
 
 TEST_F(ServicePathTest, TheRegisteredFileIsUsedAsItIs) {
-    Install("\"/opt/velmora\"");
+    m_prefix.RegisterInstallation("/opt/velmora");
     m_prefix.RegisterCertService("/opt/my \"service\"/any.name");
     EXPECT_EQ(get_kvl_path(), "/opt/my \"service\"/any.name");
 }
 
 TEST_F(ServicePathTest, TheInstallationFolderIsAskedWhenNoFileIsRegistered) {
-    Install("\"/opt/velmora\"");
-    EXPECT_EQ(get_kvl_path(), "/opt/velmora/Program/libKVLAppCOM.so");
+    m_prefix.RegisterInstallation("/opt/velmora");
+    EXPECT_EQ(get_kvl_path(), "/opt/velmora" + platform::ModuleBelowInstallFolder("KVLAppCOM"));
 }
 
 TEST_F(ServicePathTest, TrailingZeroBytesAreDropped) {
-    Install("hex:2f,61,00,00,00");
-    EXPECT_EQ(get_kvl_path(), "/a/Program/libKVLAppCOM.so");
-}
-
-TEST_F(ServicePathTest, ThePathsBytesAreNotConverted) {
-    Install("\"/\xE5\x8D\xB0\xFF\"");
-    EXPECT_EQ(get_kvl_path(), "/\xE5\x8D\xB0\xFF/Program/libKVLAppCOM.so");
+    m_prefix.SetBytes(platform::RegistryRoot::CurrentUser, "Software\\Velmora\\InstallPath",
+                      "InstallPath", "/a\0\0\0"s);
+    EXPECT_EQ(get_kvl_path(), "/a" + platform::ModuleBelowInstallFolder("KVLAppCOM"));
 }
 
 TEST_F(ServicePathTest, ThereIsNoLimitToARegisteredPath) {
@@ -69,25 +62,26 @@ TEST_F(ServicePathTest, WithoutTheModuleTheResultStays) {
 }
 
 TEST_F(ServicePathTest, ThePathBesideTheModuleTakesThePlaceOfTheResult) {
-    LoadAs("libTesmarkOpt.so");
+    LoadAs(platform::ModuleFileName("TesmarkOpt"));
     std::string path = "before";
     GetKvlPathBesideModule(path);
-    EXPECT_EQ(path, Path("libKVLAppCOM.so"));
+    EXPECT_EQ(path, Path(platform::ModuleFileName("KVLAppCOM")));
 }
 
 TEST_F(ServicePathTest, AModuleWithTheSuffixIsNotFound) {
-    LoadAs("libTesmarkOpt_x64.so");
+    LoadAs(platform::ModuleFileName("TesmarkOpt_x64"));
     std::string path = "before";
     GetKvlPathBesideModule(path);
     EXPECT_EQ(path, "before");
 }
 
 TEST_F(ServicePathTest, TheFirstPlaceOfTheModulesNameCounts) {
-    std::filesystem::create_directory(Path("libTesmarkOpt.so.d"));
-    LoadAs("libTesmarkOpt.so.d/libTesmarkOpt.so");
+    const std::string name = platform::ModuleFileName("TesmarkOpt");
+    std::filesystem::create_directory(Path(name + ".d"));
+    LoadAs(name + ".d/" + name);
     std::string path = "before";
     GetKvlPathBesideModule(path);
-    EXPECT_EQ(path, Path("libKVLAppCOM.so"));
+    EXPECT_EQ(path, Path(platform::ModuleFileName("KVLAppCOM")));
 }
 
 TEST_F(ServicePathTest, TheRegisteredFileIsTakenIfItExists) {
@@ -100,17 +94,17 @@ TEST_F(ServicePathTest, TheRegisteredFileIsTakenIfItExists) {
 
 TEST_F(ServicePathTest, TheFileBesideTheModuleIsTakenIfTheFirstDoesNotExist) {
     m_prefix.RegisterCertService(Path("none"));
-    LoadAs("libTesmarkOpt.so");
-    Touch("libKVLAppCOM.so");
+    LoadAs(platform::ModuleFileName("TesmarkOpt"));
+    Touch(platform::ModuleFileName("KVLAppCOM"));
     std::string first;
-    EXPECT_EQ(LocateCertService(&first), Path("libKVLAppCOM.so"));
+    EXPECT_EQ(LocateCertService(&first), Path(platform::ModuleFileName("KVLAppCOM")));
     EXPECT_EQ(first, Path("none"));
 }
 
 TEST_F(ServicePathTest, NeitherFileThereGivesNothing) {
     m_prefix.RegisterCertService(Path("none"));
     EXPECT_EQ(LocateCertService(), "");
-    LoadAs("libTesmarkOpt.so");
+    LoadAs(platform::ModuleFileName("TesmarkOpt"));
     EXPECT_EQ(LocateCertService(), "");
 }
 

@@ -40,8 +40,10 @@ std::string CommandLine(const std::vector<std::string>& arguments) {
     return line;
 }
 
-// A program of the machine below Wine is told by its path.
-bool IsForeign(const std::string& program) { return program.starts_with('/'); }
+// A program of the machine below Wine.
+bool IsForeign(const std::string& program) {
+    return program.starts_with('/') && !program.ends_with(".exe");
+}
 
 HANDLE Inheritable(const std::string& path, DWORD access, DWORD disposition) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
