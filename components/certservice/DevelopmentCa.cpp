@@ -9,6 +9,7 @@
 #include "components/certservice/ServiceCodes.h"
 #include "components/crypto/Signature.h"
 #include "platform/CodePage.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -178,7 +179,7 @@ DevelopmentCa::DevelopmentCa(KeyHandle key, CertificateHandle certificate)
 std::unique_ptr<DevelopmentCa> DevelopmentCa::Open(KeyKind kind, const std::string& caFolder,
                                                    const std::string& trustFolder, int& code) {
     const std::string name = kind == KeyKind::kSm2 ? "sm2" : "rsa";
-    const std::string path = caFolder + "/" + name + ".pem";
+    const std::string path = caFolder + platform::PathSeparator() + name + ".pem";
     std::unique_ptr<DevelopmentCa> authority;
     code = kServiceFileUnreadable;
     if (!MakePrivateFolder(caFolder) || !MakePrivateFolder(trustFolder)) return nullptr;
@@ -199,7 +200,8 @@ std::unique_ptr<DevelopmentCa> DevelopmentCa::Open(KeyKind kind, const std::stri
             return nullptr;
         }
     }
-    const std::string trusted = trustFolder + "/velmora-development-" + name + ".pem";
+    const std::string trusted =
+        trustFolder + platform::PathSeparator() + "velmora-development-" + name + ".pem";
     std::string present;
     code = kServiceFileUnreadable;
     if (!ReadWholeFile(trusted, present) || present != authority->CertificatePem()) {

@@ -17,10 +17,10 @@ public:
     FileLock& operator=(const FileLock&) = delete;
 
     // False if the file can't be made or locked.
-    bool Held() const { return m_descriptor >= 0; }
+    bool Held() const { return m_handle != -1; }
 
 private:
-    int m_descriptor = -1;
+    std::intptr_t m_handle = -1;  // the system's
 };
 
 // What tells one state of a file or folder from the next.
@@ -44,11 +44,16 @@ bool ReadWholeFile(const std::string& path, std::string& content);
 
 // Puts a file with that content in the place of `path` in one step: whoever looks, also after a
 // loss of power, finds the old or the new one. It is readable by its owner alone, or by everybody
-// if `everybody` is set. False, with the old file in place, on failure.
+// if `everybody` is set; so far as the file system knows rights. False, with the old file in place,
+// on failure.
 bool WriteDurably(const std::string& path, std::string_view content, bool everybody = false);
 
 // Makes the folder and those above it, for their owner alone. True if it is there afterwards.
 bool MakePrivateFolder(const std::string& path);
+
+// Can a file or folder of that name stand in a folder, under this name and no other? False for
+// what leads elsewhere: a name with a separator, on Windows also a device's or one of a stream.
+bool IsPlainName(std::string_view name);
 
 // The names in a folder in the order of their bytes, without those that begin with a dot: of its
 // folders, or of its ordinary files. Empty if it can't be read.

@@ -18,14 +18,13 @@ bool IsKeyName(std::string_view name) {
     constexpr std::string_view kAllowed =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_.";
     return !name.empty() && name.size() <= kMaximumKeyName && name.front() != '.' &&
-           name.find_first_not_of(kAllowed) == std::string_view::npos;
+           name.find_first_not_of(kAllowed) == std::string_view::npos && IsPlainName(name);
 }
 
 // "&&&" separates the names in the list of files; a name that ends in "&" would run into it.
 bool IsFileName(std::string_view name) {
-    return !name.empty() && name.size() <= kMaximumFileName && name.front() != '.' &&
-           name.back() != '&' && name.find('/') == std::string_view::npos &&
-           name.find('\0') == std::string_view::npos && name.find("&&&") == std::string_view::npos;
+    return IsPlainName(name) && name.size() <= kMaximumFileName && name.front() != '.' &&
+           name.back() != '&' && name.find("&&&") == std::string_view::npos;
 }
 
 std::string LabelOf(std::string_view der, const std::string& name) {
@@ -74,7 +73,7 @@ bool KeyFolder::Owns(const std::string& certId) { return certId.starts_with(kKey
 std::string KeyFolder::PathOf(const std::string& certId) const {
     if (m_folder.empty() || !certId.starts_with(kKeyFolderPrefix)) return {};
     const std::string name = certId.substr(sizeof kKeyFolderPrefix - 1);
-    return IsKeyName(name) ? m_folder + "/" + name : std::string();
+    return IsKeyName(name) ? m_folder + platform::PathSeparator() + name : std::string();
 }
 
 int KeyFolder::Locate(const std::string& certId, std::string& path) {
@@ -171,7 +170,7 @@ int KeyFolder::ReadFile(const std::string& certId, const std::string& name, std:
     std::string path;
     if (const int code = Locate(certId, path)) return code;
     if (!IsFileName(name)) return kServiceNoSuchFile;
-    const std::string file = FilesPathIn(path) + "/" + name;
+    const std::string file = FilesPathIn(path) + platform::PathSeparator() + name;
     if (ReadWholeFile(file, content)) return kServiceOk;
     return platform::PathExists(file.c_str()) ? kServiceFileUnreadable : kServiceNoSuchFile;
 }
@@ -184,7 +183,9 @@ int KeyFolder::WriteFile(const std::string& certId, const std::string& name,
     const FileLock lock(LockPathIn(path));
     const std::string folder = FilesPathIn(path);
     if (!lock.Held() || !MakePrivateFolder(folder)) return kServiceFileUnreadable;
-    return WriteDurably(folder + "/" + name, content) ? kServiceOk : kServiceFileUnreadable;
+    return WriteDurably(folder + platform::PathSeparator() + name, content)
+               ? kServiceOk
+               : kServiceFileUnreadable;
 }
 
 int KeyFolder::Store(const std::string& name, EVP_PKEY* privateKey, std::string_view certificate,

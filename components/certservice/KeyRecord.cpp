@@ -8,6 +8,7 @@
 #include "components/certservice/ServiceCodes.h"
 #include "components/crypto/Hex.h"
 #include "components/crypto/Signature.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -17,7 +18,11 @@ using AlgorithmHandle = OpenSslHandle<X509_ALGOR, X509_ALGOR_free>;
 using EncryptedHandle = OpenSslHandle<X509_SIG, X509_SIG_free>;
 using PlainHandle = OpenSslHandle<PKCS8_PRIV_KEY_INFO, PKCS8_PRIV_KEY_INFO_free>;
 
-std::string StatePathIn(const std::string& path) { return path + "/state"; }
+std::string Inside(const std::string& path, const char* name) {
+    return path + platform::PathSeparator() + name;
+}
+
+std::string StatePathIn(const std::string& path) { return Inside(path, "state"); }
 
 EncryptedHandle Encrypt(EVP_PKEY* key, std::string_view pin) {
     const PlainHandle plain(EVP_PKEY2PKCS8(key));
@@ -69,10 +74,10 @@ int WriteTries(const std::string& path, std::string_view keyPem, int tries) {
     return WriteDurably(StatePathIn(path), state) ? kServiceOk : kServiceFileUnreadable;
 }
 
-std::string CertificatePathIn(const std::string& path) { return path + "/certificate.pem"; }
-std::string KeyPathIn(const std::string& path) { return path + "/key.pem"; }
-std::string LockPathIn(const std::string& path) { return path + "/lock"; }
-std::string FilesPathIn(const std::string& path) { return path + "/files"; }
+std::string CertificatePathIn(const std::string& path) { return Inside(path, "certificate.pem"); }
+std::string KeyPathIn(const std::string& path) { return Inside(path, "key.pem"); }
+std::string LockPathIn(const std::string& path) { return Inside(path, "lock"); }
+std::string FilesPathIn(const std::string& path) { return Inside(path, "files"); }
 
 int ReadRecordCertificate(const std::string& path, std::string& der) {
     std::string pem;

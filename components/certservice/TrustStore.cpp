@@ -1,6 +1,7 @@
 #include "components/certservice/TrustStore.h"
 
 #include "components/certservice/Certificate.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -76,7 +77,9 @@ void TrustStore::Load() {
     m_stamp = {};
     m_loaded = true;
     if (m_folder.empty() || !ReadStamp(m_folder, m_stamp)) return;
-    for (const std::string& name : FilesIn(m_folder)) LoadFile(m_folder + "/" + name);
+    for (const std::string& name : FilesIn(m_folder)) {
+        LoadFile(m_folder + platform::PathSeparator() + name);
+    }
 }
 
 void TrustStore::LoadFile(const std::string& path) {

@@ -83,14 +83,14 @@ FileLock::FileLock(const std::string& path) {
         result = flock(descriptor, LOCK_EX);
     } while (result != 0 && errno == EINTR);
     if (result == 0) {
-        m_descriptor = descriptor;
+        m_handle = descriptor;
     } else {
         close(descriptor);
     }
 }
 
 FileLock::~FileLock() {
-    if (m_descriptor >= 0) close(m_descriptor);
+    if (m_handle >= 0) close(static_cast<int>(m_handle));
 }
 
 bool ReadStamp(const std::string& path, FileStamp& stamp) {
@@ -141,6 +141,11 @@ bool MakePrivateFolder(const std::string& path) {
     mkdir(path.c_str(), 0700);
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool IsPlainName(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
 }
 
 std::vector<std::string> FoldersIn(const std::string& path) { return NamesIn(path, S_IFDIR); }
