@@ -61,8 +61,10 @@ CK_ULONG NumberOf(const std::string& value, CK_ULONG absent) {
 std::vector<CK_ATTRIBUTE> TemplateOf(Pkcs11Attributes& attributes) {
     std::vector<CK_ATTRIBUTE> result;
     result.reserve(attributes.size());
-    for (Pkcs11Attribute& attribute : attributes)
-        result.push_back({attribute.type, attribute.value.data(), attribute.value.size()});
+    for (Pkcs11Attribute& attribute : attributes) {
+        result.push_back({attribute.type, attribute.value.data(),
+                          static_cast<CK_ULONG>(attribute.value.size())});
+    }
     return result;
 }
 

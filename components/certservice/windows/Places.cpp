@@ -18,7 +18,7 @@ std::string SystemFolder(int kind) {
     return WithoutEndSeparators(folder) + "\\Velmora\\";
 }
 
-std::string Folder(const char* setting, const char* name, int standard) {
+std::string FolderOf(const char* setting, const char* name, int standard) {
     const std::string path = WithoutEndSeparators(ReadStorePath(setting));
     if (!path.empty()) return path;
     const std::string base = SystemFolder(standard);
@@ -29,8 +29,8 @@ std::string Folder(const char* setting, const char* name, int standard) {
 
 // Not in the folder for this machine's data that the log has: programs of low integrity, which are
 // trusted with nothing, may write there.
-std::string KeyFolderPath() { return Folder("KeyFolder", "keys", CSIDL_LOCAL_APPDATA); }
+std::string KeyFolderPath() { return FolderOf("KeyFolder", "keys", CSIDL_LOCAL_APPDATA); }
 
-std::string TrustFolderPath() { return Folder("TrustFolder", "trust", CSIDL_COMMON_APPDATA); }
+std::string TrustFolderPath() { return FolderOf("TrustFolder", "trust", CSIDL_COMMON_APPDATA); }
 
-std::string CaFolderPath() { return Folder("CaFolder", "ca", CSIDL_LOCAL_APPDATA); }
+std::string CaFolderPath() { return FolderOf("CaFolder", "ca", CSIDL_LOCAL_APPDATA); }
