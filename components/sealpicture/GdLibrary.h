@@ -1,13 +1,11 @@
-// GdLibrary.h - the calls of libgd that the conversion needs, bound when first used.
+// GdLibrary.h - the calls of libgd that the conversion needs, bound when first used, wherever it
+// stands.
 #pragma once
 
 #include <gd.h>
 
 #include <memory>
 
-#include "platform/Module.h"
-
-// Opening libgd brings some thirty libraries along, and few processes ever convert a picture.
 class CGdLibrary {
 public:
     // Null if libgd or one of its calls isn't there. Stays open until the process ends.
@@ -30,7 +28,7 @@ public:
     decltype(&::gdFree) free = nullptr;
 
 private:
-    bool Bind(platform::ModuleHandle module);
+    bool Bind();
 };
 
 struct GdDestroy {

@@ -1,0 +1,32 @@
+#include "components/sealpicture/GdLibrary.h"
+
+#include "platform/SystemLibrary.h"
+
+namespace {
+
+template <typename Function>
+bool Find(platform::ModuleHandle module, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(platform::FindSymbol(module, name));
+    return function != nullptr;
+}
+
+}  // namespace
+
+// Opening libgd brings some thirty libraries along, and few processes ever convert a picture.
+bool CGdLibrary::Bind() {
+    const platform::ModuleHandle module = platform::LoadSystemLibrary("gd", 3);
+    return module && Find(module, "gdSetErrorMethod", setErrorMethod) &&
+           Find(module, "gdImageCreateFromGifPtr", createFromGif) &&
+           Find(module, "gdImageCreateFromPngPtr", createFromPng) &&
+           Find(module, "gdImageCreateFromJpegPtrEx", createFromJpeg) &&
+           Find(module, "gdImageCreateFromBmpPtr", createFromBmp) &&
+           Find(module, "gdImageCreate", createPalette) &&
+           Find(module, "gdImageCreateTrueColor", createTrueColor) &&
+           Find(module, "gdImageGetTrueColorPixel", getTrueColorPixel) &&
+           Find(module, "gdImageSetPixel", setPixel) &&
+           Find(module, "gdImageTrueColorToPalette", trueColorToPalette) &&
+           Find(module, "gdImageColorAllocate", colorAllocate) &&
+           Find(module, "gdImageColorTransparent", colorTransparent) &&
+           Find(module, "gdImageGifPtr", gif) && Find(module, "gdImageDestroy", destroy) &&
+           Find(module, "gdFree", free);
+}

@@ -1,0 +1,21 @@
+#include "components/sealpicture/GdLibrary.h"
+
+// Part of the library here.
+bool CGdLibrary::Bind() {
+    setErrorMethod = &::gdSetErrorMethod;
+    createFromGif = &::gdImageCreateFromGifPtr;
+    createFromPng = &::gdImageCreateFromPngPtr;
+    createFromJpeg = &::gdImageCreateFromJpegPtrEx;
+    createFromBmp = &::gdImageCreateFromBmpPtr;
+    createPalette = &::gdImageCreate;
+    createTrueColor = &::gdImageCreateTrueColor;
+    getTrueColorPixel = &::gdImageGetTrueColorPixel;
+    setPixel = &::gdImageSetPixel;
+    trueColorToPalette = &::gdImageTrueColorToPalette;
+    colorAllocate = &::gdImageColorAllocate;
+    colorTransparent = &::gdImageColorTransparent;
+    gif = &::gdImageGifPtr;
+    destroy = &::gdImageDestroy;
+    free = &::gdFree;
+    return true;
+}
