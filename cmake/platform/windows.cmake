@@ -40,8 +40,10 @@ function(tesmark_link_closed target name header)
     set(import ${CMAKE_CURRENT_BINARY_DIR}/imports/lib${name}.dll.a)
     list(JOIN functions "\n    " names)
     file(GENERATE OUTPUT ${definition} CONTENT "LIBRARY \"${file}\"\nEXPORTS\n    ${names}\n")
+    # The names of its members, which order the import table, would else be made of the folder's.
     add_custom_command(OUTPUT ${import}
         COMMAND ${CMAKE_DLLTOOL} -m i386:x86-64 -d ${definition} -l ${import}
+                --temp-prefix ${name} --deterministic-libraries
         DEPENDS ${definition} VERBATIM)
     add_custom_target(import_${name} DEPENDS ${import})
     add_dependencies(${target} import_${name})
