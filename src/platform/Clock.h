@@ -9,7 +9,8 @@ namespace platform {
 // tell; wraps like any 32-bit number.
 int MillisecondsSinceStart();
 int CurrentThreadId();
-// Broken-down local time, without the shared buffer of the C library.
+// Broken-down time, local and of Greenwich, without the shared buffer of the C library.
 std::tm LocalTime(std::time_t time);
+std::tm UtcTime(std::time_t time);
 
 }  // namespace platform

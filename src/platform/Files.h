@@ -10,6 +10,11 @@ namespace platform {
 // What stands between the folders of a path: "\\" or "/".
 char PathSeparator();
 
+// A path as text in UTF-8, for people and for documents, and such a text as a path. Where paths are
+// the ANSI code page's, by the rules of CodePage.h; elsewhere the bytes as they are.
+std::string Utf8FromPath(std::string_view path);
+std::string PathFromUtf8(std::string_view text);
+
 // True if something of that name is there, whatever it is and whatever its rights.
 bool PathExists(const char* path);
 bool IsDirectory(const char* path);

@@ -13,6 +13,10 @@ namespace platform {
 
 char PathSeparator() { return '/'; }
 
+std::string Utf8FromPath(std::string_view path) { return std::string(path); }
+
+std::string PathFromUtf8(std::string_view text) { return std::string(text); }
+
 bool PathExists(const char* path) {
     struct stat status {};
     return stat(path, &status) == 0;

@@ -17,4 +17,10 @@ std::tm LocalTime(std::time_t time) {
     return local;
 }
 
+std::tm UtcTime(std::time_t time) {
+    std::tm utc{};
+    gmtime_s(&utc, &time);
+    return utc;
+}
+
 }  // namespace platform

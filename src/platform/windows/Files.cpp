@@ -1,5 +1,6 @@
 #include "platform/Files.h"
 
+#include "platform/CodePage.h"
 #include "platform/windows/UserData.h"
 #include "platform/windows/Win32.h"
 // After the system's own header.
@@ -25,6 +26,10 @@ std::string TextModeBytes(std::string_view record) {
 }  // namespace
 
 char PathSeparator() { return '\\'; }
+
+std::string Utf8FromPath(std::string_view path) { return Utf8FromAnsi(path); }
+
+std::string PathFromUtf8(std::string_view text) { return AnsiFromUtf8(text); }
 
 bool PathExists(const char* path) { return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES; }
 
