@@ -20,6 +20,7 @@
 #include "pdf/PdfPages.h"
 #include "pdf/PdfStamp.h"
 #include "platform/Clock.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -95,7 +96,8 @@ ExitCode ExitCodeOf(StampError error) {
 PdfPageSize Measure(const Options& options) {
     PdfPageSize size;
     std::string message;
-    const StampError error = MeasurePdfPage(options.input, options.page, size, message);
+    const StampError error =
+        MeasurePdfPage(platform::PathFromUtf8(options.input), options.page, size, message);
     if (error != StampError::kNone) throw Failure{ExitCodeOf(error), message};
     return size;
 }
@@ -119,13 +121,11 @@ void Place(const Options& options, const PdfPageSize& page, StampRequest& reques
 
 // Minutes east of Greenwich at that moment.
 int UtcOffset(std::time_t now) {
-    std::tm local = platform::LocalTime(now);
-    const std::tm* greenwich = std::gmtime(&now);
-    if (!greenwich) return 0;
-    int days = local.tm_yday - greenwich->tm_yday;
-    if (local.tm_year != greenwich->tm_year) days = local.tm_year > greenwich->tm_year ? 1 : -1;
-    return days * 1440 + (local.tm_hour - greenwich->tm_hour) * 60 + local.tm_min -
-           greenwich->tm_min;
+    const std::tm local = platform::LocalTime(now);
+    const std::tm utc = platform::UtcTime(now);
+    int days = local.tm_yday - utc.tm_yday;
+    if (local.tm_year != utc.tm_year) days = local.tm_year > utc.tm_year ? 1 : -1;
+    return days * 1440 + (local.tm_hour - utc.tm_hour) * 60 + local.tm_min - utc.tm_min;
 }
 
 // The text of a seal signature's property: what was stamped, and where.
@@ -138,8 +138,8 @@ std::string Property(const StampRequest& request) {
 StampRequest MakeRequest(const Options& options, const PdfPageSize& page,
                          const SelectedSeal& selected) {
     StampRequest request;
-    request.inputPath = options.input;
-    request.outputPath = options.output;
+    request.inputPath = platform::PathFromUtf8(options.input);
+    request.outputPath = platform::PathFromUtf8(options.output);
     request.widthMm = selected.widthMm;
     request.heightMm = selected.heightMm;
     Place(options, page, request);
@@ -235,7 +235,7 @@ Report Stamp(const Options& options) {
     const PdfPageSize page = Measure(options);
     // From the first byte beside the output on an interrupt has to wait until that is removed.
     std::optional<InterruptGuard> guard;
-    CInputCopy copy(options.input, options.output);
+    CInputCopy copy(platform::PathFromUtf8(options.input), platform::PathFromUtf8(options.output));
     if (copy.IsLarge()) {
         guard.emplace();
         copy.Begin();

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <qpdf/QPDFExc.hh>
 #include <string_view>
 
 #include "pdf/PdfFailure.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -65,6 +67,11 @@ bool StandsXrefTable(std::string_view text) {
     return text.substr(static_cast<std::size_t>(first - text.begin())).starts_with("xref");
 }
 
+CPdfFailure CannotBeOpened(const std::string& path) {
+    return {StampError::kInputUnreadable,
+            "\"" + platform::Utf8FromPath(path) + "\" can't be opened."};
+}
+
 [[noreturn]] void ThrowFor(const QPDFExc& error) {
     if (error.getErrorCode() == qpdf_e_password || error.getErrorCode() == qpdf_e_unsupported) {
         throw CPdfFailure(StampError::kEncrypted,
@@ -77,8 +84,10 @@ bool StandsXrefTable(std::string_view text) {
 
 CPdfBase::CPdfBase(const std::string& path) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
-        throw CPdfFailure(StampError::kInputUnreadable, "There is no file \"" + path + "\".");
+    const std::string text = platform::Utf8FromPath(path);
+    const std::filesystem::path file(std::u8string(text.begin(), text.end()));
+    if (!std::filesystem::is_regular_file(file, error)) {
+        throw CPdfFailure(StampError::kInputUnreadable, "There is no file \"" + text + "\".");
     }
     ReadEnds(path);
     Process(path);
@@ -86,9 +95,7 @@ CPdfBase::CPdfBase(const std::string& path) {
 
 void CPdfBase::ReadEnds(const std::string& path) {
     std::ifstream file(path, std::ios::binary | std::ios::ate);
-    if (!file) {
-        throw CPdfFailure(StampError::kInputUnreadable, "\"" + path + "\" can't be opened.");
-    }
+    if (!file) throw CannotBeOpened(path);
     m_fileSize = static_cast<std::uint64_t>(file.tellg());
     if (m_fileSize == 0) throw CPdfFailure(StampError::kNotPdf, "The input is empty.");
     m_headerOffset = FindHeader(ReadPart(file, 0, kHeaderSearch + kHeaderLength));
@@ -105,8 +112,11 @@ void CPdfBase::ReadEnds(const std::string& path) {
 void CPdfBase::Process(const std::string& path) {
     m_pdf.setSuppressWarnings(true);
     m_pdf.setAttemptRecovery(false);
+    // Opened here: by itself qpdf takes paths in UTF-8 on Windows.
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr) throw CannotBeOpened(path);
     try {
-        m_pdf.processFile(path.c_str());
+        m_pdf.processFile(path.c_str(), file, true);
     } catch (const QPDFExc& error) {
         ThrowFor(error);
     } catch (const std::exception& error) {

@@ -6,6 +6,7 @@
 
 #include "pdf/PdfFailure.h"
 #include "pdf/SealAppearance.h"
+#include "platform/Clock.h"
 
 namespace {
 
@@ -120,9 +121,7 @@ void AppendText(std::string& entries, const char* key, const std::string& utf8) 
 
 // "D:20261121092127+08'00'", ISO 32000-2, 7.9.4.
 std::string PdfDate(std::int64_t seconds, int offsetMinutes) {
-    const std::time_t local = seconds + std::int64_t{offsetMinutes} * 60;
-    std::tm parts = {};
-    gmtime_r(&local, &parts);
+    const std::tm parts = platform::UtcTime(seconds + std::int64_t{offsetMinutes} * 60);
     char text[80];
     const int offset = offsetMinutes < 0 ? -offsetMinutes : offsetMinutes;
     std::snprintf(text, sizeof text, "(D:%04d%02d%02d%02d%02d%02d%c%02d'%02d')",

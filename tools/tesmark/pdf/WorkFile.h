@@ -6,7 +6,8 @@
 #include <string>
 #include <string_view>
 
-// Operations give false with a sentence in Problem() when the system refuses. Never larger in
+// Paths are the file system's bytes; operations give false with a sentence in Problem(), UTF-8,
+// when the system refuses. Never larger in
 // memory than a few pages, but for ReadAll.
 class CWorkFile {
 public:
@@ -32,24 +33,32 @@ public:
     bool ReadAll(std::string& bytes);
     // From any thread: has the system begin to bring to the disk what was written so far, so that
     // there is little to wait for at the end. Until that is done, whoever else waits for the same
-    // disk waits longer. Never fails.
+    // disk waits longer. Never fails; does nothing where the system can't be asked for it.
     void BeginWriting();
-    // Waits until everything is on the disk and gives the file the output's name, in one step.
+    // Waits until everything is on the disk and gives the file the output's name, in one step. It
+    // has the rights of an output that it replaces.
     bool BecomeOutput();
 
     const std::string& Path() const { return m_path; }
     const std::string& Problem() const { return m_problem; }
 
 private:
+    // A descriptor, or on Windows a handle.
+    using File = std::intptr_t;
+    static constexpr File kNoFile = -1;
+
+    // With the system's reason, or with another one.
     bool Fail(const char* what);
+    bool Fail(const char* what, const std::string& why);
     bool CheckOutput();
-    bool CopyBytes(int input, std::uint64_t size);
+    bool CopyBytes(File input, std::uint64_t size);
+    void Close();
 
     std::string m_output;
     std::string m_path;
     std::string m_problem;
-    int m_file = -1;
-    int m_mode = -1;  // of the output that is replaced
+    File m_file = kNoFile;
+    int m_mode = -1;  // of the output that is replaced, where rights are bits
     std::uint64_t m_size = 0;
     std::atomic<bool> m_stopped = false;
 };

@@ -14,6 +14,8 @@
 #include <random>
 #include <vector>
 
+#include "platform/Files.h"
+
 namespace {
 
 constexpr std::size_t kPiece = 64 * 1024;
@@ -35,6 +37,8 @@ public:
 private:
     int m_descriptor;
 };
+
+int Native(std::intptr_t file) { return static_cast<int>(file); }
 
 std::string Resolved(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
@@ -73,12 +77,19 @@ bool ReadWholePiece(int file, char* bytes, std::size_t size, std::uint64_t offse
 CWorkFile::CWorkFile(std::string outputPath) : m_output(Resolved(outputPath)) {}
 
 CWorkFile::~CWorkFile() {
-    if (m_file >= 0) close(m_file);
+    Close();
     if (!m_path.empty()) unlink(m_path.c_str());
 }
 
-bool CWorkFile::Fail(const char* what) {
-    m_problem = "\"" + m_output + "\" " + what + ": " + std::strerror(errno) + ".";
+void CWorkFile::Close() {
+    if (m_file != kNoFile) close(Native(m_file));
+    m_file = kNoFile;
+}
+
+bool CWorkFile::Fail(const char* what) { return Fail(what, std::strerror(errno)); }
+
+bool CWorkFile::Fail(const char* what, const std::string& why) {
+    m_problem = "\"" + platform::Utf8FromPath(m_output) + "\" " + what + ": " + why + ".";
     return false;
 }
 
@@ -97,7 +108,7 @@ bool CWorkFile::Create() {
     for (int i = 0; i < kAttempts; ++i) {
         const std::string path = m_output + RandomSuffix();
         m_file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (m_file >= 0) {
+        if (m_file != kNoFile) {
             m_path = path;
             return true;
         }
@@ -112,18 +123,18 @@ bool CWorkFile::CopyFrom(const std::string& inputPath, std::uint64_t size) {
     if (input.Get() < 0 || fstat(input.Get(), &status) != 0) return Fail("can't get the input");
     errno = EBUSY;
     if (static_cast<std::uint64_t>(status.st_size) != size) return Fail("can't get the input");
-    const bool shared = !m_stopped && ioctl(m_file, FICLONE, input.Get()) == 0;
+    const bool shared = !m_stopped && ioctl(Native(m_file), FICLONE, input.Get()) == 0;
     if (!shared && !CopyBytes(input.Get(), size)) return Fail("can't be written");
     m_size = size;
     return true;
 }
 
-bool CWorkFile::CopyBytes(int input, std::uint64_t size) {
+bool CWorkFile::CopyBytes(File input, std::uint64_t size) {
     off_t from = 0;
     off_t to = 0;
     while (static_cast<std::uint64_t>(to) < size && !m_stopped) {
         const auto slice = std::min(size - static_cast<std::uint64_t>(to), kSlice);
-        const ssize_t copied = copy_file_range(input, &from, m_file, &to, slice, 0);
+        const ssize_t copied = copy_file_range(Native(input), &from, Native(m_file), &to, slice, 0);
         if (copied < 0 && errno == EINTR) continue;
         if (copied <= 0) break;
     }
@@ -132,7 +143,7 @@ bool CWorkFile::CopyBytes(int input, std::uint64_t size) {
     auto at = static_cast<std::uint64_t>(to);
     while (at < size && !m_stopped) {
         const std::size_t length = std::min<std::uint64_t>(size - at, kPiece);
-        if (!ReadWholePiece(input, piece.data(), length, at)) return false;
+        if (!ReadWholePiece(Native(input), piece.data(), length, at)) return false;
         if (!WriteAt(at, {piece.data(), length})) return false;
         at += length;
     }
@@ -143,7 +154,7 @@ bool CWorkFile::CopyBytes(int input, std::uint64_t size) {
 bool CWorkFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t wrote =
-            pwrite(m_file, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            pwrite(Native(m_file), bytes.data(), bytes.size(), static_cast<off_t>(offset));
         if (wrote < 0 && errno == EINTR) continue;
         if (wrote < 0) return Fail("can't be written");
         bytes.remove_prefix(static_cast<std::size_t>(wrote));
@@ -157,16 +168,17 @@ bool CWorkFile::Append(std::string_view bytes) { return WriteAt(m_size, bytes); 
 
 bool CWorkFile::ReadAll(std::string& bytes) {
     bytes.resize(m_size);
-    return ReadWholePiece(m_file, bytes.data(), bytes.size(), 0) || Fail("can't be read again");
+    return ReadWholePiece(Native(m_file), bytes.data(), bytes.size(), 0) ||
+           Fail("can't be read again");
 }
 
-void CWorkFile::BeginWriting() { sync_file_range(m_file, 0, 0, SYNC_FILE_RANGE_WRITE); }
+void CWorkFile::BeginWriting() { sync_file_range(Native(m_file), 0, 0, SYNC_FILE_RANGE_WRITE); }
 
 bool CWorkFile::BecomeOutput() {
-    if (m_mode >= 0 && fchmod(m_file, static_cast<mode_t>(m_mode)) != 0) {
+    if (m_mode >= 0 && fchmod(Native(m_file), static_cast<mode_t>(m_mode)) != 0) {
         return Fail("can't be written");
     }
-    if (fsync(m_file) != 0) return Fail("can't be written");
+    if (fsync(Native(m_file)) != 0) return Fail("can't be written");
     if (rename(m_path.c_str(), m_output.c_str()) != 0) return Fail("can't be replaced");
     m_path.clear();
     // The output is whole by now; what a folder can't do doesn't undo it.
