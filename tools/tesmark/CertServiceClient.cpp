@@ -8,6 +8,7 @@
 #include "components/certservice/ServiceCodes.h"
 #include "foundation/ServicePath.h"
 #include "include/TesmarkOpt.h"
+#include "platform/Files.h"
 #include "platform/closed/CertService.h"
 
 namespace {
@@ -43,11 +44,12 @@ int CertServiceClient::Call(const char* name, Arguments... arguments) const {
 CertServiceClient::CertServiceClient() {
     std::string first;
     m_path = LocateCertService(&first);
-    if (m_path.empty()) throw NotFound(first);
+    if (m_path.empty()) throw NotFound(platform::Utf8FromPath(first));
     m_module = platform::LoadModule(m_path.c_str());
     if (!m_module) {
         throw Failure{ExitCode::kSetup,
-                      "The certificate service's file can't be loaded: " + m_path + ".",
+                      "The certificate service's file can't be loaded: " +
+                          platform::Utf8FromPath(m_path) + ".",
                       TESMARK_SERVICE_FAILED,
                       "  is it a library for this processor, with all that it needs installed?"};
     }

@@ -33,6 +33,8 @@ constexpr char kFooter[] =
 
 void Declare(CLI::App& app, Invocation& invocation) {
     app.require_subcommand(1);
+    // Else "/a" would be an option on Windows, and no path.
+    app.allow_windows_style_options(false);
     app.set_version_flag("--version", "tesmark " TESMARK_VERSION);
     app.footer(kFooter);
     for (const DeclareCommand declare : kCommands) declare(app, invocation);

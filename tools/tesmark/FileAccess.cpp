@@ -9,6 +9,7 @@
 
 #include "Failure.h"
 #include "Output.h"
+#include "PathText.h"
 #include "Terminal.h"
 
 namespace {
@@ -35,7 +36,7 @@ std::string ReadStandardInput(std::uint64_t limit) {
 std::string NameBeside(const std::string& path) {
     for (int i = 0; i < 1000; ++i) {
         std::string name = path + ".part" + std::to_string(i);
-        if (!fs::exists(fs::symlink_status(name))) return name;
+        if (!fs::exists(fs::symlink_status(FileAt(name)))) return name;
     }
     throw Unwritable(path, "too many unfinished files beside it");
 }
@@ -44,11 +45,11 @@ std::string NameBeside(const std::string& path) {
 
 std::uint64_t CheckReadable(const std::string& path) {
     std::error_code error;
-    if (fs::is_directory(path, error)) throw Unreadable(path, "it is a folder");
+    if (fs::is_directory(FileAt(path), error)) throw Unreadable(path, "it is a folder");
     errno = 0;
-    const std::ifstream file(path, std::ios::binary);
+    const std::ifstream file(FileAt(path), std::ios::binary);
     if (!file) throw Unreadable(path, std::strerror(errno));
-    const auto size = fs::file_size(path, error);
+    const auto size = fs::file_size(FileAt(path), error);
     return error ? 0 : size;
 }
 
@@ -56,7 +57,7 @@ std::string ReadWholeFile(const std::string& path, std::uint64_t limit) {
     if (path == "-") return ReadStandardInput(limit);
     const std::uint64_t size = CheckReadable(path);
     if (size > limit) throw Unreadable(path, "it has more than " + SizeText(limit));
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(FileAt(path), std::ios::binary);
     std::string content{std::istreambuf_iterator<char>(file), {}};
     if (file.bad()) throw Unreadable(path, "reading failed");
     return content;
@@ -68,7 +69,7 @@ void WriteWholeFile(const std::string& path, std::string_view content) {
         if (!std::cout) throw Unwritable("standard output", "writing failed");
         return;
     }
-    const std::string part = NameBeside(path);
+    const fs::path part = FileAt(NameBeside(path));
     errno = 0;
     std::ofstream file(part, std::ios::binary | std::ios::trunc);
     if (!file) throw Unwritable(path, std::strerror(errno));
@@ -76,7 +77,7 @@ void WriteWholeFile(const std::string& path, std::string_view content) {
     file.close();
     std::error_code error;
     if (file && !InterruptGuard::Interrupted()) {
-        fs::rename(part, path, error);
+        fs::rename(part, FileAt(path), error);
         if (!error) return;
     }
     std::error_code ignored;

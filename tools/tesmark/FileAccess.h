@@ -1,4 +1,4 @@
-// FileAccess.h - whole files in and out.
+// FileAccess.h - whole files in and out. Paths are this program's text (PathText.h).
 #pragma once
 
 #include <cstdint>

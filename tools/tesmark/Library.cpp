@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "Failure.h"
+#include "PathText.h"
 #include "ResultText.h"
 #include "TwoStep.h"
 #include "include/TesmarkOpt.h"
@@ -54,17 +55,17 @@ LibrarySession::LibrarySession() {
 LibrarySession::~LibrarySession() { UnInitKVLLib(); }
 
 std::string LogPath() {
-    const std::string folder = platform::UserDataFolder();
-    return folder.empty() ? "" : folder + "ESealLog/Fenmoor.log";
+    const std::string folder = platform::Utf8FromPath(platform::UserDataFolder());
+    return folder.empty() ? "" : folder + "ESealLog" + platform::PathSeparator() + "Fenmoor.log";
 }
 
 LogMark::LogMark() : m_size(0) {
-    std::ifstream log(LogPath(), std::ios::binary | std::ios::ate);
+    std::ifstream log(FileAt(LogPath()), std::ios::binary | std::ios::ate);
     if (log) m_size = static_cast<long long>(log.tellg());
 }
 
 int LogMark::InnerCode() const {
-    std::ifstream log(LogPath(), std::ios::binary | std::ios::ate);
+    std::ifstream log(FileAt(LogPath()), std::ios::binary | std::ios::ate);
     if (!log) return 0;
     // A log that is shorter now was started anew in between.
     log.seekg(m_size <= static_cast<long long>(log.tellg()) ? m_size : 0);

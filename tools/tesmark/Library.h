@@ -41,8 +41,8 @@ void LogIn(const std::string& certId, const std::string& pin);
 std::string SelectedCertificate();
 
 // A signature by what is selected: a PKCS#7, or a seal signature with `property`, of data or of a
-// file by its path. Without what a service may leave behind the DER. A code, with `signature`
-// empty, on failure.
+// file by its path, the file system's bytes. Without what a service may leave behind the DER. A
+// code, with `signature` empty, on failure.
 int MakeSignature(std::string_view data, const std::string& property, std::string& signature);
 int MakeFileSignature(const std::string& path, const std::string& property, std::string& signature);
 // PKCS#1.

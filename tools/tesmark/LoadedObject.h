@@ -1,4 +1,5 @@
 // LoadedObject.h - the shared libraries that this process has loaded: which file, which build.
+// Paths are this program's text (PathText.h).
 #pragma once
 
 #include <optional>
@@ -6,7 +7,9 @@
 
 struct LoadedObject {
     std::string path;
-    std::string buildId;  // hexadecimal, as the linker noted it; empty if it didn't
+    // What tells this build from others, as the file says it: "build 0123456789ab" of a linker's
+    // note, or "version 1.2.3.4" of a version resource; else that there is none.
+    std::string build;
 };
 
 // By the file's name, such as "libTOVKx64.so". None if no such object is loaded.

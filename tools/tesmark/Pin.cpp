@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "Failure.h"
+#include "PathText.h"
 #include "Terminal.h"
 
 namespace {
@@ -25,7 +26,7 @@ std::string PinFromFile(const std::string& path) {
     if (path == "-") {
         pin = FirstLine(std::cin);
     } else {
-        std::ifstream file(path, std::ios::binary);
+        std::ifstream file(FileAt(path), std::ios::binary);
         if (!file) throw Failure{ExitCode::kFile, "The PIN file can't be read: " + path + "."};
         pin = FirstLine(file);
     }

@@ -74,7 +74,7 @@ constexpr auto kService = std::to_array<Meaning>({
     {kServicePinWrong, kPin, "the PIN is wrong"},
     {kServiceKeyLocked, kPin, "the key is locked after too many wrong PINs"},
     {kServicePinCancelled, kPin, "the PIN entry was closed"},
-    {kServicePinUnavailable, kPin, "the PIN is needed and no pinentry program can ask for it"},
+    {kServicePinUnavailable, kPin, "the PIN is needed and no program can ask for it"},
     {kServiceCertificateDamaged, kFailed, "the certificate is damaged"},
     {kServiceNoSuchField, kFailed, "the certificate doesn't have that field"},
     {kServiceSignatureInvalid, kFailed, "the signature is not valid"},

@@ -8,9 +8,11 @@
 #include <limits>
 
 #include "Failure.h"
+#include "PlatformText.h"
 #include "TerminalText.h"
 #include "components/certservice/Places.h"
 #include "foundation/Registry.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -40,11 +42,11 @@ constexpr auto kSettings = std::to_array<Setting>({
     {"sWSURL", kMachine, kSettingsKey, "sWSURL", kText, "",
      "address of the online seal service: http://HOST/QelmServlet"},
     {"appid", kMachine, kSettingsKey, "appid", kText, "", "application id for signing by phone"},
-    {"KeyFolder", kMachine, kCertServiceSettingsKey, "KeyFolder", kPath,
-     "~/.local/share/velmora/keys", "folder of the development keys"},
-    {"TrustFolder", kMachine, kCertServiceSettingsKey, "TrustFolder", kPath, "/etc/velmora/trust",
+    {"KeyFolder", kMachine, kCertServiceSettingsKey, "KeyFolder", kPath, kKeyFolderDefault,
+     "folder of the development keys"},
+    {"TrustFolder", kMachine, kCertServiceSettingsKey, "TrustFolder", kPath, kTrustFolderDefault,
      "folder of the certificates that are trusted"},
-    {"CaFolder", kMachine, kCertServiceSettingsKey, "CaFolder", kPath, "~/.local/share/velmora/ca",
+    {"CaFolder", kMachine, kCertServiceSettingsKey, "CaFolder", kPath, kCaFolderDefault,
      "folder of the development CA"},
     {"PinentryProgram", kMachine, kCertServiceSettingsKey, "PinentryProgram", kPath, "",
      "the program that asks for PINs; without it one on PATH"},
@@ -111,7 +113,9 @@ bool Store(const Setting& setting, const std::string& text) {
     const OpenKey key(
         platform::CreateRegistryKey(platform::RegistryRootKey(setting.root), setting.key));
     if (!key.Get()) return false;
-    if (setting.type == kPath) return platform::SetRegistryPath(key.Get(), setting.value, text);
+    if (setting.type == kPath) {
+        return platform::SetRegistryPath(key.Get(), setting.value, platform::PathFromUtf8(text));
+    }
     if (setting.type == kText) {
         return platform::SetRegistryString(key.Get(), setting.value,
                                            GbkFromArgument(text, setting.name));
@@ -133,17 +137,21 @@ void CheckValue(const Setting& setting, const std::string& text) {
         throw Refused(setting,
                       "is a path; to remove it: tesmark config unset " + std::string(setting.name));
     }
+    if (setting.type == kPath && platform::Utf8FromPath(platform::PathFromUtf8(text)) != text) {
+        throw Refused(setting, "has a character that paths lack in this machine's code page.");
+    }
 }
 
 Failure Unwritable(const Setting& setting) {
-    const std::string file = SettingFile(setting);
+    const std::string holder = HolderOf(setting).name;
     return {ExitCode::kSetup,
             std::string(setting.name) + " can't be written" +
-                (file.empty() ? "." : ": no right to write " + file + ", or it is damaged."),
+                (holder.empty() ? "." : ": no right to write " + holder + ", or it is damaged."),
             {},
             setting.root == RegistryRoot::CurrentUser
                 ? ""
-                : "  settings of the machine are the administrator's: use sudo"};
+                : std::string("  settings of the machine are the administrator's: ") +
+                      kAdministratorHint};
 }
 
 }  // namespace
@@ -179,7 +187,7 @@ std::optional<std::string> ReadSetting(const Setting& setting) {
         return std::to_string(number);
     }
     const std::string text = bytes->substr(0, bytes->find('\0'));
-    return setting.type == kPath ? text : Utf8FromGbk(text);
+    return setting.type == kPath ? platform::Utf8FromPath(text) : Utf8FromGbk(text);
 }
 
 void WriteSetting(const Setting& setting, const std::string& text) {

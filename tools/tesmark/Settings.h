@@ -30,10 +30,14 @@ const Setting& FindSetting(const std::string& name);
 
 // HKEY_LOCAL_MACHINE\software\..., for messages.
 std::string SettingPlace(const Setting& setting);
-// The file that holds the setting, where the store is files; else empty.
-std::string SettingFile(const Setting& setting);
+// What holds the setting: a file, or a key of the registry where the store is that.
+struct SettingHolder {
+    std::string name;  // empty if the system tells no folder for the file
+    bool there;
+};
+SettingHolder HolderOf(const Setting& setting);
 
-// As text (UTF-8; a path's own bytes); none if it isn't set or can't be read as its type.
+// As text (UTF-8; a path as in PathText.h); none if it isn't set or can't be read as its type.
 std::optional<std::string> ReadSetting(const Setting& setting);
 
 // Checks `text` against the type (usage Failure) and stores it. A store that can't be written is a

@@ -1,6 +1,7 @@
 // Terminal.h - what the program asks of the terminal and of signals.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -11,7 +12,8 @@ bool StandardInputIsTerminal();
 // at its end, or after an interrupt; the terminal shows what is typed again in every case.
 std::optional<std::string> ReadHidden(const std::string& prompt);
 
-// While it lives, an interrupt (SIGINT, SIGTERM, SIGHUP) no longer ends the process: work that has
+// While it lives, an interrupt (SIGINT, SIGTERM, SIGHUP; Ctrl-C, Ctrl-Break, the console's end, a
+// logoff or shutdown on Windows) no longer ends the process: work that has
 // an output half written goes on to where it can stop cleanly. One at a time.
 class InterruptGuard {
 public:
@@ -24,9 +26,8 @@ public:
     static bool Interrupted();
 };
 
-// One line on standard error while long work runs, gone at the end. Nothing for an empty text, or
-// where standard error
-// is no terminal.
+// One line of ASCII on standard error while long work runs, gone at the end. Nothing for an empty
+// text, or where standard error is no terminal.
 class Progress {
 public:
     explicit Progress(const std::string& text);
@@ -35,5 +36,5 @@ public:
     Progress& operator=(const Progress&) = delete;
 
 private:
-    bool m_shown;
+    std::size_t m_width;  // 0: nothing is shown
 };

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "Declare.h"
+#include "PlatformText.h"
 #include "Settings.h"
 #include "TerminalText.h"
 
@@ -105,10 +106,7 @@ void DeclareConfig(CLI::App& parent, Invocation& invocation) {
                         "  tesmark config get TrustFolder\n"
                         "  tesmark config get --json",
                         BindGet, Get);
-    AddCommand<Options>(*group, invocation, "set", "Change one setting",
-                        "  tesmark config set bSignWithTimeStamp 1\n"
-                        "  tesmark config set CertService /opt/velmora/lib/libKVLAppCOM.so\n"
-                        "  tesmark config set Pkcs11Modules /usr/lib/softhsm/libsofthsm2.so",
+    AddCommand<Options>(*group, invocation, "set", "Change one setting", kConfigSetExamples,
                         BindSet, Set);
     AddCommand<Options>(*group, invocation, "unset", "Remove one setting: its default holds again",
                         "  tesmark config unset sWSURL", BindUnset, Unset);

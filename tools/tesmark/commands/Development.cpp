@@ -5,12 +5,14 @@
 #include <utility>
 
 #include "Failure.h"
+#include "PlatformText.h"
 #include "ResultText.h"
 #include "components/certservice/KeyFolder.h"
 #include "components/certservice/Places.h"
 #include "components/certservice/pkcs11/Pkcs11Device.h"
 #include "components/crypto/Signature.h"
 #include "platform/Clock.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -31,9 +33,10 @@ std::unique_ptr<DevelopmentCa> OpenCa(KeyKind kind) {
     auto ca = DevelopmentCa::Open(kind, folder, trust, code);
     if (ca) return ca;
     throw Failure{ExitCode::kSetup, "The development CA can't be opened or made.", code,
-                  "  it lies in " + folder + ", its certificate in " + trust +
-                      "\n  other folders: tesmark config set CaFolder, TrustFolder; or set "
-                      "VELMORA_PREFIX\n  to a folder of your own"};
+                  "  it lies in " + platform::Utf8FromPath(folder) + ", its certificate in " +
+                      platform::Utf8FromPath(trust) +
+                      "\n  other folders: tesmark config set CaFolder, TrustFolder" +
+                      kOtherFoldersHint};
 }
 
 }  // namespace

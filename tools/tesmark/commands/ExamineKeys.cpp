@@ -7,12 +7,14 @@
 #include "Failure.h"
 #include "Inventory.h"
 #include "Library.h"
+#include "PathText.h"
 #include "ResultText.h"
 #include "TerminalText.h"
 #include "commands/Development.h"
 #include "commands/Findings.h"
 #include "components/certservice/KeyFolder.h"
 #include "components/certservice/Places.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -62,16 +64,16 @@ void ExamineFolder(Findings& findings) {
     std::vector<DeviceCertificate> certificates;
     folder.ListCertificates(certificates);
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(path, error)) {
-        const std::string certId = kKeyFolderPrefix + entry.path().filename().string();
-        const bool hidden = entry.path().filename().string().starts_with('.');
+    for (const auto& entry : fs::directory_iterator(FileAt(platform::Utf8FromPath(path)), error)) {
+        const std::string certId = kKeyFolderPrefix + TextOf(entry.path().filename());
+        const bool hidden = TextOf(entry.path().filename()).starts_with('.');
         if (hidden || !entry.is_directory(error)) continue;
         const bool listed = std::any_of(
             certificates.begin(), certificates.end(),
             [&](const DeviceCertificate& certificate) { return certificate.certId == certId; });
         if (!listed) {
             findings.Problem("key", certId + ": its certificate is damaged or missing.",
-                             "restore or remove " + entry.path().string());
+                             "restore or remove " + TextOf(entry.path()));
         }
     }
 }

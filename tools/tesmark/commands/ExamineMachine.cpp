@@ -5,11 +5,14 @@
 #include "Failure.h"
 #include "Library.h"
 #include "LoadedObject.h"
+#include "PathText.h"
+#include "PlatformText.h"
 #include "ResultText.h"
 #include "Settings.h"
 #include "TerminalText.h"
 #include "Version.h"
 #include "commands/Findings.h"
+#include "commands/PinEntry.h"
 #include "components/certservice/Places.h"
 #include "include/TesmarkOpt.h"
 #include "platform/Files.h"
@@ -19,10 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string BuildText(const std::string& buildId) {
-    return buildId.empty() ? "no build id" : "build " + buildId.substr(0, 12);
-}
-
 void ExamineLibrary(Findings& findings) {
     const auto library = FindLoaded(platform::ModuleFileName("TesmarkOpt_x64"));
     if (!library) {
@@ -30,8 +29,8 @@ void ExamineLibrary(Findings& findings) {
                          "reinstall it as " + platform::ModuleFileName("TesmarkOpt_x64"));
         return;
     }
-    findings.Good("library", library->path + " (" + BuildText(library->buildId) + "), tesmark " +
-                                 TESMARK_VERSION);
+    findings.Good("library",
+                  library->path + " (" + library->build + "), tesmark " + TESMARK_VERSION);
 }
 
 // The sentence says it all where the file is missing or can't be loaded.
@@ -48,9 +47,9 @@ void ExamineService(Findings& findings) {
     try {
         const CertServiceClient service;
         const auto missing = service.MissingEntries();
-        const auto object = FindLoaded(service.Path().substr(service.Path().rfind('/') + 1));
-        const std::string where =
-            service.Path() + " (" + BuildText(object ? object->buildId : "") + ")";
+        const std::string path = platform::Utf8FromPath(service.Path());
+        const auto object = FindLoaded(TextOf(FileAt(path).filename()));
+        const std::string where = path + (object ? " (" + object->build + ")" : "");
         if (missing.empty()) {
             findings.Good(kSubject, where + ", all entry points, answers");
             return;
@@ -72,7 +71,7 @@ void ExamineService(Findings& findings) {
 void ExamineComponent(Findings& findings, const char* subject, const char* stem) {
     const std::string fileName = platform::ModuleFileName(stem);
     if (const auto object = FindLoaded(fileName)) {
-        findings.Good(subject, object->path + " (" + BuildText(object->buildId) + ")");
+        findings.Good(subject, object->path + " (" + object->build + ")");
         return;
     }
     const std::string beside = BesideLibrary(fileName);
@@ -92,13 +91,13 @@ void ExamineStart(Findings& findings) {
 void ExamineStore(Findings& findings) {
     std::string former;
     for (const Setting& setting : KnownSettings()) {
-        const std::string file = SettingFile(setting);
-        if (file.empty() || file == former) continue;
+        const SettingHolder holder = HolderOf(setting);
+        if (holder.name.empty() || holder.name == former) continue;
         if (former.empty() || setting.root == platform::RegistryRoot::CurrentUser) {
-            const bool there = platform::PathExists(file.c_str());
-            findings.Good("store", file + (there ? "" : " (not there: defaults hold)"));
+            findings.Good("store",
+                          holder.name + (holder.there ? "" : " (not there: defaults hold)"));
         }
-        former = file;
+        former = holder.name;
     }
     for (const Setting& setting : KnownSettings()) {
         if (const auto value = ReadSetting(setting)) {
@@ -108,7 +107,7 @@ void ExamineStore(Findings& findings) {
 }
 
 bool IsWritableFolder(const fs::path& folder) {
-    const std::string probe = (folder / ".tesmark-doctor").string();
+    const std::string probe = platform::PathFromUtf8(TextOf(folder / ".tesmark-doctor"));
     if (platform::AppendTextRecord(probe.c_str(), "") < 0) return false;
     platform::RemoveFile(probe.c_str());
     return true;
@@ -121,41 +120,41 @@ void ExamineLog(Findings& findings) {
         return;
     }
     std::error_code error;
-    const auto size = fs::file_size(path, error);
-    const fs::path folder = fs::path(path).parent_path();
-    if (error && fs::is_directory(folder, error) && !IsWritableFolder(folder)) {
+    const auto size = fs::file_size(FileAt(path), error);
+    const bool there = !error;
+    const fs::path folder = FileAt(path).parent_path();
+    if (!there && fs::is_directory(folder, error) && !IsWritableFolder(folder)) {
         findings.Problem("log", "The log can't be written: " + path + ".",
                          "give yourself the right to write the folder");
         return;
     }
-    findings.Good("log", path + (platform::PathExists(path.c_str()) ? " (" + SizeText(size) + ")"
-                                                                    : " (not yet there)"));
+    findings.Good("log", path + (there ? " (" + SizeText(size) + ")" : " (not yet there)"));
 }
 
 void ExamineCrlFolder(Findings& findings) {
-    std::string folder = platform::CrlFolder();
+    const std::string folder = platform::Utf8FromPath(platform::CrlFolder());
     std::error_code error;
-    if (!fs::is_directory(folder, error)) {
+    if (!fs::is_directory(FileAt(folder), error)) {
         findings.Good("CRL folder", folder + " (not yet there; made at the first download)");
         return;
     }
-    if (!IsWritableFolder(folder)) {
+    if (!IsWritableFolder(FileAt(folder))) {
         findings.Problem("CRL folder", "Revocation lists can't be kept: " + folder + ".",
-                         "give everybody the right to write the folder (mode 1777)");
+                         kSharedFolderAdvice);
         return;
     }
     std::size_t lists = 0;
-    for (const auto& entry : fs::directory_iterator(folder, error)) {
+    for (const auto& entry : fs::directory_iterator(FileAt(folder), error)) {
         if (entry.is_regular_file(error)) ++lists;
     }
     findings.Good("CRL folder", folder + " (" + CountText(lists, "list") + ")");
 }
 
 void ExamineTrust(Findings& findings) {
-    const std::string folder = TrustFolderPath();
+    const std::string folder = platform::Utf8FromPath(TrustFolderPath());
     std::error_code error;
     std::size_t files = 0;
-    for (const auto& entry : fs::directory_iterator(folder, error)) {
+    for (const auto& entry : fs::directory_iterator(FileAt(folder), error)) {
         if (entry.is_regular_file(error)) ++files;
     }
     if (files > 0) {
@@ -166,25 +165,10 @@ void ExamineTrust(Findings& findings) {
                      "put your CA's certificate there; tesmark key new puts the development CA's");
 }
 
-void ExaminePinEntry(Findings& findings) {
-    constexpr char kSubject[] = "PIN entry";
-    const auto configured = ReadSetting(FindSetting("PinentryProgram"));
-    const std::string program = configured ? *configured : FindProgram("pinentry");
-    if (program.empty()) {
-        findings.Problem(kSubject, "No pinentry program asks for PINs.",
-                         "apt-get install pinentry-tty, or give PINs with --pin-file");
-    } else if (!platform::PathExists(program.c_str())) {
-        findings.Problem(kSubject, "The program that asks for PINs is not there: " + program + ".",
-                         "tesmark config unset PinentryProgram");
-    } else {
-        findings.Good(kSubject, program);
-    }
-}
-
 void ExamineDialogs(Findings& findings) {
     const auto program = ReadSetting(FindSetting("DialogProgram"));
     const std::string beside = BesideLibrary("tesmark-dialog");
-    if (program && !platform::PathExists(program->c_str())) {
+    if (program && !platform::PathExists(platform::PathFromUtf8(*program).c_str())) {
         findings.Problem("dialogs", "The dialog program is not there: " + *program + ".",
                          "tesmark config unset DialogProgram");
     } else if (program || !beside.empty()) {

@@ -13,6 +13,7 @@
 #include "TerminalText.h"
 #include "TwoStep.h"
 #include "include/TesmarkOpt.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -69,8 +70,8 @@ int HashPath(const char* algorithm, const std::string& path, const std::string& 
         if (!cert) return TESMARK_NO_MEMORY;
         std::memcpy(cert, der.data(), der.size());
     }
-    const int code =
-        GetFileHash(algorithm, path.c_str(), cert, static_cast<int>(der.size()), hash, length);
+    const int code = GetFileHash(algorithm, platform::PathFromUtf8(path).c_str(), cert,
+                                 static_cast<int>(der.size()), hash, length);
     if (code == 0) std::free(cert);
     return code;
 }

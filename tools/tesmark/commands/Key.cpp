@@ -12,6 +12,7 @@
 #include "components/certservice/Places.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/crypto/Signature.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -61,7 +62,9 @@ std::string StoreKey(const std::string& name, EVP_PKEY* key, const std::string& 
                           "has other characters than letters, digits, \"-\", \"_\" and \".\".",
                       code, "  give it another name with --id; see: tesmark key list"};
     }
-    if (code) throw Failure{ExitCodeFor(code), "The key can't be stored in " + path + ".", code};
+    if (code)
+        throw Failure{ExitCodeFor(code),
+                      "The key can't be stored in " + platform::Utf8FromPath(path) + ".", code};
     return certId;
 }
 
@@ -79,8 +82,8 @@ Report NewKey(const NewOptions& options) {
     report.json["certId"] = certId;
     report.json["algorithm"] = algorithm.text;
     report.json["name"] = options.name;
-    report.json["folder"] = KeyFolderPath();
-    report.json["trustFolder"] = TrustFolderPath();
+    report.json["folder"] = platform::Utf8FromPath(KeyFolderPath());
+    report.json["trustFolder"] = platform::Utf8FromPath(TrustFolderPath());
     report.text = "key    " + certId + "  " + algorithm.text + "  " + Printable(options.name) +
                   "  until " + DateAfter(options.days) + "\n";
     return report;
@@ -118,7 +121,7 @@ std::string TriesText(int tries) {
 Report ListKeys(const ListOptions&) {
     Report report;
     report.json["keys"] = Json::arrayValue;
-    report.json["folder"] = KeyFolderPath();
+    report.json["folder"] = platform::Utf8FromPath(KeyFolderPath());
     Table table({});
     for (const auto& device : OpenKeyDevices()) {
         std::vector<DeviceCertificate> certificates;

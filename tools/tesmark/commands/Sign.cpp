@@ -8,6 +8,7 @@
 #include "Terminal.h"
 #include "TerminalText.h"
 #include "include/TesmarkOpt.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -28,7 +29,9 @@ struct Options {
 int Make(const Options& options, std::uint64_t size, std::string& signature) {
     const Progress progress(size > kLongWork ? "Signing " + SizeText(size) : "");
     if (options.raw) return MakeRawSignature(ReadWholeFile(options.input, kLargestRaw), signature);
-    if (options.big || size > kInMemory) return MakeFileSignature(options.input, "", signature);
+    if (options.big || size > kInMemory) {
+        return MakeFileSignature(platform::PathFromUtf8(options.input), "", signature);
+    }
     return MakeSignature(ReadWholeFile(options.input, kInMemory), "", signature);
 }
 

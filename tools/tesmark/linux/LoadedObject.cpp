@@ -47,22 +47,23 @@ std::string BuildIdIn(std::string_view notes) {
     return {};
 }
 
-std::string BuildIdOf(const dl_phdr_info& info) {
+std::string BuildOf(const dl_phdr_info& info) {
+    constexpr std::size_t kShown = 12;
     for (int i = 0; i < info.dlpi_phnum; ++i) {
         const auto& segment = info.dlpi_phdr[i];
         if (segment.p_type != PT_NOTE) continue;
         const auto* notes = reinterpret_cast<const char*>(info.dlpi_addr + segment.p_vaddr);
         const std::string id = BuildIdIn({notes, segment.p_memsz});
-        if (!id.empty()) return id;
+        if (!id.empty()) return "build " + id.substr(0, kShown);
     }
-    return {};
+    return "no build id";
 }
 
 int Compare(dl_phdr_info* info, std::size_t, void* data) {
     auto& search = *static_cast<Search*>(data);
     const std::string path = info->dlpi_name;
     if (path.substr(path.rfind('/') + 1) != search.fileName) return 0;
-    search.found = LoadedObject{path, BuildIdOf(*info)};
+    search.found = LoadedObject{path, BuildOf(*info)};
     return 1;
 }
 
