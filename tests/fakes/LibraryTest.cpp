@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "fakes/LogHome.h"
+#include "platform/Module.h"
 
 namespace {
 
@@ -17,6 +18,12 @@ constexpr char kBeforeElapsed[] = "Time consume ";
 std::string ReadLog() {
     std::ifstream file(fakes::LogPath(), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A text file's lines end with a carriage return more on some platforms.
+std::string WithoutLineEnd(std::string line) {
+    if (line.ends_with('\r')) line.pop_back();
+    return line;
 }
 
 // The level follows the time: "[Sat Nov 14 19:56:26 2026] [trace ] ...".
@@ -56,7 +63,7 @@ std::string ServicePath(Service service) {
         case Service::WithoutLastLogin: folder += "/no-lastlogin"; break;
         case Service::NoLibrary: folder += "/no-library"; break;
     }
-    return folder + "/" + SERVICE_FILE_NAME;
+    return folder + "/" + platform::ModuleFileName("KVLAppCOM");
 }
 
 }  // namespace fakes
@@ -80,7 +87,7 @@ std::vector<std::string> LibraryTest::Log(int deepest) const {
     std::vector<std::string> records;
     for (std::size_t start = m_logStart; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
-        const std::string record = text.substr(start, end - start);
+        const std::string record = WithoutLineEnd(text.substr(start, end - start));
         const int level = LevelOf(record);
         if (level <= deepest) records.push_back(std::to_string(level) + " " + MessageOf(record));
         start = end + 1;

@@ -1,11 +1,13 @@
 // Finding, binding and starting the certificate service, and what goes with it.
-#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <stdexcept>
 
 #include "fakes/LibraryTest.h"
 #include "foundation/Registry.h"
+#include "platform/Files.h"
+#include "platform/Module.h"
 #include "platform/RegistryStore.h"
 
 namespace {
@@ -15,7 +17,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr char kServiceName[] = "libKVLAppCOM.so";
+const std::string kServiceName = platform::ModuleFileName("KVLAppCOM");
+const std::string kNowhere = "/nowhere/" + kServiceName;
 
 // The process's working directory, given back at the end.
 class WorkingDirectory {
@@ -30,6 +33,26 @@ private:
     std::filesystem::path m_before;
 };
 
+// A copy of the library beside the one that the program has, unloaded at the end.
+class SecondLibrary {
+public:
+    SecondLibrary(const std::string& folder, const char* stem) {
+        const std::string path = folder + "/" + platform::ModuleFileName(stem);
+        std::filesystem::copy_file(LIBRARY_FILE, path);
+        m_module = platform::LoadModule(path.c_str());
+    }
+    ~SecondLibrary() { platform::FreeModule(m_module); }
+
+    int Call(const char* name) const {
+        auto* const function = reinterpret_cast<int (*)()>(platform::FindSymbol(m_module, name));
+        if (function == nullptr) throw std::runtime_error(std::string("no ") + name);
+        return function();
+    }
+
+private:
+    platform::ModuleHandle m_module;
+};
+
 class InitialisationTest : public LibraryTest {
 protected:
     // Leaves nothing that names the service's file.
@@ -39,13 +62,6 @@ protected:
             "CLSID\\{7B1D40E2-6C55-4A9E-9F10-5E2C8D3A71B4}\\InprocServer32",
             platform::RegistryAccess::AllAccess));
         ASSERT_TRUE(platform::DeleteRegistryValue(server.key, ""));
-    }
-
-    void SetInstallPath(const std::string& folder) const {
-        const CRegistry install(platform::CreateRegistryKey(
-            platform::RegistryRootKey(platform::RegistryRoot::CurrentUser),
-            "Software\\Velmora\\InstallPath"));
-        ASSERT_TRUE(platform::SetRegistryPath(install.key, "InstallPath", folder));
     }
 
     std::string CopyService(const std::string& folder) const {
@@ -214,10 +230,13 @@ TEST_F(InitialisationTest, AnAddressEndsAtItsFirstZeroByte) {
 
 TEST_F(InitialisationTest, WithoutARegisteredFileTheInstallationFolderIsAskedWithItsOwnSeparators) {
     UnregisterService();
-    SetInstallPath(m_prefix.Path() + "/");
-    CopyService(m_prefix.Path() + "/Program");
+    const std::string separator(1, platform::PathSeparator());
+    const std::string folder = m_prefix.Path() + separator;
+    m_prefix.RegisterInstallation(folder);
+    CopyService(folder + "Program");
     EXPECT_EQ(InitKVLLib(), 0);
-    EXPECT_EQ(Log()[1], "8 KVLAppCOM.dll path : " + m_prefix.Path() + "//Program/" + kServiceName);
+    EXPECT_EQ(Log()[1], "8 KVLAppCOM.dll path : " + folder + separator + "Program" + separator +
+                            kServiceName);
 }
 
 TEST_F(InitialisationTest, WithoutAnyEntryTheBareNameIsTriedInTheWorkingDirectoryAlone) {
@@ -230,39 +249,27 @@ TEST_F(InitialisationTest, WithoutAnyEntryTheBareNameIsTriedInTheWorkingDirector
     const WorkingDirectory here(m_prefix.Path() + "/here");
     ForgetLog();
     EXPECT_EQ(InitKVLLib(), 0);
-    EXPECT_EQ(Log()[1], std::string("8 KVLAppCOM.dll path : ") + kServiceName);
+    EXPECT_EQ(Log()[1], "8 KVLAppCOM.dll path : " + kServiceName);
 }
 
 TEST_F(InitialisationTest, AServiceBesideALibraryOfThisNameIsNotLookedFor) {
-    m_prefix.RegisterCertService("/nowhere/" + std::string(kServiceName));
-    const std::string copy = m_prefix.Path() + "/libTesmarkOpt_x64.so";
-    std::filesystem::copy_file(LIBRARY_FILE, copy);
+    m_prefix.RegisterCertService(kNowhere);
     CopyService(m_prefix.Path());
-    void* const library = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library, nullptr) << dlerror();
-    auto* const start = reinterpret_cast<int (*)()>(dlsym(library, "InitKVLLib"));
-    ASSERT_NE(start, nullptr);
-    EXPECT_EQ(start(), TESMARK_SERVICE_NOT_FOUND);
-    dlclose(library);
+    const SecondLibrary library(m_prefix.Path(), "TesmarkOpt_x64");
+    EXPECT_EQ(library.Call("InitKVLLib"), TESMARK_SERVICE_NOT_FOUND);
 }
 
 TEST_F(InitialisationTest, ARegisteredFileThatIsMissingGivesWayToTheModulesFolderNotToInstallPath) {
-    m_prefix.RegisterCertService("/nowhere/" + std::string(kServiceName));
-    SetInstallPath(m_prefix.Path() + "/installed");
+    m_prefix.RegisterCertService(kNowhere);
+    m_prefix.RegisterInstallation(m_prefix.Path() + "/installed");
     CopyService(m_prefix.Path() + "/installed/Program");
     EXPECT_EQ(InitKVLLib(), TESMARK_SERVICE_NOT_FOUND);
 
-    const std::string copy = m_prefix.Path() + "/libTesmarkOpt.so";
-    std::filesystem::copy_file(LIBRARY_FILE, copy);
     CopyService(m_prefix.Path());
-    void* const library = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library, nullptr) << dlerror();
-    auto* const start = reinterpret_cast<int (*)()>(dlsym(library, "InitKVLLib"));
-    auto* const end = reinterpret_cast<int (*)()>(dlsym(library, "UnInitKVLLib"));
-    EXPECT_EQ(start(), 0);
+    const SecondLibrary library(m_prefix.Path(), "TesmarkOpt");
+    EXPECT_EQ(library.Call("InitKVLLib"), 0);
     EXPECT_EQ(fakes::CountCalls("SOF_Initialize"), 1);
-    end();
-    dlclose(library);
+    library.Call("UnInitKVLLib");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "ExportCalls.h"
 #include "fakes/LibraryTest.h"
 #include "foundation/StringFailure.h"
+#include "platform/Clock.h"
 
 namespace {
 
@@ -14,8 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 std::string LocalTimeText(std::time_t time) {
-    std::tm local{};
-    localtime_r(&time, &local);
+    const std::tm local = platform::LocalTime(time);
     char text[32];
     std::strftime(text, sizeof text, "%Y%m%d%H%M%S", &local);
     return text;
