@@ -3,9 +3,10 @@
 include(WindowsThirdParty)
 
 add_compile_definitions(WINVER=0x0601 _WIN32_WINNT=0x0601)
-# The same bytes from the same sources, and what the system offers against attacks.
-add_link_options(-Wl,--no-insert-timestamp -Wl,--dynamicbase -Wl,--nxcompat
-    -Wl,--high-entropy-va -fstack-protector-strong)
+# The same bytes from the same sources (an address at which a DLL is to be loaded would be made of
+# the folder's name), and what the system offers against attacks.
+add_link_options(-Wl,--no-insert-timestamp -Wl,--disable-auto-image-base -Wl,--dynamicbase
+    -Wl,--nxcompat -Wl,--high-entropy-va -fstack-protector-strong)
 
 # The name of the file is that of its interface; the transport's begins with "lib" here too.
 function(tesmark_file_name target name)

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "fakes/LibraryTest.h"
+#include "fakes/LockedStore.h"
 #include "foundation/Registry.h"
 #include "platform/RegistryStore.h"
 
@@ -344,9 +345,7 @@ TEST_F(CrlCacheTest, AFolderThatCannotBeMadeGivesZeroWithAnEmptyListAndRecordsTh
 }
 
 TEST_F(CrlCacheTest, WithoutRightsOnTheStoreEveryCallDownloadsAndNothingIsRecorded) {
-    const std::string store = m_prefix.Path() + "/machine.reg";
-    std::filesystem::remove(store);
-    std::filesystem::create_directory(store);
+    const LockedStore locked(m_prefix);
     for (const std::size_t downloads : {1u, 2u, 3u}) {
         EXPECT_EQ(Get(), 0);
         EXPECT_EQ(m_crl, "list");

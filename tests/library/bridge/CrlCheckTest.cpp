@@ -3,6 +3,7 @@
 
 #include "ExportCalls.h"
 #include "fakes/LibraryTest.h"
+#include "fakes/ShownBoxes.h"
 #include "foundation/Text.h"
 #include "support/LoopbackServer.h"
 
@@ -30,9 +31,9 @@ protected:
     // The signature's result; the user's message goes to m_message, in UTF-8.
     int Sign() {
         OutPair out(512);
-        testing::internal::CaptureStderr();
+        ShownBoxes boxes;
         const int result = P7Sign("data", "", out.buffer, &out.length);
-        m_message = testing::internal::GetCapturedStderr();
+        m_message = boxes.Take();
         return result;
     }
 

@@ -1,7 +1,7 @@
-#include <cstdio>
 #include <cstdlib>
 
 #include "SessionTest.h"
+#include "fakes/LockedStore.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -160,8 +160,7 @@ TEST_F(SealRetrievalTest, SettingsThatCannotBeOpenedTakeTheLocalPathWithEverythi
         m_prefix.SetNumber(name, 1);
     }
     ASSERT_EQ(InitKVLLib(), 0);
-    const std::string store = m_prefix.Path() + "/machine.reg";
-    ASSERT_EQ(std::rename(store.c_str(), (store + ".away").c_str()), 0);
+    const LockedStore locked(m_prefix);
     EXPECT_EQ(Picture(), "national picture");
     EXPECT_FALSE(Called("TVK_Request_Eseal_Status"));
     EXPECT_THAT(Failures(), IsEmpty());
