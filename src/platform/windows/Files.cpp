@@ -6,6 +6,7 @@
 // After the system's own header.
 #include <dbghelp.h>
 #include <shlobj.h>
+#include <shlwapi.h>
 
 namespace platform {
 
@@ -33,10 +34,7 @@ std::string PathFromUtf8(std::string_view text) { return AnsiFromUtf8(text); }
 
 bool PathExists(const char* path) { return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES; }
 
-bool IsDirectory(const char* path) {
-    const DWORD attributes = GetFileAttributesA(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
+bool IsDirectory(const char* path) { return PathIsDirectoryA(path) != FALSE; }
 
 bool CreateDirectoryAt(const char* path) { return CreateDirectoryA(path, nullptr) != 0; }
 

@@ -28,7 +28,7 @@ std::string LoadedModulePath(const char* stem) {
     const HMODULE module = GetModuleHandleA(ModuleFileName(stem).c_str());
     if (module == nullptr) return {};
     char path[MAX_PATH] = {};
-    GetModuleFileNameA(module, path, sizeof path - 1);
+    GetModuleFileNameA(module, path, sizeof path);
     return path;
 }
 
