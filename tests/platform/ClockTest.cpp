@@ -32,4 +32,20 @@ TEST(ClockTest, LocalTimeFollowsTheTimeZone) {
     EXPECT_EQ(local.tm_year, 70);
 }
 
+TEST(ClockTest, LocalTimeIsKnownForAnyYearOfACertificate) {
+    const SavedVariable zone("TZ");
+    SetVariable("TZ", "UTC0");
+    tzset();
+    const std::tm last = platform::LocalTime(253'402'300'799);
+    EXPECT_EQ(last.tm_year, 9999 - 1900);
+    EXPECT_EQ(last.tm_mon, 11);
+    EXPECT_EQ(last.tm_mday, 31);
+    EXPECT_EQ(last.tm_sec, 59);
+    const std::tm old = platform::LocalTime(-315'619'200);
+    EXPECT_EQ(old.tm_year, 60);
+    EXPECT_EQ(old.tm_mon, 0);
+    EXPECT_EQ(old.tm_mday, 1);
+    EXPECT_EQ(old.tm_hour, 0);
+}
+
 }  // namespace

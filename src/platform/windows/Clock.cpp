@@ -11,9 +11,15 @@ int MillisecondsSinceStart() {
 
 int CurrentThreadId() { return static_cast<int>(GetCurrentThreadId()); }
 
+// The C library knows the years 1970 to 3000 alone, but the calendar repeats after 400 years.
 std::tm LocalTime(std::time_t time) {
+    constexpr int kCycleYears = 400;
+    constexpr std::time_t kCycle = std::time_t{146'097} * 86'400;
+    const std::time_t cycles = time / kCycle - (time % kCycle < 0 ? 1 : 0);
+    const std::time_t within = time - cycles * kCycle;
     std::tm local{};
-    localtime_s(&local, &time);
+    localtime_s(&local, &within);
+    local.tm_year += static_cast<int>(cycles * kCycleYears);
     return local;
 }
 
