@@ -58,6 +58,12 @@ SerialHandle SerialFrom(const std::string& hex) {
     return SerialHandle(BN_to_ASN1_INTEGER(number.get(), nullptr));
 }
 
+// Sets `time`, or makes one of null. Counted from 1970, since the C library of Windows knows no
+// calendar behind the year 3000.
+ASN1_TIME* SetTime(ASN1_TIME* time, std::time_t when) {
+    return ASN1_TIME_adj(time, 0, static_cast<int>(when / kDay), static_cast<long>(when % kDay));
+}
+
 bool AddExtension(X509* certificate, X509* issuer, int kind, const std::string& value) {
     X509V3_CTX context;
     X509V3_set_ctx(&context, issuer ? issuer : certificate, certificate, nullptr, nullptr, 0);
@@ -133,9 +139,9 @@ CertificateHandle Build(EVP_PKEY* subjectKey, const CertificateRequest& request,
         X509_set_serialNumber(raw, serial.get()) == 1 &&
         X509_set_subject_name(raw, name.get()) == 1 &&
         X509_set_issuer_name(raw, issuer ? X509_get_subject_name(issuer) : name.get()) == 1 &&
-        ASN1_TIME_set(X509_getm_notBefore(raw), from) &&
-        ASN1_TIME_set(X509_getm_notAfter(raw), to) && X509_set_pubkey(raw, subjectKey) == 1 &&
-        AddExtensions(raw, issuer, request, authority) && SignObject<X509_sign_ctx>(raw, issuerKey);
+        SetTime(X509_getm_notBefore(raw), from) && SetTime(X509_getm_notAfter(raw), to) &&
+        X509_set_pubkey(raw, subjectKey) == 1 && AddExtensions(raw, issuer, request, authority) &&
+        SignObject<X509_sign_ctx>(raw, issuerKey);
     return done ? std::move(certificate) : nullptr;
 }
 
@@ -162,7 +168,7 @@ CertificateRequest AuthorityName(KeyKind kind) {
 bool AddRevoked(X509_CRL* list, const RevokedCertificate& entry) {
     OpenSslHandle<X509_REVOKED, X509_REVOKED_free> revoked(X509_REVOKED_new());
     const SerialHandle serial = entry.serial.empty() ? nullptr : SerialFrom(entry.serial);
-    const TimeHandle when(ASN1_TIME_set(nullptr, entry.when));
+    const TimeHandle when(SetTime(nullptr, entry.when));
     if (!revoked || !serial || !when) return false;
     const bool done = X509_REVOKED_set_serialNumber(revoked.get(), serial.get()) == 1 &&
                       X509_REVOKED_set_revocationDate(revoked.get(), when.get()) == 1 &&
@@ -241,8 +247,8 @@ std::string DevelopmentCa::Issue(EVP_PKEY* subjectKey, const CertificateRequest&
 std::string DevelopmentCa::RevocationList(const std::vector<RevokedCertificate>& revoked,
                                           std::time_t thisUpdate, std::time_t nextUpdate) const {
     const RevocationListHandle list(X509_CRL_new());
-    const TimeHandle from(ASN1_TIME_set(nullptr, thisUpdate));
-    const TimeHandle to(ASN1_TIME_set(nullptr, nextUpdate));
+    const TimeHandle from(SetTime(nullptr, thisUpdate));
+    const TimeHandle to(SetTime(nullptr, nextUpdate));
     if (!list || !from || !to) return {};
     X509_CRL_set_version(list.get(), X509_CRL_VERSION_2);
     X509_CRL_set_issuer_name(list.get(), X509_get_subject_name(m_certificate.get()));

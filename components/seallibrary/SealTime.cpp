@@ -92,12 +92,35 @@ void ReadRun(std::string_view& text, std::size_t digits, std::tm& date) {
     if (digits >= 12) date.tm_sec = TakeNumber(text, 2);
 }
 
+// The calendar repeats itself after 400 years, and the C library of Windows knows that of 1970 to
+// 3000 alone.
+constexpr int kCycleYears = 400;
+constexpr std::int64_t kCycleSeconds = std::int64_t{146097} * 86400;
+
+std::int64_t FloorDivision(std::int64_t number, std::int64_t divisor) {
+    return number / divisor - (number % divisor < 0 ? 1 : 0);
+}
+
 // False for a moment that has no calendar date of four digits.
 bool CalendarDate(std::time_t time, std::tm& date) {
-    if (!OPENSSL_gmtime(&time, &date)) return false;
-    date.tm_year += 1900;
+    const std::int64_t cycles = FloorDivision(time, kCycleSeconds);
+    const std::time_t within = time - cycles * kCycleSeconds;
+    if (cycles < -5 || cycles > 20 || !OPENSSL_gmtime(&within, &date)) return false;
+    date.tm_year += 1900 + static_cast<int>(cycles) * kCycleYears;
     date.tm_mon += 1;
     return date.tm_year >= 0 && date.tm_year <= 9999;
+}
+
+// Numbers as mktime takes them.
+std::optional<std::time_t> LocalMoment(const std::tm& date) {
+    std::tm known = date;
+    const std::time_t time = std::mktime(&known);
+    if (time != -1) return time;
+    const std::int64_t cycles = FloorDivision(date.tm_year - 100, kCycleYears);
+    std::tm within = date;
+    within.tm_year -= static_cast<int>(cycles) * kCycleYears;
+    const std::time_t earlier = std::mktime(&within);
+    return earlier == -1 ? std::nullopt : std::optional(earlier + cycles * kCycleSeconds);
 }
 
 }  // namespace
@@ -149,6 +172,5 @@ std::optional<std::time_t> ReadHostTime(std::string_view text) {
     date.tm_year -= 1900;
     date.tm_mon -= 1;
     date.tm_isdst = -1;
-    const std::time_t time = std::mktime(&date);
-    return time == -1 ? std::nullopt : std::optional(time);
+    return LocalMoment(date);
 }

@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <ctime>
 
+#include "support/Environment.h"
 #include "tests/components/seallibrary/TestPki.h"
 
 namespace {
@@ -61,14 +62,23 @@ TEST(SealTimeTest, AUtcTimeEndsWithTheYear2049) {
     EXPECT_EQ(GeneralizedTimeText(2524608000), "20500101000000Z");
 }
 
+TEST(SealTimeTest, ATimeWithoutEndAndOneOfOldHaveTheirTexts) {
+    EXPECT_EQ(GeneralizedTimeText(253402300799), "99991231235959Z");
+    EXPECT_EQ(GeneralizedTimeText(253402300800), "");
+    EXPECT_EQ(GeneralizedTimeText(-315619200), "19600101000000Z");
+    EXPECT_EQ(GeneralizedTimeText(-62167219200), "00000101000000Z");
+    EXPECT_EQ(GeneralizedTimeText(-62167219201), "");
+    EXPECT_EQ(UtcTimeText(-315619200), "600101000000Z");
+}
+
 class HostTimeTest : public testing::Test {
 protected:
     HostTimeTest() {
-        setenv("TZ", "CST-8", 1);
+        SetVariable("TZ", "CST-8");
         tzset();
     }
     ~HostTimeTest() override {
-        unsetenv("TZ");
+        ClearVariable("TZ");
         tzset();
     }
 };
@@ -77,6 +87,11 @@ TEST_F(HostTimeTest, TheFormsOfHostsAreLocalTimesOfOneMoment) {
     for (const char* text : {"2026-06-15T20:00:00", "2026-06-15 20:00:00", "2026-6-15 20:0:0",
                              "2026年06月15日20时00分00秒", "D:20260615200000+08'00'"})
         EXPECT_EQ(ReadHostTime(text), kTestNow) << text;
+}
+
+TEST_F(HostTimeTest, ATimeWithoutEndAndOneOfOldAreRead) {
+    EXPECT_EQ(ReadHostTime("9999-12-31 23:59:59"), std::time_t{253402300799 - 8 * 3600});
+    EXPECT_EQ(ReadHostTime("1960-01-01 00:00:00"), std::time_t{-315619200 - 8 * 3600});
 }
 
 TEST_F(HostTimeTest, AnythingElseIsRefused) {
