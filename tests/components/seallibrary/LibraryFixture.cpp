@@ -1,5 +1,7 @@
 #include "tests/components/seallibrary/LibraryFixture.h"
 
+#include <openssl/x509.h>
+
 #include <algorithm>
 
 #include "components/crypto/Signature.h"
@@ -25,7 +27,9 @@ LibraryFixture::~LibraryFixture() {
 }
 
 void LibraryFixture::GiveKey(const std::string& certId, const TestIdentity& identity) {
-    m_script->keys[certId] = {identity.certificate, identity.key.get()};
+    const OpenSslHandle<PKCS8_PRIV_KEY_INFO, PKCS8_PRIV_KEY_INFO_free> plain(
+        EVP_PKEY2PKCS8(identity.key.get()));
+    m_script->keys[certId] = {identity.certificate, DerOf<i2d_PKCS8_PRIV_KEY_INFO>(plain.get())};
 }
 
 std::string LibraryFixture::HashFor(const TestIdentity& signer, std::string_view data) {

@@ -1,8 +1,8 @@
 // The outer forms, as the openssl program sees them.
-#include <cstdlib>
 #include <fstream>
 
 #include "components/seallibrary/SealAsn1.h"
+#include "support/Program.h"
 #include "tests/components/seallibrary/LibraryFixture.h"
 
 namespace {
@@ -15,29 +15,34 @@ struct FormAndKind {
 class OuterFormTest : public LibraryFixture, public testing::WithParamInterface<FormAndKind> {
 protected:
     std::string Write(const char* name, std::string_view bytes) {
-        const std::string path = m_prefix.Path() + "/" + name;
+        const std::string path = m_prefix.Below(name);
         std::ofstream(path, std::ios::binary) << bytes;
         return path;
     }
-    static bool Runs(const std::string& command) {
-        return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+    static bool OpenSsl(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "/usr/bin/openssl");
+        return RunProgram(arguments).exitCode == 0;
     }
     std::string PublicKey(const std::string& certificate) {
-        const std::string path = Write("certificate", certificate) + ".pem";
-        EXPECT_TRUE(Runs("openssl x509 -inform DER -in " + m_prefix.Path() +
-                         "/certificate -noout -pubkey -out " + path));
+        const std::string path = m_prefix.Below("public.pem");
+        EXPECT_TRUE(OpenSsl({"x509", "-inform", "DER", "-in", Write("certificate", certificate),
+                             "-noout", "-pubkey", "-out", path}));
         return path;
     }
     bool OpenSslVerifies(const std::string& certificate, std::string_view data,
                          std::string_view bitString) {
-        const bool sm2 = GetParam().kind == KeyKind::kSm2;
-        return Runs("openssl dgst " +
-                    std::string(sm2 ? "-sm3 -sigopt distid:1234567812345678" : "-sha256") +
-                    " -verify " + PublicKey(certificate) + " -signature " +
-                    Write("signature", bitString.substr(1)) + " " + Write("data", data));
+        std::vector<std::string> arguments{"dgst", "-verify", PublicKey(certificate), "-signature",
+                                           Write("signature", bitString.substr(1))};
+        if (GetParam().kind == KeyKind::kSm2) {
+            arguments.insert(arguments.end(), {"-sm3", "-sigopt", "distid:1234567812345678"});
+        } else {
+            arguments.push_back("-sha256");
+        }
+        arguments.push_back(Write("data", data));
+        return OpenSsl(arguments);
     }
     bool IsAsn1(std::string_view der) {
-        return Runs("openssl asn1parse -inform DER -in " + Write("der", der));
+        return OpenSsl({"asn1parse", "-inform", "DER", "-in", Write("der", der)});
     }
 
     TestIdentity m_maker = MakeIdentity(GetParam().kind);

@@ -24,7 +24,7 @@ protected:
         return TVK_Verify_SES_Sign_BigFile(Bytes(m_signature), Size(m_signature), path.c_str());
     }
     std::string WriteFile(const std::string& content) {
-        const std::string path = m_prefix.Path() + "/file";
+        const std::string path = m_prefix.Below("file");
         std::ofstream(path, std::ios::binary) << content;
         return path;
     }
@@ -106,7 +106,7 @@ TEST_F(SealVerifyingTest, AnRsaSignatureOfAFileIsOverItsSha256) {
 }
 
 TEST_F(SealVerifyingTest, AFileThatCantBeReadIsTold) {
-    EXPECT_EQ(VerifyFile(m_prefix.Path() + "/absent"), kSealFileUnreadable);
+    EXPECT_EQ(VerifyFile(m_prefix.Below("absent")), kSealFileUnreadable);
     EXPECT_EQ(VerifyFile(m_prefix.Path()), kSealFileUnreadable);
 }
 

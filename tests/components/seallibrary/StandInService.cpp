@@ -1,7 +1,10 @@
 #include "tests/components/seallibrary/StandInService.h"
 
+#include <openssl/x509.h>
+
 #include <cstring>
 
+#include "components/crypto/Handles.h"
 #include "components/crypto/Signature.h"
 #include "platform/closed/CertService.h"
 
@@ -18,6 +21,13 @@ int CopyOut(const std::string& bytes, unsigned char* out, int* outLen) {
     if (out) std::memcpy(out, bytes.data(), bytes.size());
     *outLen = static_cast<int>(bytes.size());
     return 0;
+}
+
+KeyHandle KeyFrom(const std::string& pkcs8) {
+    const auto* at = reinterpret_cast<const unsigned char*>(pkcs8.data());
+    const OpenSslHandle<PKCS8_PRIV_KEY_INFO, PKCS8_PRIV_KEY_INFO_free> plain(
+        d2i_PKCS8_PRIV_KEY_INFO(nullptr, &at, static_cast<long>(pkcs8.size())));
+    return KeyHandle(plain ? EVP_PKCS82PKEY(plain.get()) : nullptr);
 }
 
 HashAlgorithm HashOf(EVP_PKEY* key) {
@@ -61,10 +71,10 @@ int SOF_SignData(void*, const char* certId, const unsigned char* data, int dataL
     Script().calls.emplace_back(out ? "SOF_SignData" : "SOF_SignData size");
     if (Script().signResult) return Script().signResult;
     if (out) return CopyOut(kept, out, outLen);
-    EVP_PKEY* key = Script().keys.at(certId).key;
+    const KeyHandle key = KeyFrom(Script().keys.at(certId).key);
     std::string text(reinterpret_cast<const char*>(data), static_cast<std::size_t>(dataLen));
     if (Script().signsOtherData) text += "!";
-    kept = SignData(key, HashOf(key), text);
+    kept = SignData(key.get(), HashOf(key.get()), text);
     if (Script().bareSignatures) {
         // SEQUENCE { r, s } of 70 to 72 bytes: two INTEGERs, each with or without a leading zero.
         std::string bare;

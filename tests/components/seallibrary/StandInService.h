@@ -2,8 +2,6 @@
 // the real one.
 #pragma once
 
-#include <openssl/evp.h>
-
 #include <map>
 #include <string>
 #include <vector>
@@ -11,7 +9,7 @@
 struct StandInScript {
     struct Key {
         std::string certificate;
-        EVP_PKEY* key = nullptr;  // borrowed
+        std::string key;  // PKCS #8 in DER: this file may have an OpenSSL of its own
     };
     std::map<std::string, Key> keys;
     // Results of SOF_ValidateCert by certificate; 0 for any other.
