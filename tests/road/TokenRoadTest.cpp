@@ -1,6 +1,6 @@
 // The road with a SoftHSM 2 token as the key.
 
-#include "../components/certservice/tokens/TokenFixture.h"
+#include "components/certservice/tokens/linux/SoftHsm.h"
 #include "foundation/Text.h"
 #include "library/bridge/ExportCalls.h"
 #include "platform/closed/SealLibrary.h"

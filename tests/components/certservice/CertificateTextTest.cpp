@@ -1,20 +1,21 @@
-#include <cstdlib>
+#include <ctime>
 
 #include "components/certservice/Certificate.h"
 #include "components/certservice/ServiceTest.h"
 #include "components/crypto/Signature.h"
 #include "platform/CodePage.h"
+#include "support/Environment.h"
 
 namespace {
 
 class CertificateTextTest : public ServiceTest {
 protected:
     CertificateTextTest() {
-        setenv("TZ", "CST-8", 1);
+        SetVariable("TZ", "CST-8");
         tzset();
     }
     ~CertificateTextTest() override {
-        unsetenv("TZ");
+        ClearVariable("TZ");
         tzset();
     }
 
@@ -41,11 +42,9 @@ protected:
                                         out, outLen);
         });
     }
-    std::string OpenSsl(const std::string& options) {
+    std::string Printed(const std::string& options) {
         WriteFile(Path("certificate"), m_certificate);
-        return RunProgram("openssl x509 -inform DER -noout -in " + Path("certificate") + " " +
-                          options)
-            .output;
+        return OpenSsl("x509 -inform DER -noout -in certificate " + options).output;
     }
 
     void* m_context = Open();
@@ -62,7 +61,7 @@ TEST_F(CertificateTextTest, TheFieldsThatTheLibraryAsksForAreExact) {
 TEST_F(CertificateTextTest, TimesAreLocalTimeAsTheirReaderTakesThem) {
     EXPECT_EQ(Text(11), "20260101080000");
     EXPECT_EQ(Text(12), "20270101075959");
-    setenv("TZ", "UTC", 1);
+    SetVariable("TZ", "UTC");
     tzset();
     EXPECT_EQ(Text(11), "20260101000000");
 }
@@ -102,11 +101,11 @@ TEST_F(CertificateTextTest, TheOtherFieldsAreWhatTheCertificateSays) {
 }
 
 TEST_F(CertificateTextTest, OpenSslSaysTheSame) {
-    EXPECT_EQ(OpenSsl("-serial"), "serial=" + Text(2) + "\n");
-    std::string fingerprint = OpenSsl("-fingerprint -sha256");
+    EXPECT_EQ(Printed("-serial"), "serial=" + Text(2) + "\n");
+    std::string fingerprint = Printed("-fingerprint -sha256");
     std::erase(fingerprint, ':');
     EXPECT_NE(fingerprint.find(Text(34)), std::string::npos);
-    std::string extensions = OpenSsl("-ext subjectKeyIdentifier,authorityKeyIdentifier");
+    std::string extensions = Printed("-ext subjectKeyIdentifier,authorityKeyIdentifier");
     std::erase(extensions, ':');
     EXPECT_NE(extensions.find(Text(26)), std::string::npos);
     EXPECT_NE(extensions.find(Text(25)), std::string::npos);

@@ -1,9 +1,8 @@
-#include <filesystem>
-
 #include "components/certservice/DataOut.h"
 #include "components/certservice/KeyImport.h"
 #include "components/certservice/KeyRing.h"
 #include "components/certservice/Places.h"
+#include "components/certservice/ServiceSettings.h"
 #include "components/certservice/ServiceTest.h"
 #include "components/crypto/Signature.h"
 
@@ -281,12 +280,14 @@ TEST_F(StoreTest, AnUnlockOfAnUnknownKeyIsRefused) {
 class KeyImportTest : public ServiceTest {
 protected:
     KeyImportTest() {
-        const ProgramRun run =
-            Shell("openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=a -keyout k.pem -out c.pem");
+        Run("req -x509 -newkey rsa:2048 -nodes -subj /CN=a -keyout k.pem -out c.pem");
+    }
+    void Run(const std::string& arguments) {
+        const ProgramRun run = OpenSsl(arguments);
         EXPECT_EQ(run.status, 0) << run.output;
     }
-    ProgramRun Shell(const std::string& command) {
-        return RunProgram("cd " + m_prefix.Path() + " && " + command);
+    void Join(const std::string& one, const std::string& other, const std::string& both) {
+        WriteFile(Path(both), ReadFile(Path(one)) + ReadFile(Path(other)));
     }
     int Import(const std::string& file, const std::string& password) {
         m_imported = {};
@@ -297,11 +298,8 @@ protected:
 
 TEST_F(KeyImportTest, Pkcs12OfTodayAndOfTwentyYearsAgoIsRead) {
     for (const char* options : {"", "-legacy", "-descert -legacy"}) {
-        const ProgramRun run =
-            Shell(std::string("openssl pkcs12 -export -in c.pem -inkey k.pem -out k.p12 "
-                              "-passout pass:secret ") +
-                  options);
-        ASSERT_EQ(run.status, 0) << run.output;
+        Run(std::string("pkcs12 -export -in c.pem -inkey k.pem -out k.p12 -passout pass:secret ") +
+            options);
         ASSERT_EQ(Import("k.p12", "secret"), 0) << options;
         EXPECT_NE(m_imported.key, nullptr);
         std::string certId;
@@ -313,18 +311,14 @@ TEST_F(KeyImportTest, Pkcs12OfTodayAndOfTwentyYearsAgoIsRead) {
 }
 
 TEST_F(KeyImportTest, Pkcs12WithoutAMacIsRefused) {
-    ASSERT_EQ(Shell("openssl pkcs12 -export -nomac -in c.pem -inkey k.pem -out k.p12 "
-                    "-passout pass:secret")
-                  .status,
-              0);
+    Run("pkcs12 -export -nomac -in c.pem -inkey k.pem -out k.p12 -passout pass:secret");
     EXPECT_EQ(Import("k.p12", "secret"), kServiceKeyDamaged);
 }
 
 TEST_F(KeyImportTest, PemIsReadWithItsPasswordAndWithout) {
-    ASSERT_EQ(Shell("cat c.pem k.pem > plain.pem && openssl pkcs8 -topk8 -in k.pem "
-                    "-passout pass:secret -out e.pem && cat e.pem c.pem > both.pem")
-                  .status,
-              0);
+    Run("pkcs8 -topk8 -in k.pem -passout pass:secret -out e.pem");
+    Join("c.pem", "k.pem", "plain.pem");
+    Join("e.pem", "c.pem", "both.pem");
     EXPECT_EQ(Import("plain.pem", ""), 0);
     EXPECT_EQ(Import("both.pem", "secret"), 0);
     EXPECT_EQ(Import("both.pem", "wrong"), kServicePinWrong);
@@ -334,11 +328,9 @@ TEST_F(KeyImportTest, PemIsReadWithItsPasswordAndWithout) {
 }
 
 TEST_F(KeyImportTest, AnSm2KeyInPemIsRead) {
-    ASSERT_EQ(Shell("openssl genpkey -algorithm SM2 -out s.pem && openssl req -x509 -key s.pem "
-                    "-sm3 -sigopt distid:1234567812345678 -subj /CN=a -out sc.pem && "
-                    "cat s.pem sc.pem > sm2.pem")
-                  .status,
-              0);
+    Run("genpkey -algorithm SM2 -out s.pem");
+    Run("req -x509 -key s.pem -sm3 -sigopt distid:1234567812345678 -subj /CN=a -out sc.pem");
+    Join("s.pem", "sc.pem", "sm2.pem");
     ASSERT_EQ(Import("sm2.pem", ""), 0);
     EXPECT_EQ(KindOfKey(m_imported.key.get()), KeyKind::kSm2);
 }
@@ -348,18 +340,12 @@ protected:
     TemporaryPrefix m_prefix;
 };
 
-TEST_F(PlacesTest, TheFoldersAreBelowThePrefix) {
-    EXPECT_EQ(KeyFolderPath(), m_prefix.Path() + "/keys");
-    EXPECT_EQ(TrustFolderPath(), m_prefix.Path() + "/trust");
-    EXPECT_EQ(CaFolderPath(), m_prefix.Path() + "/ca");
-}
-
 TEST_F(PlacesTest, ASettingIsTakenAsItStandsButForItsLastSeparator) {
-    WriteFile(m_prefix.Path() + "/machine.reg",
-              "[HKEY_LOCAL_MACHINE\\software\\Velmora\\certservice]\n"
-              "\"TrustFolder\"=\"/srv/trust/\"\n\"KeyFolder\"=\"\"\n");
+    const std::string standard = KeyFolderPath();
+    SetServicePath("TrustFolder", "/srv/trust/");
+    SetServicePath("KeyFolder", "");
     EXPECT_EQ(TrustFolderPath(), "/srv/trust");
-    EXPECT_EQ(KeyFolderPath(), m_prefix.Path() + "/keys") << "an empty one counts as absent";
+    EXPECT_EQ(KeyFolderPath(), standard) << "an empty one counts as absent";
 }
 
 }  // namespace

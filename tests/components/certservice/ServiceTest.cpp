@@ -1,14 +1,14 @@
 #include "components/certservice/ServiceTest.h"
 
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
+#include "components/certservice/ServiceSettings.h"
 #include "components/crypto/Signature.h"
 #include "foundation/Text.h"
+#include "support/Program.h"
 
 const unsigned char* Bytes(std::string_view text) {
     return reinterpret_cast<const unsigned char*>(text.data());
@@ -16,17 +16,8 @@ const unsigned char* Bytes(std::string_view text) {
 
 int Size(std::string_view text) { return static_cast<int>(text.size()); }
 
-ProgramRun RunProgram(const std::string& command) {
-    ProgramRun run;
-    std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    if (!pipe) return run;
-    char piece[4096];
-    while (const size_t count = std::fread(piece, 1, sizeof piece, pipe)) {
-        run.output.append(piece, count);
-    }
-    const int status = pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+void MakeSparseFile(const std::string& path, std::int64_t size) {
+    std::ofstream(path, std::ios::binary).seekp(size - 1).put('\0');
 }
 
 void WriteFile(const std::string& path, std::string_view content) {
@@ -38,7 +29,10 @@ std::string ReadFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-ServiceTest::ServiceTest() : m_keys(m_prefix.Path() + "/keys") {
+ServiceTest::ServiceTest() : m_keys(Path("keys")) {
+    SetServicePath("KeyFolder", Path("keys"));
+    SetServicePath("TrustFolder", Path("trust"));
+    SetServicePath("CaFolder", Path("ca"));
     std::filesystem::create_directory(Path("keys"));
     std::filesystem::create_directory(Path("trust"));
 }
@@ -49,6 +43,15 @@ ServiceTest::~ServiceTest() {
 
 std::string ServiceTest::KeyPath(const std::string& certId) const {
     return Path("keys/" + certId.substr(sizeof kKeyFolderPrefix - 1));
+}
+
+ProgramRun ServiceTest::OpenSsl(const std::string& arguments) const {
+    std::vector<std::string> command{"/usr/bin/openssl"};
+    std::istringstream words(arguments);
+    for (std::string word; words >> word;) command.push_back(word);
+    const ProgramOutcome outcome =
+        RunProgram(command, {.folder = m_prefix.Path(), .environment = {}});
+    return {outcome.exitCode, outcome.out + outcome.error};
 }
 
 DevelopmentCa& ServiceTest::Authority(KeyKind kind) {

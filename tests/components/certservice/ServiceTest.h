@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -38,13 +39,14 @@ Answer TwoSteps(Call call) {
     return {code, buffer};
 }
 
-// The answer of another program, and what it ended with.
+// The answer of the openssl program, and what it ended with.
 struct ProgramRun {
     int status = -1;
     std::string output;  // both streams
 };
-ProgramRun RunProgram(const std::string& command);
 
+// A file of that size, with nothing but zero bytes.
+void MakeSparseFile(const std::string& path, std::int64_t size);
 void WriteFile(const std::string& path, std::string_view content);
 std::string ReadFile(const std::string& path);
 
@@ -53,8 +55,12 @@ protected:
     ServiceTest();
     ~ServiceTest() override;
 
-    std::string Path(const std::string& name) const { return m_prefix.Path() + "/" + name; }
+    // With the platform's separators; `name` has "/".
+    std::string Path(const std::string& name) const { return m_prefix.Below(name); }
     std::string KeyPath(const std::string& certId) const;
+
+    // Runs the openssl program in the folder of Path(); its arguments have no blanks.
+    ProgramRun OpenSsl(const std::string& arguments) const;
 
     // The authority of that kind, trusted.
     DevelopmentCa& Authority(KeyKind kind);

@@ -46,8 +46,7 @@ protected:
         WriteFile(Path("signer.pem"), PemOf(parsed.get()));
         WriteFile(Path("data"), data);
         WriteFile(Path("signature"), signature);
-        RunProgram("openssl x509 -pubkey -noout -in " + Path("signer.pem") + " > " +
-                   Path("public.pem"));
+        OpenSsl("x509 -pubkey -noout -in signer.pem -out public.pem");
     }
 };
 
@@ -58,8 +57,7 @@ TEST_F(SignTest, OpenSslAcceptsAPlainSignatureOfAnRsaKey) {
     const Answer signature = SignData(context, certId, "data");
     ASSERT_EQ(signature.code, 0);
     Lay(Export(context, certId).data, "data", signature.data);
-    const ProgramRun run = RunProgram("openssl dgst -sha256 -verify " + Path("public.pem") +
-                                      " -signature " + Path("signature") + " " + Path("data"));
+    const ProgramRun run = OpenSsl("dgst -sha256 -verify public.pem -signature signature data");
     EXPECT_EQ(run.status, 0) << run.output;
 }
 
@@ -70,9 +68,9 @@ TEST_F(SignTest, OpenSslAcceptsAPlainSignatureOfAnSm2KeyWithTheStandardsId) {
     const Answer signature = SignData(context, certId, "data");
     ASSERT_EQ(signature.code, 0);
     Lay(Export(context, certId).data, "data", signature.data);
-    const ProgramRun run = RunProgram(
-        "openssl pkeyutl -verify -pubin -inkey " + Path("public.pem") + " -in " + Path("data") +
-        " -rawin -digest sm3 -pkeyopt distid:1234567812345678 -sigfile " + Path("signature"));
+    const ProgramRun run = OpenSsl(
+        "pkeyutl -verify -pubin -inkey public.pem -in data -rawin -digest sm3 -pkeyopt "
+        "distid:1234567812345678 -sigfile signature");
     EXPECT_EQ(run.status, 0) << run.output;
 }
 
@@ -83,13 +81,13 @@ TEST_F(SignTest, OpenSslAcceptsTheDetachedMessageOfAnRsaKey) {
     const Answer message = SignMessage(context, certId, data);
     ASSERT_EQ(message.code, 0);
     Lay(Export(context, certId).data, data, message.data);
-    const std::string command = "openssl cms -verify -binary -inform DER -in " + Path("signature") +
-                                " -content " + Path("data") + " -out " + Path("out") + " -CAfile " +
-                                Path("trust/velmora-development-rsa.pem") + " -purpose any";
-    const ProgramRun run = RunProgram(command);
+    const std::string command =
+        "cms -verify -binary -inform DER -in signature -content data -out out -CAfile "
+        "trust/velmora-development-rsa.pem -purpose any";
+    const ProgramRun run = OpenSsl(command);
     EXPECT_EQ(run.status, 0) << run.output;
     WriteFile(Path("data"), "other data");
-    EXPECT_NE(RunProgram(command).status, 0);
+    EXPECT_NE(OpenSsl(command).status, 0);
 }
 
 TEST_F(SignTest, AMessageFromAHashIsWhatOneFromTheDataWouldBe) {
@@ -116,10 +114,9 @@ TEST_F(SignTest, OpenSslAcceptsAnRsaMessageFromAHash) {
         SignHash(context, certId, 4, Digest(HashAlgorithm::kSha256, "data of a file"));
     ASSERT_EQ(message.code, 0);
     Lay(Export(context, certId).data, "data of a file", message.data);
-    const ProgramRun run =
-        RunProgram("openssl cms -verify -binary -inform DER -in " + Path("signature") +
-                   " -content " + Path("data") + " -out /dev/null -CAfile " +
-                   Path("trust/velmora-development-rsa.pem") + " -purpose any");
+    const ProgramRun run = OpenSsl(
+        "cms -verify -binary -inform DER -in signature -content data -out /dev/null -CAfile "
+        "trust/velmora-development-rsa.pem -purpose any");
     EXPECT_EQ(run.status, 0) << run.output;
 }
 
@@ -127,7 +124,7 @@ TEST_F(SignTest, AnSm2MessageBearsTheNationalIdentifiersAndNoSignedAttributes) {
     void* context = Open();
     const Answer message = SignMessage(context, LoggedIn(context, KeyKind::kSm2), "data");
     WriteFile(Path("message"), message.data);
-    const ProgramRun run = RunProgram("openssl asn1parse -inform DER -in " + Path("message"));
+    const ProgramRun run = OpenSsl("asn1parse -inform DER -in message");
     ASSERT_EQ(run.status, 0) << run.output;
     EXPECT_NE(run.output.find("1.2.156.10197.6.1.4.2.2"), std::string::npos);
     EXPECT_NE(run.output.find("1.2.156.10197.6.1.4.2.1"), std::string::npos);
@@ -249,10 +246,7 @@ TEST_F(SignTest, AnOlderMethodSignsSha1WithRsa) {
     ASSERT_EQ(SOF_SetSignMethod(context, 0x00010002), 0);
     const Answer signature = SignData(context, certId, "data");
     Lay(Export(context, certId).data, "data", signature.data);
-    EXPECT_EQ(RunProgram("openssl dgst -sha1 -verify " + Path("public.pem") + " -signature " +
-                         Path("signature") + " " + Path("data"))
-                  .status,
-              0);
+    EXPECT_EQ(OpenSsl("dgst -sha1 -verify public.pem -signature signature data").status, 0);
     EXPECT_EQ(VerifyData(context, Export(context, certId).data, "data", signature.data), 0);
 }
 
@@ -357,10 +351,10 @@ protected:
     }
 
     std::string Make(const std::string& options) {
-        const ProgramRun run =
-            RunProgram("openssl cms -sign -binary -outform DER -in " + Path("data") + " -signer " +
-                       Path("signer.pem") + " -inkey " + Path("key.pem") + " -out " +
-                       Path("message") + " " + options);
+        const ProgramRun run = OpenSsl(
+            "cms -sign -binary -outform DER -in data -signer signer.pem -inkey key.pem -out "
+            "message " +
+            options);
         EXPECT_EQ(run.status, 0) << run.output;
         return ReadFile(Path("message"));
     }

@@ -140,11 +140,12 @@ TEST_F(ValidateTest, AnEndEntityCantIssue) {
     const CertificateHandle entity =
         ParseCertificate(Authority(KeyKind::kRsa).Issue(key.get(), Named()));
     WriteFile(Path("trust/entity.pem"), PemOf(entity.get()));
-    const ProgramRun run = RunProgram(
-        "cd " + m_prefix.Path() +
-        " && openssl req -new -newkey rsa:2048 -nodes -subj /CN=x -keyout x.key -out x.csr"
-        " && openssl x509 -req -in x.csr -CA trust/entity.pem -CAkey entity.key -set_serial 5"
-        " -outform DER -out x.cer");
+    const ProgramRun request =
+        OpenSsl("req -new -newkey rsa:2048 -nodes -subj /CN=x -keyout x.key -out x.csr");
+    ASSERT_EQ(request.status, 0) << request.output;
+    const ProgramRun run = OpenSsl(
+        "x509 -req -in x.csr -CA trust/entity.pem -CAkey entity.key -set_serial 5 -outform DER "
+        "-out x.cer");
     ASSERT_EQ(run.status, 0) << run.output;
     EXPECT_EQ(Validate(m_context, ReadFile(Path("x.cer"))), -1);
 }
@@ -263,14 +264,13 @@ TEST_F(ValidateTest, AListInPemIsTakenAndOpenSslReadsOurs) {
     for (const KeyKind kind : kKinds) {
         const std::string certificate = MakeCertificate(kind, Named("1234"));
         WriteFile(Path("list"), List(Authority(kind), "1234"));
-        const ProgramRun run =
-            RunProgram("openssl crl -inform DER -in " + Path("list") + " -out " + Path("list.pem"));
+        const ProgramRun run = OpenSsl("crl -inform DER -in list -out list.pem");
         ASSERT_EQ(run.status, 0) << run.output;
         ASSERT_EQ(SetRevocationList(m_context, ReadFile(Path("list.pem"))), 0);
         EXPECT_EQ(Validate(m_context, certificate), -3);
     }
-    const ProgramRun run = RunProgram("openssl crl -noout -inform DER -in " + Path("list") +
-                                      " -CAfile " + Path("trust/velmora-development-rsa.pem"));
+    const ProgramRun run =
+        OpenSsl("crl -noout -inform DER -in list -CAfile trust/velmora-development-rsa.pem");
     EXPECT_NE(run.output.find("verify OK"), std::string::npos) << run.output;
 }
 
@@ -280,11 +280,10 @@ TEST_F(ValidateTest, OpenSslAcceptsTheCertificatesOfBothAuthorities) {
           std::tuple(KeyKind::kSm2, "sm2", " -vfyopt distid:1234567812345678")}) {
         const std::string certificate = MakeCertificate(kind, Named());
         WriteFile(Path("certificate"), certificate);
-        RunProgram("openssl x509 -inform DER -in " + Path("certificate") + " -out " +
-                   Path("certificate.pem"));
+        OpenSsl("x509 -inform DER -in certificate -out certificate.pem");
         const ProgramRun run =
-            RunProgram("openssl verify -x509_strict -CAfile " + Path("trust/velmora-development-") +
-                       name + ".pem" + options + " " + Path("certificate.pem"));
+            OpenSsl(std::string("verify -x509_strict -CAfile trust/velmora-development-") + name +
+                    ".pem" + options + " certificate.pem");
         EXPECT_EQ(run.status, 0) << run.output;
     }
 }

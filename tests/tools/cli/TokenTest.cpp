@@ -1,9 +1,9 @@
 // The road of one stamp with a token as the key: SoftHSM 2 behind its PKCS#11 module.
 
-#include "../../components/certservice/tokens/TokenFixture.h"
 #include "CliFixture.h"
 #include "components/certservice/DevelopmentCa.h"
 #include "components/certservice/Places.h"
+#include "components/certservice/tokens/linux/SoftHsm.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "FakePkcs11.h"
+#include "components/certservice/tokens/FakePkcs11.h"
 
 #include <algorithm>
 #include <cstring>

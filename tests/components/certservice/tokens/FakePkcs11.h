@@ -49,4 +49,4 @@ struct FakeToken {
 };
 
 // The module's token; a test that begins makes it a new one.
-__attribute__((visibility("default"))) FakeToken& TheFakeToken();
+extern "C" __attribute__((visibility("default"))) FakeToken& TheFakeToken();

@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "FakePkcs11.h"
-#include "TokenFixture.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pkcs11/Pkcs11Attribute.h"
 #include "components/certservice/pkcs11/Pkcs11Device.h"
+#include "components/certservice/tokens/FakePkcs11.h"
+#include "components/certservice/tokens/TokenFixture.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "FakePkcs11.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pkcs11/Pkcs11Attribute.h"
+#include "components/certservice/tokens/FakePkcs11.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <openssl/rsa.h>
 
-#include "TokenFixture.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pkcs11/Pkcs11Certificate.h"
 #include "components/certservice/pkcs11/Pkcs11Codes.h"
@@ -10,6 +9,7 @@
 #include "components/certservice/pkcs11/Pkcs11Settings.h"
 #include "components/certservice/pkcs11/Pkcs11Signature.h"
 #include "components/certservice/pkcs11/Pkcs11Text.h"
+#include "components/certservice/tokens/TokenFixture.h"
 #include "components/crypto/Signature.h"
 
 namespace {
@@ -37,7 +37,7 @@ TEST(Pkcs11TextTest, ATextOfTheTokenIsUtf8OrElseGbk) {
     EXPECT_EQ(TextOfToken("plain"), "plain");
     EXPECT_EQ(TextOfToken("\xE5\x8D\xB0\xE7\xAB\xA0"), "印章");
     EXPECT_EQ(TextOfToken("印章"), "印章");
-    EXPECT_EQ(TextOfToken("\xFF"), "?");
+    EXPECT_EQ(TextOfToken("\x81"), "?");
     EXPECT_EQ(TextOfToken(""), "");
 }
 
@@ -146,26 +146,25 @@ TEST_F(Pkcs11SettingsTest, WithoutValuesThereIsNoModule) {
 }
 
 TEST_F(Pkcs11SettingsTest, PathsAreSeparatedBySemicolonsAndCountOnce) {
-    SetServicePath("Pkcs11Modules", ";/a/\xFF.so;;/b.so;/a/\xFF.so;");
+    SetServicePath("Pkcs11Modules", ";/a/印章.so;;/b.so;/a/印章.so;");
     SetServiceNumber("Pkcs11Sm2Mechanism", 0x80000103);
     SetServiceNumber("Pkcs11Sm2KeyType", 0x80000001);
     const Pkcs11Settings settings = ReadPkcs11Settings();
-    EXPECT_THAT(settings.modules, ElementsAre("/a/\xFF.so", "/b.so"));
+    EXPECT_THAT(settings.modules, ElementsAre("/a/印章.so", "/b.so"));
     EXPECT_EQ(settings.sm2Mechanism, 0x80000103u);
     EXPECT_EQ(settings.sm2KeyType, 0x80000001u);
 }
 
 TEST_F(Pkcs11SettingsTest, AModuleThatIsNotThereIsLeftOut) {
-    const std::string notThere = m_prefix.Path() + "/not-there.so";
-    SetServicePath("Pkcs11Modules", notThere + ";" + SoftHsm::ModulePath());
-    const SoftHsm softHsm;
+    const std::string notThere = m_prefix.Below("not-there");
+    SetServicePath("Pkcs11Modules", notThere + ";" + FAKE_PKCS11_MODULE);
     EXPECT_EQ(OpenPkcs11Devices().size(), 1u);
     SetServicePath("Pkcs11Modules", notThere);
     EXPECT_THAT(OpenPkcs11Devices(), IsEmpty());
 }
 
 TEST_F(Pkcs11SettingsTest, ALibraryThatIsNoPkcs11ModuleIsLeftOut) {
-    SetServicePath("Pkcs11Modules", "/lib/x86_64-linux-gnu/libm.so.6");
+    SetServicePath("Pkcs11Modules", OTHER_LIBRARY);
     EXPECT_THAT(OpenPkcs11Devices(), IsEmpty());
 }
 

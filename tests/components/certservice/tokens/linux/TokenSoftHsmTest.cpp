@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TokenFixture.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/certservice/tokens/linux/SoftHsm.h"
 #include "components/crypto/Signature.h"
 
 namespace {
@@ -12,7 +12,7 @@ using testing::StartsWith;
 
 constexpr char kLiLeiUtf8[] = "\xE6\x9D\x8E\xE9\x9B\xB7";
 
-class TokenSoftHsmTest : public testing::Test {
+class TokenSoftHsmTestOnLinux : public testing::Test {
 protected:
     void SetUp() override { SetServicePath("Pkcs11Modules", SoftHsm::ModulePath()); }
 
@@ -42,7 +42,7 @@ protected:
     std::unique_ptr<KeyDevice> m_device;
 };
 
-TEST_F(TokenSoftHsmTest, ACertificateWithItsKeyIsListedBeforeLogin) {
+TEST_F(TokenSoftHsmTestOnLinux, ACertificateWithItsKeyIsListedBeforeLogin) {
     m_softHsm.MakeToken("A");
     const KeyHandle key = m_softHsm.StorePair("A", "a1b2", {.commonName = kLiLeiUtf8});
     Open();
@@ -56,7 +56,7 @@ TEST_F(TokenSoftHsmTest, ACertificateWithItsKeyIsListedBeforeLogin) {
     EXPECT_EQ(List()[0].certId, certificates[0].certId);
 }
 
-TEST_F(TokenSoftHsmTest, TheCertificateIsExportedAsItWasListed) {
+TEST_F(TokenSoftHsmTestOnLinux, TheCertificateIsExportedAsItWasListed) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     Open();
@@ -68,7 +68,7 @@ TEST_F(TokenSoftHsmTest, TheCertificateIsExportedAsItWasListed) {
     EXPECT_TRUE(m_device->Owns(certificates[0].certId));
 }
 
-TEST_F(TokenSoftHsmTest, AWrongPinIsTold) {
+TEST_F(TokenSoftHsmTestOnLinux, AWrongPinIsTold) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     Open();
@@ -80,7 +80,7 @@ TEST_F(TokenSoftHsmTest, AWrongPinIsTold) {
     EXPECT_TRUE(m_device->IsLoggedIn(certId));
 }
 
-TEST_F(TokenSoftHsmTest, ALoginHoldsUntilTheLogout) {
+TEST_F(TokenSoftHsmTestOnLinux, ALoginHoldsUntilTheLogout) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     Open();
@@ -94,7 +94,7 @@ TEST_F(TokenSoftHsmTest, ALoginHoldsUntilTheLogout) {
     EXPECT_EQ(m_device->Logout(certId), kServiceOk);
 }
 
-TEST_F(TokenSoftHsmTest, AnRsaSignatureVerifiesWithEachHash) {
+TEST_F(TokenSoftHsmTestOnLinux, AnRsaSignatureVerifiesWithEachHash) {
     m_softHsm.MakeToken("A");
     const KeyHandle key = m_softHsm.StorePair("A", "01");
     Open();
@@ -110,7 +110,7 @@ TEST_F(TokenSoftHsmTest, AnRsaSignatureVerifiesWithEachHash) {
     }
 }
 
-TEST_F(TokenSoftHsmTest, SigningWithoutLoginSaysThatNobodyLoggedIn) {
+TEST_F(TokenSoftHsmTestOnLinux, SigningWithoutLoginSaysThatNobodyLoggedIn) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     Open();
@@ -121,7 +121,7 @@ TEST_F(TokenSoftHsmTest, SigningWithoutLoginSaysThatNobodyLoggedIn) {
     EXPECT_EQ(signature, "untouched");
 }
 
-TEST_F(TokenSoftHsmTest, FilesWrittenByPkcs11ToolComeInTheOrderOfTheirNames) {
+TEST_F(TokenSoftHsmTestOnLinux, FilesWrittenByPkcs11ToolComeInTheOrderOfTheirNames) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "2a03");
     m_softHsm.StoreFile("A", "c.esl", "third", "--application-label 2a03");
@@ -141,7 +141,7 @@ TEST_F(TokenSoftHsmTest, FilesWrittenByPkcs11ToolComeInTheOrderOfTheirNames) {
     EXPECT_EQ(content, "untouched");
 }
 
-TEST_F(TokenSoftHsmTest, AFileIsMadeReplacedAndReadByTheNextProcess) {
+TEST_F(TokenSoftHsmTestOnLinux, AFileIsMadeReplacedAndReadByTheNextProcess) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     Open();
@@ -160,7 +160,7 @@ TEST_F(TokenSoftHsmTest, AFileIsMadeReplacedAndReadByTheNextProcess) {
     EXPECT_EQ(Content(certId, "empty"), "");
 }
 
-TEST_F(TokenSoftHsmTest, TwoTokensHaveLoginsOfTheirOwn) {
+TEST_F(TokenSoftHsmTestOnLinux, TwoTokensHaveLoginsOfTheirOwn) {
     m_softHsm.MakeToken("A");
     m_softHsm.MakeToken("B");
     m_softHsm.StorePair("A", "01");
@@ -175,7 +175,7 @@ TEST_F(TokenSoftHsmTest, TwoTokensHaveLoginsOfTheirOwn) {
     EXPECT_FALSE(m_device->IsLoggedIn(certificates[1].certId));
 }
 
-TEST_F(TokenSoftHsmTest, TwoCertificatesOfOneTokenHaveFilesOfTheirOwn) {
+TEST_F(TokenSoftHsmTestOnLinux, TwoCertificatesOfOneTokenHaveFilesOfTheirOwn) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "02", {.commonName = "Two"});
     m_softHsm.StorePair("A", "01", {.commonName = "One"});
@@ -191,7 +191,7 @@ TEST_F(TokenSoftHsmTest, TwoCertificatesOfOneTokenHaveFilesOfTheirOwn) {
     EXPECT_EQ(Content(certificates[1].certId, "seal"), "of two");
 }
 
-TEST_F(TokenSoftHsmTest, ACertificateWithoutKeyIsListedOnlyWhileItCouldHaveOne) {
+TEST_F(TokenSoftHsmTestOnLinux, ACertificateWithoutKeyIsListedOnlyWhileItCouldHaveOne) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01", {.commonName = "With key"});
     const KeyHandle other = MakeRsaKey();
@@ -211,7 +211,7 @@ TEST_F(TokenSoftHsmTest, ACertificateWithoutKeyIsListedOnlyWhileItCouldHaveOne) 
     EXPECT_EQ(after[0].label, "With key");
 }
 
-TEST_F(TokenSoftHsmTest, OfTwoCertificatesOfOneKeyTheOneIssuedLastCounts) {
+TEST_F(TokenSoftHsmTestOnLinux, OfTwoCertificatesOfOneKeyTheOneIssuedLastCounts) {
     m_softHsm.MakeToken("A");
     const KeyHandle key = m_softHsm.StorePair("A", "01", {.commonName = "Old"});
     const std::string renewed =
@@ -228,7 +228,7 @@ TEST_F(TokenSoftHsmTest, OfTwoCertificatesOfOneKeyTheOneIssuedLastCounts) {
     EXPECT_EQ(der, renewed);
 }
 
-TEST_F(TokenSoftHsmTest, ATokenWhoseFolderIsGoneCountsAsPulled) {
+TEST_F(TokenSoftHsmTestOnLinux, ATokenWhoseFolderIsGoneCountsAsPulled) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     m_softHsm.StoreFile("A", "seal", "of one", "--application-label 01");
@@ -250,7 +250,7 @@ TEST_F(TokenSoftHsmTest, ATokenWhoseFolderIsGoneCountsAsPulled) {
     EXPECT_TRUE(m_device->Owns(certId));
 }
 
-TEST_F(TokenSoftHsmTest, AProcessMayEndWithItsDeviceOpen) {
+TEST_F(TokenSoftHsmTestOnLinux, AProcessMayEndWithItsDeviceOpen) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     const auto useAndEnd = [this] {
@@ -262,7 +262,7 @@ TEST_F(TokenSoftHsmTest, AProcessMayEndWithItsDeviceOpen) {
     EXPECT_EXIT(useAndEnd(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(TokenSoftHsmTest, ADeviceMayBeClosedByAnExitHandlerThatRunsBehindTheModulesOwn) {
+TEST_F(TokenSoftHsmTestOnLinux, ADeviceMayBeClosedByAnExitHandlerThatRunsBehindTheModulesOwn) {
     m_softHsm.MakeToken("A");
     m_softHsm.StorePair("A", "01");
     const auto useAndEnd = [] {
@@ -281,7 +281,7 @@ TEST_F(TokenSoftHsmTest, ADeviceMayBeClosedByAnExitHandlerThatRunsBehindTheModul
     EXPECT_EXIT(useAndEnd(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(TokenSoftHsmTest, NoTokenIsNoFailure) {
+TEST_F(TokenSoftHsmTestOnLinux, NoTokenIsNoFailure) {
     Open();
     EXPECT_TRUE(List().empty());
     EXPECT_EQ(m_device->CountKeys(), 0);

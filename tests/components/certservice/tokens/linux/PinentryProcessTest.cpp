@@ -11,9 +11,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "TokenFixture.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pinentry/PinEntry.h"
+#include "components/certservice/tokens/TokenFixture.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ std::size_t OpenDescriptors() {
 }
 
 // The host must be left as it was found: no child, no descriptor, SIGPIPE as it was.
-class PinentryProcessTest : public testing::Test {
+class PinentryProcessTestOnLinux : public testing::Test {
 protected:
     void SetUp() override {
         m_log = m_prefix.Path() + "/pinentry.log";
@@ -70,12 +70,12 @@ protected:
     std::string m_pin = "untouched";
 };
 
-TEST_F(PinentryProcessTest, ThePinComesUnescaped) {
+TEST_F(PinentryProcessTestOnLinux, ThePinComesUnescaped) {
     EXPECT_EQ(Ask("answer"), kServiceOk);
     EXPECT_EQ(m_pin, "12%34\n56");
 }
 
-TEST_F(PinentryProcessTest, TheProgramGetsThreeDescriptorsAndFreshSignals) {
+TEST_F(PinentryProcessTestOnLinux, TheProgramGetsThreeDescriptorsAndFreshSignals) {
     const int leak = open("/dev/null", O_RDONLY);
     ASSERT_GT(leak, 2);
     sigset_t blocked;
@@ -89,68 +89,68 @@ TEST_F(PinentryProcessTest, TheProgramGetsThreeDescriptorsAndFreshSignals) {
     EXPECT_EQ(Log()[0], "descriptors 0 1 2 3");
 }
 
-TEST_F(PinentryProcessTest, TheProgramIsToldGoodbye) {
+TEST_F(PinentryProcessTestOnLinux, TheProgramIsToldGoodbye) {
     EXPECT_EQ(Ask("answer"), kServiceOk);
     EXPECT_THAT(Log(), ElementsAre(StartsWith("descriptors"), StartsWith("SETTIMEOUT"),
                                    StartsWith("SETTITLE"), StartsWith("SETDESC"),
                                    StartsWith("SETPROMPT"), "GETPIN", "BYE"));
 }
 
-TEST_F(PinentryProcessTest, AnEmptyPinIsAnAnswer) {
+TEST_F(PinentryProcessTestOnLinux, AnEmptyPinIsAnAnswer) {
     EXPECT_EQ(Ask("empty"), kServiceOk);
     EXPECT_THAT(m_pin, IsEmpty());
 }
 
-TEST_F(PinentryProcessTest, CancellingIsTold) {
+TEST_F(PinentryProcessTestOnLinux, CancellingIsTold) {
     EXPECT_EQ(Ask("cancel"), kServicePinCancelled);
     EXPECT_EQ(m_pin, "untouched");
 }
 
-TEST_F(PinentryProcessTest, ATimeOutOfTheProgramIsNoCancelling) {
+TEST_F(PinentryProcessTestOnLinux, ATimeOutOfTheProgramIsNoCancelling) {
     EXPECT_EQ(Ask("timeout"), kServicePinUnavailable);
 }
 
-TEST_F(PinentryProcessTest, AProgramThatKnowsOnlyTheQuestionServes) {
+TEST_F(PinentryProcessTestOnLinux, AProgramThatKnowsOnlyTheQuestionServes) {
     EXPECT_EQ(Ask("unwilling"), kServiceOk);
     EXPECT_EQ(m_pin, "12%34\n56");
 }
 
-TEST_F(PinentryProcessTest, AProgramThatDiesIsUnavailable) {
+TEST_F(PinentryProcessTestOnLinux, AProgramThatDiesIsUnavailable) {
     EXPECT_EQ(Ask("die"), kServicePinUnavailable);
     EXPECT_EQ(Ask("die at once"), kServicePinUnavailable);
     EXPECT_EQ(m_pin, "untouched");
 }
 
-TEST_F(PinentryProcessTest, AProgramThatTalksRubbishIsUnavailable) {
+TEST_F(PinentryProcessTestOnLinux, AProgramThatTalksRubbishIsUnavailable) {
     EXPECT_EQ(Ask("rubbish"), kServicePinUnavailable);
     EXPECT_EQ(Ask("wrong greeting"), kServicePinUnavailable);
     EXPECT_EQ(Ask("flood"), kServicePinUnavailable);
     EXPECT_EQ(m_pin, "untouched");
 }
 
-TEST_F(PinentryProcessTest, AProgramThatFallsSilentIsKilledInTime) {
+TEST_F(PinentryProcessTestOnLinux, AProgramThatFallsSilentIsKilledInTime) {
     EXPECT_EQ(Ask("no greeting", kImpatient), kServicePinUnavailable);
     EXPECT_EQ(Ask("silence", kImpatient), kServicePinUnavailable);
 }
 
-TEST_F(PinentryProcessTest, AProgramThatStaysAfterTheGoodbyeIsKilledAndItsAnswerHolds) {
+TEST_F(PinentryProcessTestOnLinux, AProgramThatStaysAfterTheGoodbyeIsKilledAndItsAnswerHolds) {
     EXPECT_EQ(Ask("stay", {.command = 60'000, .user = 60'000, .exit = 200}), kServiceOk);
     EXPECT_EQ(m_pin, "12%34\n56");
 }
 
-TEST_F(PinentryProcessTest, WhatIsNoProgramCannotBeStarted) {
+TEST_F(PinentryProcessTestOnLinux, WhatIsNoProgramCannotBeStarted) {
     EXPECT_EQ(PinentryProcess::Start(m_prefix.Path() + "/not-there"), nullptr);
     EXPECT_EQ(PinentryProcess::Start(m_prefix.Path()), nullptr);
 }
 
-TEST_F(PinentryProcessTest, TheConfiguredProgramIsAsked) {
+TEST_F(PinentryProcessTestOnLinux, TheConfiguredProgramIsAsked) {
     SetServicePath("PinentryProgram", SCRIPTED_PINENTRY);
     setenv("PINENTRY_SCRIPT", "answer", 1);
     EXPECT_EQ(MakePinEntry()->Ask("key", 3, "", m_pin), kServiceOk);
     EXPECT_EQ(m_pin, "12%34\n56");
 }
 
-TEST_F(PinentryProcessTest, AConfiguredProgramThatIsNotThereIsUnavailable) {
+TEST_F(PinentryProcessTestOnLinux, AConfiguredProgramThatIsNotThereIsUnavailable) {
     SetServicePath("PinentryProgram", m_prefix.Path() + "/not-there");
     EXPECT_EQ(MakePinEntry()->Ask("key", 3, "", m_pin), kServicePinUnavailable);
     EXPECT_EQ(m_pin, "untouched");

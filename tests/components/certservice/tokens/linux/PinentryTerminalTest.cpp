@@ -7,11 +7,11 @@
 
 #include <string>
 
-#include "TokenFixture.h"
+#include "components/certservice/tokens/TokenFixture.h"
 
 namespace {
 
-class PinentryTerminalTest : public testing::Test {
+class PinentryTerminalTestOnLinux : public testing::Test {
 protected:
     void SetUp() override { SetServicePath("PinentryProgram", PINENTRY_TTY); }
     void TearDown() override {
@@ -53,7 +53,7 @@ protected:
     std::string m_shown;
 };
 
-TEST_F(PinentryTerminalTest, ThePinTypedAtTheTerminalArrivesAndIsNotShown) {
+TEST_F(PinentryTerminalTestOnLinux, ThePinTypedAtTheTerminalArrivesAndIsNotShown) {
     Start();
     ASSERT_TRUE(Expect("PIN")) << m_shown;
     Type("13%579\n");
@@ -61,7 +61,7 @@ TEST_F(PinentryTerminalTest, ThePinTypedAtTheTerminalArrivesAndIsNotShown) {
     EXPECT_EQ(m_shown.find("13%579"), std::string::npos);
 }
 
-TEST_F(PinentryTerminalTest, WithoutATerminalNobodyCanBeAsked) {
+TEST_F(PinentryTerminalTestOnLinux, WithoutATerminalNobodyCanBeAsked) {
     const std::string command = std::string(ASK_FOR_PIN) + " </dev/null >/dev/null 2>&1";
     const int status = std::system(command.c_str());
     ASSERT_TRUE(WIFEXITED(status));

@@ -6,14 +6,14 @@
 #include <filesystem>
 #include <fstream>
 
-#include "TokenFixture.h"
+#include "components/certservice/tokens/TokenFixture.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class PinentryPlanTest : public testing::Test {
+class PinentryPlanTestOnLinux : public testing::Test {
 protected:
     void SetUp() override { m_session.searchPath = Folder("first") + "::" + Folder("second"); }
 
@@ -34,14 +34,14 @@ protected:
     PinentrySession m_session;
 };
 
-TEST_F(PinentryPlanTest, WithoutAnyProgramThereIsNoPlan) {
+TEST_F(PinentryPlanTestOnLinux, WithoutAnyProgramThereIsNoPlan) {
     m_session.display = true;
     EXPECT_THAT(Chosen(), IsEmpty());
     m_session.searchPath.clear();
     EXPECT_THAT(Chosen(), IsEmpty());
 }
 
-TEST_F(PinentryPlanTest, TheNameWithoutSuffixComesFirst) {
+TEST_F(PinentryPlanTestOnLinux, TheNameWithoutSuffixComesFirst) {
     const std::string tty = Install("first", "pinentry-tty");
     m_session.terminal = "/dev/pts/1";
     EXPECT_EQ(Chosen(), tty);
@@ -49,7 +49,7 @@ TEST_F(PinentryPlanTest, TheNameWithoutSuffixComesFirst) {
     EXPECT_EQ(Chosen(), plain);
 }
 
-TEST_F(PinentryPlanTest, AProgramForATerminalNeedsOne) {
+TEST_F(PinentryPlanTestOnLinux, AProgramForATerminalNeedsOne) {
     const std::string tty = Install("first", "pinentry-tty");
     m_session.display = true;
     EXPECT_THAT(Chosen(), IsEmpty());
@@ -57,7 +57,7 @@ TEST_F(PinentryPlanTest, AProgramForATerminalNeedsOne) {
     EXPECT_EQ(Chosen(), tty);
 }
 
-TEST_F(PinentryPlanTest, ALinkIsJudgedByWhatItLeadsTo) {
+TEST_F(PinentryPlanTestOnLinux, ALinkIsJudgedByWhatItLeadsTo) {
     const std::string link = Folder("first") + "/pinentry";
     std::filesystem::create_symlink(Install("first", "pinentry-curses"), link);
     const std::string qt = Install("second", "pinentry-qt");
@@ -67,7 +67,7 @@ TEST_F(PinentryPlanTest, ALinkIsJudgedByWhatItLeadsTo) {
     EXPECT_EQ(Chosen(), link);
 }
 
-TEST_F(PinentryPlanTest, AProgramForADisplayNeedsOneOrATerminal) {
+TEST_F(PinentryPlanTestOnLinux, AProgramForADisplayNeedsOneOrATerminal) {
     const std::string gnome = Install("first", "pinentry-gnome3");
     EXPECT_THAT(Chosen(), IsEmpty());
     m_session.display = true;
@@ -77,7 +77,7 @@ TEST_F(PinentryPlanTest, AProgramForADisplayNeedsOneOrATerminal) {
     EXPECT_EQ(Chosen(), gnome);
 }
 
-TEST_F(PinentryPlanTest, TheConfiguredProgramIsTheOnlyOne) {
+TEST_F(PinentryPlanTestOnLinux, TheConfiguredProgramIsTheOnlyOne) {
     Install("first", "pinentry");
     m_session.configured = Install("elsewhere", "my-own");
     EXPECT_EQ(Chosen(), m_session.configured);
@@ -87,14 +87,14 @@ TEST_F(PinentryPlanTest, TheConfiguredProgramIsTheOnlyOne) {
     EXPECT_THAT(Chosen(), IsEmpty());
 }
 
-TEST_F(PinentryPlanTest, AFileThatCannotBeExecutedIsNoProgram) {
+TEST_F(PinentryPlanTestOnLinux, AFileThatCannotBeExecutedIsNoProgram) {
     const std::string path = Install("first", "pinentry");
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
     std::filesystem::create_directories(Folder("second") + "/pinentry");
     EXPECT_THAT(Chosen(), IsEmpty());
 }
 
-TEST_F(PinentryPlanTest, TheProgramLearnsTerminalAndLocale) {
+TEST_F(PinentryPlanTestOnLinux, TheProgramLearnsTerminalAndLocale) {
     m_session.configured = Install("elsewhere", "my-own");
     EXPECT_THAT(PlanPinentry(m_session)->options, IsEmpty());
     m_session.terminalType = "xterm";
@@ -107,7 +107,7 @@ TEST_F(PinentryPlanTest, TheProgramLearnsTerminalAndLocale) {
                             "lc-messages=zh_CN.UTF-8"));
 }
 
-TEST_F(PinentryPlanTest, TheSessionIsReadFromTheStoreAndTheEnvironment) {
+TEST_F(PinentryPlanTestOnLinux, TheSessionIsReadFromTheStoreAndTheEnvironment) {
     SetServicePath("PinentryProgram", "/opt/pin");
     setenv("DISPLAY", ":7", 1);
     setenv("LC_ALL", "zh_CN.GB18030", 1);
