@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <string>
 #include <string_view>
 
 #include "foundation/LogFolder.h"
+#include "foundation/LogTime.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 
@@ -97,24 +97,6 @@ private:
     std::size_t m_length = 0;
 };
 
-// The current second as ctime writes it. Breaking a time down costs more than the rest of the
-// record, so each thread keeps its last one.
-const char* CurrentTime() {
-    thread_local std::time_t second = -1;
-    thread_local char text[64];
-    const std::time_t now = std::time(nullptr);
-    if (now == second) return text;
-    constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-    constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    const std::tm local = platform::LocalTime(now);
-    std::snprintf(text, sizeof text, "%s %s %2d %02d:%02d:%02d %d", kDays[local.tm_wday],
-                  kMonths[local.tm_mon], local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec,
-                  1900 + local.tm_year);
-    second = now;
-    return text;
-}
-
 const char* LevelName(int level) { return level < 0 ? "      " : kLevels[level].name; }
 
 // What follows the last "/", or without one the last "\", or the whole if nothing follows; without
@@ -133,7 +115,7 @@ std::string_view ShortName(std::string_view file) {
 // As "[%s] [%s] [tId:%d] ", "%s(%d): " and "status(%0x), " would: printf costs more than all of it.
 void AppendPrefix(Record& record, const char* file, int line, int level, unsigned int status) {
     record.Append("[");
-    record.Append(CurrentTime());
+    record.Append(CurrentLogTime().text);
     record.Append("] [");
     record.Append(LevelName(level));
     record.Append("] [tId:");
