@@ -14,8 +14,9 @@ struct ProgramOutcome {
 struct ProgramOptions {
     std::string folder;                                            // working directory; empty: ours
     std::vector<std::pair<std::string, std::string>> environment;  // in addition to ours
+    std::string input;                                             // standard input
 };
 
-// `arguments` begins with the program's path. Its standard input is empty.
+// `arguments` begins with the program's path.
 ProgramOutcome RunProgram(const std::vector<std::string>& arguments,
                           const ProgramOptions& options = {});

@@ -1,6 +1,5 @@
 #include "support/Program.h"
 
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,7 +11,10 @@ namespace {
 // A file without a name: unlike a pipe it is never full.
 class Capture {
 public:
-    Capture() : m_file(std::tmpfile()) {}
+    explicit Capture(const std::string& text = "") : m_file(std::tmpfile()) {
+        std::fwrite(text.data(), 1, text.size(), m_file);
+        std::rewind(m_file);
+    }
     ~Capture() { std::fclose(m_file); }
     Capture(const Capture&) = delete;
     Capture& operator=(const Capture&) = delete;
@@ -34,8 +36,6 @@ private:
 
 [[noreturn]] void BecomeProgram(const std::vector<std::string>& arguments,
                                 const ProgramOptions& options) {
-    const int nothing = open("/dev/null", O_RDONLY);
-    dup2(nothing, STDIN_FILENO);
     for (const auto& [name, value] : options.environment) setenv(name.c_str(), value.c_str(), 1);
     if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) _exit(127);
     std::vector<char*> pointers;
@@ -51,9 +51,10 @@ private:
 
 ProgramOutcome RunProgram(const std::vector<std::string>& arguments,
                           const ProgramOptions& options) {
-    const Capture out, error;
+    const Capture in(options.input), out, error;
     const pid_t child = fork();
     if (child == 0) {
+        in.TakeOver(STDIN_FILENO);
         out.TakeOver(STDOUT_FILENO);
         error.TakeOver(STDERR_FILENO);
         BecomeProgram(arguments, options);

@@ -53,8 +53,8 @@ HANDLE Inheritable(const std::string& path, DWORD access, DWORD disposition) {
 
 class StandardStreams {
 public:
-    StandardStreams(const std::string& out, const std::string& error)
-        : m_handles{Inheritable("NUL", GENERIC_READ, OPEN_EXISTING),
+    StandardStreams(const std::string& in, const std::string& out, const std::string& error)
+        : m_handles{Inheritable(in, GENERIC_READ, OPEN_EXISTING),
                     Inheritable(out, GENERIC_WRITE, CREATE_ALWAYS),
                     Inheritable(error, GENERIC_WRITE, CREATE_ALWAYS)} {}
     ~StandardStreams() {
@@ -85,8 +85,8 @@ bool Start(std::string line, const ProgramOptions& options, const StandardStream
 }
 
 int RunWindows(const std::vector<std::string>& arguments, const ProgramOptions& options,
-               const std::string& out, const std::string& error) {
-    const StandardStreams streams(out, error);
+               const std::string& in, const std::string& out, const std::string& error) {
+    const StandardStreams streams(in, out, error);
     PROCESS_INFORMATION started{};
     if (!Start(CommandLine(arguments), options, &streams, started)) return -1;
     WaitForSingleObject(started.hProcess, INFINITE);
@@ -147,7 +147,7 @@ std::string ForeignPath(std::string path) {
 }
 
 int RunForeign(const std::vector<std::string>& arguments, const ProgramOptions& options,
-               const std::string& out, const std::string& error) {
+               const std::string& in, const std::string& out, const std::string& error) {
     const EndOfForeign end;
     std::string script;
     if (!options.folder.empty()) script += "cd " + ForShell(ForeignPath(options.folder)) + "; ";
@@ -155,8 +155,9 @@ int RunForeign(const std::vector<std::string>& arguments, const ProgramOptions& 
         script += "export " + name + "=" + ForShell(ForeignPath(value)) + "; ";
     }
     for (const std::string& argument : arguments) script += ForShell(ForeignPath(argument)) + " ";
-    script += "</dev/null >" + ForShell(ForeignPath(out)) + " 2>" + ForShell(ForeignPath(error)) +
-              "; echo $? >/dev/tcp/127.0.0.1/" + std::to_string(end.Port());
+    script += "<" + ForShell(ForeignPath(in)) + " >" + ForShell(ForeignPath(out)) + " 2>" +
+              ForShell(ForeignPath(error)) + "; echo $? >/dev/tcp/127.0.0.1/" +
+              std::to_string(end.Port());
     PROCESS_INFORMATION started{};
     if (!Start(CommandLine({"z:\\bin\\bash", "-c", script}), {}, nullptr, started)) return -1;
     return end.Wait();
@@ -167,6 +168,7 @@ int RunForeign(const std::vector<std::string>& arguments, const ProgramOptions& 
 ProgramOutcome RunProgram(const std::vector<std::string>& arguments,
                           const ProgramOptions& options) {
     const TemporaryFolder folder;
+    const std::string in = folder.Below("in");
     const std::string out = folder.Below("out");
     const std::string error = folder.Below("error");
     const auto run = IsForeign(arguments.front()) ? RunForeign : RunWindows;
@@ -175,6 +177,7 @@ ProgramOutcome RunProgram(const std::vector<std::string>& arguments,
         saved.push_back(std::make_unique<SavedVariable>(name));
         SetVariable(name, value);
     }
-    const int code = run(arguments, options, out, error);
+    std::ofstream(in, std::ios::binary) << options.input;
+    const int code = run(arguments, options, in, out, error);
     return {code, Contents(out), Contents(error)};
 }
