@@ -3,7 +3,6 @@
 #include <openssl/cms.h>
 #include <openssl/evp.h>
 #include <openssl/x509.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -14,6 +13,7 @@
 #include <sstream>
 
 #include "drawing/Picture.h"
+#include "support/Program.h"
 
 namespace {
 
@@ -79,15 +79,14 @@ void WriteFile(const std::string& path, std::string_view bytes) {
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-std::string RunCommand(const std::string& command, int* status) {
-    std::string output;
-    FILE* const pipe = popen(("LC_ALL=C.UTF-8 " + command + " 2>&1").c_str(), "r");
-    if (!pipe) return output;
-    char piece[4096];
-    while (const auto got = fread(piece, 1, sizeof piece, pipe)) output.append(piece, got);
-    const int ended = pclose(pipe);
-    if (status) *status = WIFEXITED(ended) ? WEXITSTATUS(ended) : -1;
-    return output;
+std::string RunCommand(const std::vector<std::string>& words, int* status) {
+    std::vector<std::string> arguments = words;
+    arguments.front() = "/usr/bin/" + words.front();
+    ProgramOptions options;
+    options.environment = {{"LC_ALL", "C.UTF-8"}};
+    const ProgramOutcome outcome = RunProgram(arguments, options);
+    if (status) *status = outcome.exitCode;
+    return outcome.out + outcome.error;
 }
 
 std::string PdfOf(const std::vector<std::string>& bodies, const std::string& trailer,
@@ -133,16 +132,6 @@ int SignByCms(const SignedRanges& ranges, std::string& contents) {
     contents.assign(reinterpret_cast<char*>(der), static_cast<std::size_t>(size));
     OPENSSL_free(der);
     return 0;
-}
-
-PdfFixture::PdfFixture() {
-    std::string pattern = testing::TempDir() + "pdfXXXXXX";
-    m_folder = mkdtemp(pattern.data());
-}
-
-PdfFixture::~PdfFixture() {
-    std::error_code error;
-    std::filesystem::remove_all(m_folder, error);
 }
 
 StampRequest PdfFixture::RequestFor(std::string_view bytes) const {
@@ -193,7 +182,7 @@ StampResult PdfFixture::Stamp(const StampRequest& request) const {
 }
 
 std::string PdfFixture::PdfSig(const std::string& path) const {
-    return RunCommand("pdfsig " + path);
+    return RunCommand({"pdfsig", path});
 }
 
 void PdfFixture::ExpectSound(const StampRequest& request) const {
@@ -202,7 +191,7 @@ void PdfFixture::ExpectSound(const StampRequest& request) const {
     ASSERT_GT(output.size(), input.size());
     EXPECT_EQ(output.compare(0, input.size(), input), 0) << "an earlier byte was changed";
     int status = -1;
-    const std::string check = RunCommand("qpdf --check " + request.outputPath, &status);
+    const std::string check = RunCommand({"qpdf", "--check", request.outputPath}, &status);
     EXPECT_EQ(status, 0) << check;
     const std::string verdict = PdfSig(request.outputPath);
     const auto last = verdict.rfind("Signature #");

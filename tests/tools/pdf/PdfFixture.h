@@ -9,11 +9,16 @@
 #include <vector>
 
 #include "pdf/PdfStamp.h"
+#include "support/TemporaryFolder.h"
 
 std::string ReadFile(const std::string& path);
 void WriteFile(const std::string& path, std::string_view bytes);
-// Runs a shell command; its standard output and error, and its exit status in `status`.
-std::string RunCommand(const std::string& command, int* status = nullptr);
+// Runs a program of /usr/bin; its standard output and error, and its exit code in `status`.
+std::string RunCommand(const std::vector<std::string>& words, int* status = nullptr);
+// A file that is a device, and a place for a large file from which no blocks can be shared with one
+// in `folder`.
+std::string DevicePath();
+std::string PathOfOtherBlocks(const std::string& folder);
 
 // A PDF from the bodies of its objects, numbered from 1; object 1 is the catalog. `trailer` is
 // added to /Size and /Root.
@@ -29,10 +34,7 @@ int SignByCms(const SignedRanges& ranges, std::string& contents);
 
 class PdfFixture : public testing::Test {
 protected:
-    PdfFixture();
-    ~PdfFixture() override;
-
-    std::string Path(const std::string& name) const { return m_folder + "/" + name; }
+    std::string Path(const std::string& name) const { return m_temporary.Below(name); }
     // Writes `bytes` as in.pdf and gives a request for a seal of 42 mm at its first page.
     StampRequest RequestFor(std::string_view bytes) const;
     StampRequest RequestForFile(const std::string& path) const;
@@ -47,7 +49,8 @@ protected:
     // Names in the folder, sorted.
     std::vector<std::string> Listing() const;
 
-    std::string m_folder;
+    TemporaryFolder m_temporary;
+    const std::string& m_folder = m_temporary.Path();
 };
 
 int Count(std::string_view text, std::string_view part);

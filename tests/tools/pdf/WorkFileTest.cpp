@@ -2,9 +2,9 @@
 
 #include <atomic>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
-#include "tools/pdf/FileSizeLimit.h"
 #include "tools/pdf/PdfFixture.h"
 
 namespace {
@@ -47,36 +47,12 @@ TEST_F(WorkFileTest, AnInputWhoseSizeHasChangedIsRefused) {
     EXPECT_NE(file.Problem().find("can't get the input"), std::string::npos);
 }
 
-TEST_F(WorkFileTest, AnInputThatIsShorterThanItSaysIsNoticed) {
-    // Files of /sys tell a size of a page, and the kernel doesn't copy them by itself.
-    const std::string input = "/sys/kernel/mm/transparent_hugepage/enabled";
-    const std::string text = ReadFile(input);
-    if (text.empty()) GTEST_SKIP() << "no such file in this system";
-    CWorkFile file(Path("out"));
-    ASSERT_TRUE(file.Create());
-    EXPECT_FALSE(file.CopyFrom(input, 4'096));
-}
-
 TEST_F(WorkFileTest, TheOutputMustBeAFileInAFolderThatIsThere) {
-    for (const std::string& path : {m_folder, Path("a/b"), std::string("/dev/null")}) {
+    for (const std::string& path : {m_folder, Path("a/b"), DevicePath()}) {
         CWorkFile file(path);
         EXPECT_FALSE(file.Create()) << path;
         EXPECT_FALSE(file.Problem().empty());
     }
-}
-
-TEST_F(WorkFileTest, ADiskThatIsFullIsToldAndNothingStaysBehind) {
-    WriteFile(Path("in"), std::string(200'000, 'x'));
-    {
-        CWorkFile file(Path("out"));
-        ASSERT_TRUE(file.Create());
-        const FileSizeLimit limit(100'000);
-        EXPECT_TRUE(file.Append("fits"));
-        EXPECT_FALSE(file.Append(std::string(200'000, 'y')));
-        EXPECT_NE(file.Problem().find("can't be written"), std::string::npos);
-        EXPECT_FALSE(file.CopyFrom(Path("in"), 200'000));
-    }
-    EXPECT_EQ(Listing(), (std::vector<std::string>{"in"}));
 }
 
 TEST_F(WorkFileTest, ACopyThatWasStoppedBeforeItBeganIsNotMade) {
@@ -89,11 +65,10 @@ TEST_F(WorkFileTest, ACopyThatWasStoppedBeforeItBeganIsNotMade) {
 }
 
 TEST_F(WorkFileTest, ACopyUnderWayIsGivenUpWhenItIsStopped) {
-    // On another file system, so that no blocks can be shared; nothing but a hole.
-    const std::string input = "/dev/shm/" + std::filesystem::path(m_folder).filename().string();
+    // Nothing but a hole and its end.
+    const std::string input = PathOfOtherBlocks(m_folder);
     constexpr std::uint64_t kSize = std::uint64_t{8} << 30;
-    WriteFile(input, "");
-    std::filesystem::resize_file(input, kSize);
+    std::ofstream(input, std::ios::binary).seekp(kSize - 1).put('.');
     CWorkFile file(Path("out"));
     ASSERT_TRUE(file.Create());
     std::atomic<bool> ended = false;
@@ -108,25 +83,6 @@ TEST_F(WorkFileTest, ACopyUnderWayIsGivenUpWhenItIsStopped) {
     EXPECT_FALSE(copied);
     EXPECT_LT(std::filesystem::file_size(file.Path()), kSize);
     std::filesystem::remove(input);
-}
-
-TEST_F(WorkFileTest, AStampThatRunsOutOfDiskBeforeOrAfterTheSignatureLeavesTheOldOutput) {
-    const auto request = RequestFor(SimplePdf());
-    WriteFile(request.outputPath, "old");
-    const auto size = ReadFile(request.inputPath).size();
-    for (const std::size_t room : {size / 2, size + 100, size + 6'000}) {
-        StampResult result;
-        {
-            const FileSizeLimit limit(room);
-            result = StampPdf(request, [](const SignedRanges&, std::string& contents) {
-                contents = "x";
-                return 0;
-            });
-        }
-        EXPECT_EQ(result.error, StampError::kOutputUnwritable) << room;
-        EXPECT_EQ(ReadFile(request.outputPath), "old");
-        EXPECT_EQ(Listing(), (std::vector<std::string>{"in.pdf", "out.pdf"}));
-    }
 }
 
 }  // namespace

@@ -2,10 +2,12 @@
 
 #include <pthread.h>
 
+#include <filesystem>
 #include <system_error>
 #include <thread>
 
-#include "tools/pdf/PdfFixture.h"
+#include "tools/pdf/InputCopyFixture.h"
+#include "tools/pdf/linux/FileSizeLimit.h"
 
 namespace {
 
@@ -31,7 +33,7 @@ private:
     pthread_attr_t m_before{};
 };
 
-class InputCopyOnLinux : public PdfFixture {};
+using InputCopyOnLinux = InputCopyFixture;
 
 TEST_F(InputCopyOnLinux, WithoutAThreadToBeHadTheCopyIsMadeAtTheEnd) {
     const auto request = RequestForLarge(kLargeInput);
@@ -43,6 +45,32 @@ TEST_F(InputCopyOnLinux, WithoutAThreadToBeHadTheCopyIsMadeAtTheEnd) {
     }
     EXPECT_EQ(Listing(), std::vector<std::string>{"in.pdf"});
     EXPECT_TRUE(ReadFile(copy.Finish().Path()) == ReadFile(request.inputPath));
+}
+
+TEST_F(InputCopyOnLinux, ADiskThatFillsUpMeanwhileIsToldAtTheEnd) {
+    const auto request = LargeRequest();
+    WriteFile(request.outputPath, "old");
+    {
+        const FileSizeLimit limit(kLargeInput / 2);
+        CInputCopy copy(request.inputPath, request.outputPath);
+        copy.Begin();
+        const auto message = ExpectFailure(request, copy, StampError::kOutputUnwritable);
+        EXPECT_NE(message.find("can't be written"), std::string::npos) << message;
+    }
+    EXPECT_EQ(ReadFile(request.outputPath), "old");
+    EXPECT_EQ(Listing(), (std::vector<std::string>{"in.pdf", "out.pdf"}));
+}
+
+TEST_F(InputCopyOnLinux, AnOutputThatIsALinkToTheInputIsNeverWritten) {
+    auto request = LargeRequest();
+    std::filesystem::create_symlink(request.inputPath, Path("soft.pdf"));
+    const auto listing = Listing();
+    request.outputPath = Path("soft.pdf");
+    CInputCopy copy(request.inputPath, request.outputPath);
+    copy.Begin();
+    EXPECT_TRUE(copy.OutputIsInput());
+    ExpectFailure(request, copy, StampError::kOutputIsInput);
+    EXPECT_EQ(Listing(), listing) << "the copy still lives";
 }
 
 }  // namespace
