@@ -2,29 +2,46 @@
 
 #include <json/reader.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
 
+#include "components/certservice/Places.h"
+#include "platform/Files.h"
+
 const char* const kContract = CLI_CONTRACT;
+const char* const kTesmark = CLI_TESMARK;
+
+namespace {
+
+std::string Below(const std::string& folder, const std::string& name) {
+    std::string path = name;
+    std::replace(path.begin(), path.end(), '/', platform::PathSeparator());
+    return folder + platform::PathSeparator() + path;
+}
+
+}  // namespace
 
 CliTest::CliTest() { m_prefix.RegisterCertService(CLI_CERT_SERVICE); }
 
-ProgramOutcome CliTest::Tesmark(const std::vector<std::string>& arguments) const {
-    std::vector<std::string> all = {CLI_TESMARK};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    return RunProgram(all);
-}
-
-ProgramOutcome CliTest::Shell(const std::string& command) const {
+ProgramOutcome BareCliTest::Tesmark(const std::vector<std::string>& arguments,
+                                    const std::string& input) const {
     ProgramOptions options;
-    options.folder = m_prefix.Path();
-    options.environment = {{"TESMARK", CLI_TESMARK}};
-    return RunProgram({"/bin/sh", "-c", command}, options);
+    options.input = input;
+    return Tesmark(arguments, options);
 }
 
-Json::Value CliTest::Json(std::vector<std::string> arguments) const {
+ProgramOutcome BareCliTest::Tesmark(const std::vector<std::string>& arguments,
+                                    const ProgramOptions& options) const {
+    std::vector<std::string> all = {CLI_TESMARK};
+    // A test gives a program what a shell gives it: the system's own bytes.
+    for (const std::string& argument : arguments) all.push_back(platform::PathFromUtf8(argument));
+    return RunProgram(all, options);
+}
+
+Json::Value BareCliTest::Json(std::vector<std::string> arguments) const {
     arguments.emplace_back("--json");
     const ProgramOutcome outcome = Tesmark(arguments);
     Json::Value value;
@@ -37,40 +54,32 @@ Json::Value CliTest::Json(std::vector<std::string> arguments) const {
     return value;
 }
 
-void CliTest::MakeKey(const std::string& name, const std::string& algorithm) const {
+void BareCliTest::MakeKey(const std::string& name, const std::string& algorithm) const {
     const auto outcome =
         Tesmark({"key", "new", "--name", name, "--algorithm", algorithm, "--pin", "123456"});
     ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
 }
 
-void CliTest::MakeSeal(const std::string& cert, const std::string& form,
-                       const std::string& name) const {
+void BareCliTest::MakeSeal(const std::string& cert, const std::string& form,
+                           const std::string& name) const {
     const auto outcome = Tesmark({"seal", "new", "--cert", cert, "--form", form, "--name", name});
     ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
 }
 
-void CliTest::ScriptPinentry(const std::string& beforeIt) const {
-    const std::string path = InPrefix("pinentry");
-    WriteFile(path,
-              "#!/bin/sh\necho OK\nwhile read -r command rest; do\n  case $command in\n"
-              "    GETPIN) " +
-                  beforeIt +
-                  "; echo 'D 123456'; echo OK ;;\n    BYE) echo OK; exit ;;\n    *) echo OK ;;\n"
-                  "  esac\ndone\n");
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    ASSERT_EQ(Tesmark({"config", "set", "PinentryProgram", path}).exitCode, 0);
-}
+std::string BareCliTest::InKeys(const std::string& name) { return Below(KeyFolderPath(), name); }
 
-std::string CliTest::FileContent(const std::string& path) {
+std::string BareCliTest::InTrust(const std::string& name) { return Below(TrustFolderPath(), name); }
+
+std::string BareCliTest::FileContent(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void CliTest::WriteFile(const std::string& path, const std::string& content) const {
+void BareCliTest::WriteFile(const std::string& path, const std::string& content) const {
     std::ofstream(path, std::ios::binary) << content;
 }
 
-std::vector<std::string> CliTest::FilesBeginningWith(const std::string& start) const {
+std::vector<std::string> BareCliTest::FilesBeginningWith(const std::string& start) const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(m_prefix.Path())) {
         const std::string name = entry.path().filename().string();
@@ -78,5 +87,3 @@ std::vector<std::string> CliTest::FilesBeginningWith(const std::string& start) c
     }
     return names;
 }
-
-BareCliTest::BareCliTest() { std::filesystem::remove(InPrefix("machine.reg")); }

@@ -14,14 +14,16 @@
 // The example document: three pages.
 extern const char* const kContract;
 
-class CliTest : public testing::Test {
+// Before anything is registered.
+class BareCliTest : public testing::Test {
 protected:
-    // Registers the open certificate service in the prefix.
-    CliTest();
-
-    ProgramOutcome Tesmark(const std::vector<std::string>& arguments) const;
-    // Through the shell, for what only it can do; $TESMARK is the program.
-    ProgramOutcome Shell(const std::string& command) const;
+    // Arguments are UTF-8; `input` is what the program reads on standard input.
+    ProgramOutcome Tesmark(const std::vector<std::string>& arguments,
+                           const std::string& input = "") const;
+    ProgramOutcome Tesmark(const std::vector<std::string>& arguments,
+                           const ProgramOptions& options) const;
+    // Where nobody can be asked anything.
+    ProgramOutcome TesmarkWithoutTerminal(const std::vector<std::string>& arguments) const;
     // The document that the command prints with --json; a null value if it prints none.
     Json::Value Json(std::vector<std::string> arguments) const;
 
@@ -29,11 +31,11 @@ protected:
     void MakeKey(const std::string& name, const std::string& algorithm) const;
     void MakeSeal(const std::string& cert, const std::string& form, const std::string& name) const;
 
-    // A program that asks for PINs in the place of a person: its answer is always 123456, and
-    // `beforeIt` is a line of shell that it runs first.
-    void ScriptPinentry(const std::string& beforeIt) const;
-
-    std::string InPrefix(const std::string& name) const { return m_prefix.Path() + "/" + name; }
+    // `name` goes through folders with "/": a file of the test, of the folder of the keys, of that
+    // of the trusted certificates.
+    std::string InPrefix(const std::string& name) const { return m_prefix.Below(name); }
+    static std::string InKeys(const std::string& name);
+    static std::string InTrust(const std::string& name);
     static std::string FileContent(const std::string& path);
     void WriteFile(const std::string& path, const std::string& content) const;
     // The names of the files in the prefix that begin with `start`.
@@ -42,8 +44,11 @@ protected:
     TemporaryPrefix m_prefix;
 };
 
-// The same, before anything is registered.
-class BareCliTest : public CliTest {
+// With the open certificate service registered in the prefix.
+class CliTest : public BareCliTest {
 protected:
-    BareCliTest();
+    CliTest();
 };
+
+// The program's path, for a test that starts it in a way of its own.
+extern const char* const kTesmark;

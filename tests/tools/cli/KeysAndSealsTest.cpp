@@ -43,7 +43,7 @@ TEST_F(KeysTest, TheSerialNumberIsTheOneAskedFor) {
         Tesmark({"key", "new", "--name", "a", "--serial", "1234ABCD", "--pin", "123456"}).exitCode,
         0);
     const std::string serial = Json({"list"})["certificates"][0]["serial"].asString();
-    EXPECT_EQ(strcasecmp(serial.c_str(), "1234ABCD"), 0) << serial;
+    EXPECT_TRUE(serial == "1234ABCD" || serial == "1234abcd") << serial;
 }
 
 TEST_F(KeysTest, ATakenNameIsRefusedAndTheKeyStays) {
@@ -63,7 +63,7 @@ TEST_F(KeysTest, TheTriesLeftAreShown) {
 }
 
 TEST_F(KeysTest, WithoutATerminalAPinHasToBeGiven) {
-    const auto outcome = Shell("setsid $TESMARK key new --name a");
+    const auto outcome = TesmarkWithoutTerminal({"key", "new", "--name", "a"});
     EXPECT_EQ(outcome.exitCode, 6);
     EXPECT_NE(outcome.error.find("--pin-file"), std::string::npos) << outcome.error;
 }
@@ -74,11 +74,15 @@ TEST_F(KeysTest, APinThatIsTooShortOrNotAsciiIsRefused) {
 }
 
 TEST_F(KeysTest, APkcs12FileBecomesAKey) {
-    ASSERT_EQ(Shell("openssl req -x509 -newkey rsa:2048 -nodes -keyout k.pem -out c.pem -days 9 "
-                    "-subj /CN=imported 2>/dev/null && openssl pkcs12 -export -inkey k.pem -in "
-                    "c.pem -out k.p12 -passout pass:secret")
-                  .exitCode,
-              0);
+    const auto openssl = [](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "/usr/bin/openssl");
+        const auto outcome = RunProgram(arguments);
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.error;
+    };
+    openssl({"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", InPrefix("k.pem"), "-out",
+             InPrefix("c.pem"), "-days", "9", "-subj", "/CN=imported"});
+    openssl({"pkcs12", "-export", "-inkey", InPrefix("k.pem"), "-in", InPrefix("c.pem"), "-out",
+             InPrefix("k.p12"), "-passout", "pass:secret"});
     const std::string file = InPrefix("k.p12");
     const auto wrong = Tesmark({"key", "import", file, "--password", "x", "--pin", "123456"});
     EXPECT_EQ(wrong.exitCode, 6);
@@ -143,7 +147,7 @@ TEST_F(SealsTest, ASecondSealOfAFormStandsBesideTheFirst) {
 TEST_F(SealsTest, APictureOfTheUsersOwnGivesTheSealItsShape) {
     MakeKey("alice", "sm2");
     MakeSeal("alice", "es", "drawn");
-    const std::string es = FileContent(InPrefix("keys/alice/files/ESEAL"));
+    const std::string es = FileContent(InKeys("alice/files/ESEAL"));
     const auto start = es.find("\x89PNG");
     ASSERT_NE(start, std::string::npos) << "the drawn seal is a PNG";
     WriteFile(InPrefix("seal.png"), es.substr(start));
@@ -174,7 +178,7 @@ TEST_F(SealsTest, WithoutAKeyTheWayToOneIsTold) {
 TEST_F(SealsTest, ADamagedSealIsShownAsDamaged) {
     MakeKey("alice", "sm2");
     MakeSeal("alice", "gb2020", "p");
-    const std::string path = InPrefix("keys/alice/files/GBESEAL");
+    const std::string path = InKeys("alice/files/GBESEAL");
     ASSERT_TRUE(std::filesystem::exists(path));
     std::string content = FileContent(path);
     content[content.size() / 2] ^= 1;

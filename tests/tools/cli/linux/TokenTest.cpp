@@ -1,16 +1,16 @@
 // The road of one stamp with a token as the key: SoftHSM 2 behind its PKCS#11 module.
 
-#include "CliFixture.h"
 #include "components/certservice/DevelopmentCa.h"
 #include "components/certservice/Places.h"
 #include "components/certservice/tokens/linux/SoftHsm.h"
+#include "tools/cli/CliFixture.h"
 
 namespace {
 
-class TokenTest : public CliTest {
+class TokenOnLinux : public CliTest {
 protected:
     // An RSA key with a certificate of the development CA.
-    TokenTest() {
+    TokenOnLinux() {
         SetServicePath("Pkcs11Modules", SoftHsm::ModulePath());
         m_token.MakeToken("stamp");
         int code = 0;
@@ -26,7 +26,7 @@ protected:
     std::string m_out = InPrefix("out.pdf");
 };
 
-TEST_F(TokenTest, TheTokensCertificateIsListed) {
+TEST_F(TokenOnLinux, TheTokensCertificateIsListed) {
     const Json::Value certificates = Json({"list"})["certificates"];
     ASSERT_EQ(certificates.size(), 1u);
     EXPECT_TRUE(certificates[0]["certId"].asString().starts_with("P11/"));
@@ -34,7 +34,7 @@ TEST_F(TokenTest, TheTokensCertificateIsListed) {
     EXPECT_TRUE(certificates[0]["problem"].isNull()) << certificates[0];
 }
 
-TEST_F(TokenTest, ASealOnTheTokenStampsAPdfThatPdfsigCallsValid) {
+TEST_F(TokenOnLinux, ASealOnTheTokenStampsAPdfThatPdfsigCallsValid) {
     const auto seal =
         Tesmark({"seal", "new", "--form", "es", "--name", "Token Holder", "--pin", "123456"});
     ASSERT_EQ(seal.exitCode, 0) << seal.error;
@@ -45,7 +45,7 @@ TEST_F(TokenTest, ASealOnTheTokenStampsAPdfThatPdfsigCallsValid) {
     EXPECT_NE(verdict.find("Total document signed"), std::string::npos) << verdict;
 }
 
-TEST_F(TokenTest, ANationalSealOnTheTokenMakesASealSignature) {
+TEST_F(TokenOnLinux, ANationalSealOnTheTokenMakesASealSignature) {
     const auto seal =
         Tesmark({"seal", "new", "--form", "gb2020", "--name", "Token Holder", "--pin", "123456"});
     ASSERT_EQ(seal.exitCode, 0) << seal.error;
@@ -53,7 +53,7 @@ TEST_F(TokenTest, ANationalSealOnTheTokenMakesASealSignature) {
     EXPECT_EQ(stamped["mode"].asInt(), 2) << stamped;
 }
 
-TEST_F(TokenTest, AWrongPinIsToldAndNothingIsWritten) {
+TEST_F(TokenOnLinux, AWrongPinIsToldAndNothingIsWritten) {
     ASSERT_EQ(Tesmark({"seal", "new", "--form", "es", "--name", "T", "--pin", "123456"}).exitCode,
               0);
     const auto outcome = Tesmark({"stamp", kContract, m_out, "--pin", "000000"});
@@ -62,7 +62,7 @@ TEST_F(TokenTest, AWrongPinIsToldAndNothingIsWritten) {
     EXPECT_TRUE(FilesBeginningWith("out.pdf").empty());
 }
 
-TEST_F(TokenTest, APulledTokenIsNoKeyAnyMore) {
+TEST_F(TokenOnLinux, APulledTokenIsNoKeyAnyMore) {
     m_token.RemoveTokens();
     const auto outcome = Tesmark({"stamp", kContract, m_out, "--pin", "123456"});
     EXPECT_EQ(outcome.exitCode, 3) << outcome.error;
