@@ -11,14 +11,6 @@ TEST(SealFontTest, AFaceWithEveryCharacterIsChosen) {
     EXPECT_GE(font.index, 0);
 }
 
-TEST(SealFontTest, AFamilyThatLacksTheCharactersIsPassedOver) {
-    SealFont latin;
-    SealFont mixed;
-    ASSERT_TRUE(FindSealFont(U"Ltd.", "DejaVu Sans", latin));
-    ASSERT_TRUE(FindSealFont(U"深圳市", "DejaVu Sans", mixed));
-    EXPECT_NE(mixed.path, latin.path);
-}
-
 TEST(SealFontTest, AFamilyThatIsNotThereIsNoFailure) {
     SealFont font;
     EXPECT_TRUE(FindSealFont(U"公司", "No Such Family", font));
