@@ -48,4 +48,12 @@ TEST(ClockTest, LocalTimeIsKnownForAnyYearOfACertificate) {
     EXPECT_EQ(old.tm_hour, 0);
 }
 
+TEST(ClockTest, UtcFollowsNoTimeZone) {
+    const std::tm utc = platform::UtcTime(86400 + 3600);
+    EXPECT_EQ(utc.tm_hour, 1);
+    EXPECT_EQ(utc.tm_mday, 2);
+    EXPECT_EQ(utc.tm_year, 70);
+    EXPECT_EQ(utc.tm_yday, 1);
+}
+
 }  // namespace

@@ -37,6 +37,16 @@ TEST_F(FilesTest, AFileIsNoDirectory) {
     EXPECT_FALSE(IsDirectory(Path("none").c_str()));
 }
 
+TEST_F(FilesTest, AChineseNameIsFoundByThePathOfItsTextAndToldByIt) {
+    const std::u8string name = u8"合同（已盖章）";
+    const std::string text(name.begin(), name.end());
+    std::ofstream(std::filesystem::path(m_prefix.Path()) / name) << "x";
+    const std::string path = Path(PathFromUtf8(text));
+    EXPECT_TRUE(PathExists(path.c_str()));
+    EXPECT_EQ(Utf8FromPath(PathFromUtf8(text)), text);
+    EXPECT_EQ(Utf8FromPath(PathFromUtf8("")), "");
+}
+
 TEST_F(FilesTest, ADirectoryIsMadeOneLevelDeepAndOnce) {
     EXPECT_FALSE(CreateDirectoryAt(Path("a/b/").c_str()));
     EXPECT_TRUE(CreateDirectoryAt(Path("a/").c_str()));
