@@ -12,9 +12,9 @@ struct ProgramOutcome {
 };
 
 struct ProgramOptions {
-    std::string folder;                                            // working directory; empty: ours
-    std::vector<std::pair<std::string, std::string>> environment;  // in addition to ours
-    std::string input;                                             // standard input
+    std::string folder{};  // working directory; empty: ours
+    std::vector<std::pair<std::string, std::string>> environment{};  // in addition to ours
+    std::string input{};                                             // standard input
 };
 
 // `arguments` begins with the program's path.
