@@ -49,8 +49,9 @@ ProgramRun ServiceTest::OpenSsl(const std::string& arguments) const {
     std::vector<std::string> command{"/usr/bin/openssl"};
     std::istringstream words(arguments);
     for (std::string word; words >> word;) command.push_back(word);
-    const ProgramOutcome outcome =
-        RunProgram(command, {.folder = m_prefix.Path(), .environment = {}});
+    ProgramOptions options;
+    options.folder = m_prefix.Path();
+    const ProgramOutcome outcome = RunProgram(command, options);
     return {outcome.exitCode, outcome.out + outcome.error};
 }
 
