@@ -15,6 +15,7 @@ struct ProgramOptions {
     std::string folder{};  // working directory; empty: ours
     std::vector<std::pair<std::string, std::string>> environment{};  // in addition to ours
     std::string input{};                                             // standard input
+    bool hasTerminal = true;  // if we have one; without it the program can ask nobody
 };
 
 // `arguments` begins with the program's path.

@@ -36,6 +36,7 @@ private:
 
 [[noreturn]] void BecomeProgram(const std::vector<std::string>& arguments,
                                 const ProgramOptions& options) {
+    if (!options.hasTerminal) setsid();
     for (const auto& [name, value] : options.environment) setenv(name.c_str(), value.c_str(), 1);
     if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) _exit(127);
     std::vector<char*> pointers;

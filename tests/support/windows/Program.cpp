@@ -79,9 +79,10 @@ bool Start(std::string line, const ProgramOptions& options, const StandardStream
     STARTUPINFOA start{};
     start.cb = sizeof start;
     if (streams != nullptr) streams->GiveTo(start);
-    return CreateProcessA(nullptr, line.data(), nullptr, nullptr, streams != nullptr, 0, nullptr,
-                          options.folder.empty() ? nullptr : options.folder.c_str(), &start,
-                          &started) != 0;
+    const DWORD flags = options.hasTerminal ? 0 : DETACHED_PROCESS;
+    return CreateProcessA(nullptr, line.data(), nullptr, nullptr, streams != nullptr, flags,
+                          nullptr, options.folder.empty() ? nullptr : options.folder.c_str(),
+                          &start, &started) != 0;
 }
 
 int RunWindows(const std::vector<std::string>& arguments, const ProgramOptions& options,

@@ -13,6 +13,8 @@
 
 // The example document: three pages.
 extern const char* const kContract;
+// The program, for a test that starts it in a way of its own.
+extern const char* const kTesmark;
 
 // Before anything is registered.
 class BareCliTest : public testing::Test {
@@ -22,8 +24,6 @@ protected:
                            const std::string& input = "") const;
     ProgramOutcome Tesmark(const std::vector<std::string>& arguments,
                            const ProgramOptions& options) const;
-    // Where nobody can be asked anything.
-    ProgramOutcome TesmarkWithoutTerminal(const std::vector<std::string>& arguments) const;
     // The document that the command prints with --json; a null value if it prints none.
     Json::Value Json(std::vector<std::string> arguments) const;
 
@@ -49,6 +49,3 @@ class CliTest : public BareCliTest {
 protected:
     CliTest();
 };
-
-// The program's path, for a test that starts it in a way of its own.
-extern const char* const kTesmark;

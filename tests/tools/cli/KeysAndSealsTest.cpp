@@ -63,7 +63,9 @@ TEST_F(KeysTest, TheTriesLeftAreShown) {
 }
 
 TEST_F(KeysTest, WithoutATerminalAPinHasToBeGiven) {
-    const auto outcome = TesmarkWithoutTerminal({"key", "new", "--name", "a"});
+    ProgramOptions nobodyThere;
+    nobodyThere.hasTerminal = false;
+    const auto outcome = Tesmark({"key", "new", "--name", "a"}, nobodyThere);
     EXPECT_EQ(outcome.exitCode, 6);
     EXPECT_NE(outcome.error.find("--pin-file"), std::string::npos) << outcome.error;
 }

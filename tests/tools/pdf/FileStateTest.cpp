@@ -40,6 +40,8 @@ TEST_F(FileStateTest, AnotherSizeOrAnotherTimeOfWritingIsAnotherState) {
 TEST_F(FileStateTest, AFileThatTookTheNameIsAnotherOneThoughItLooksTheSame) {
     WriteFile(Path("a"), "content");
     WriteFile(Path("b"), "CONTENT");
+    // To whole seconds, where that is all that can be set.
+    fs::last_write_time(Path("a"), fs::last_write_time(Path("a")));
     fs::last_write_time(Path("b"), fs::last_write_time(Path("a")));
     const FileState before = StateOf("a");
     fs::rename(Path("b"), Path("a"));

@@ -87,6 +87,13 @@ bool ReadWholePiece(HANDLE file, char* bytes, std::size_t size, std::uint64_t of
     return true;
 }
 
+// What replaces a file in this way has its rights and attributes.
+bool Replace(const std::string& output, const std::string& path) {
+    // Asked first: a replacement that fails halfway may leave a file of its own behind.
+    const bool mayGo = CHandle(OpenShared(output, GENERIC_WRITE | DELETE)).IsOpen();
+    return mayGo && ReplaceFileA(output.c_str(), path.c_str(), nullptr, 0, nullptr, nullptr);
+}
+
 }  // namespace
 
 CWorkFile::CWorkFile(std::string outputPath) : m_output(Resolved(outputPath)) {}
@@ -114,6 +121,9 @@ bool CWorkFile::CheckOutput() {
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
         return Fail("can't be replaced", "it is a folder");
     }
+    // To a user with the right to everything it would open all the same.
+    SetLastError(ERROR_ACCESS_DENIED);
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return Fail("can't be written");
     const CHandle file(OpenShared(m_output, GENERIC_WRITE));
     if (!file.IsOpen()) return Fail("can't be written");
     if (GetFileType(file.Get()) != FILE_TYPE_DISK) {
@@ -193,11 +203,10 @@ bool CWorkFile::BecomeOutput() {
     if (!FlushFileBuffers(Native(m_file))) return Fail("can't be written");
     // A file that is open can't take another name.
     Close();
-    // What replaces a file in this way has its rights and attributes.
     const bool named =
         platform::PathExists(m_output.c_str())
-            ? ReplaceFileA(m_output.c_str(), m_path.c_str(), nullptr, 0, nullptr, nullptr)
-            : MoveFileExA(m_path.c_str(), m_output.c_str(), MOVEFILE_WRITE_THROUGH);
+            ? Replace(m_output, m_path)
+            : MoveFileExA(m_path.c_str(), m_output.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
     if (!named) return Fail("can't be replaced");
     m_path.clear();
     return true;
