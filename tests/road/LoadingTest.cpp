@@ -1,37 +1,9 @@
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <cstdio>
 
 #include "components/certservice/ServiceCodes.h"
-#include "road/RoadTest.h"
-#include "support/Program.h"
+#include "road/LoadingTest.h"
 
 namespace {
-
-// Hosts in processes of their own, which load the library by its path.
-class LoadingTest : public RoadTest {
-protected:
-    ProgramOutcome Host(const std::string& command, const std::string& certId = "none",
-                        const std::string& pin = kRoadPin, const std::string& further = "",
-                        const ProgramOptions& options = {}) const {
-        return RunProgram({ROAD_HOST, command, ROAD_LIBRARY, certId, pin, further}, options);
-    }
-
-    // The codes that records of failed logins tell, in their order.
-    std::vector<int> LoginCodesInLog() const {
-        std::ifstream file(InPrefix("Velmora/ESealLog/Fenmoor.log"), std::ios::binary);
-        const std::string log{std::istreambuf_iterator<char>(file), {}};
-        const std::string mark = "LoginIn error ";
-        std::vector<int> codes;
-        for (std::size_t at = 0; (at = log.find(mark, at)) != std::string::npos;) {
-            at += mark.size();
-            codes.push_back(std::atoi(log.c_str() + at));
-        }
-        return codes;
-    }
-};
 
 TEST_F(LoadingTest, TheLogTellsWrongPinLockedRemovedAndDamagedApart) {
     const std::string wrong = MakeKey(KeyKind::kSm2, "wrong");
@@ -53,8 +25,7 @@ TEST_F(LoadingTest, ThePinStandsNowhereInTheLog) {
     const std::string certId = MakeKey(KeyKind::kSm2, "key");
     EXPECT_EQ(Host("login", certId, pin).out, "-3050\n");
     EXPECT_EQ(Host("sign", certId).out, "0\n");
-    std::ifstream file(InPrefix("Velmora/ESealLog/Fenmoor.log"), std::ios::binary);
-    const std::string log{std::istreambuf_iterator<char>(file), {}};
+    const std::string log = Log();
     ASSERT_NE(log.find("LoginIn"), std::string::npos);
     EXPECT_EQ(log.find(pin), std::string::npos);
     EXPECT_EQ(log.find(kRoadPin), std::string::npos);
@@ -93,33 +64,9 @@ TEST_F(LoadingTest, ASealLibraryThatIsLoadedAlreadyTakesTheOpenOnesPlace) {
     EXPECT_EQ(host.out, "the other TVK_Initialize\n");
 }
 
-TEST_F(LoadingTest, ASealLibraryThatTheLoaderFindsFirstTakesTheOpenOnesPlace) {
-    const std::string folder = std::filesystem::path(ROAD_OTHER_SEAL_LIBRARY).parent_path();
-    ProgramOptions options;
-    options.environment = {{"LD_LIBRARY_PATH", folder}};
-    const std::string certId = MakeKey(KeyKind::kSm2, "key");
-    const ProgramOutcome host = Host("login", certId, kRoadPin, "", options);
-    EXPECT_EQ(host.exitCode, 0) << host.error;
-    EXPECT_TRUE(host.out.starts_with("the other TVK_Initialize\n")) << host.out;
-}
-
 TEST_F(LoadingTest, TheOpenSealLibraryIsUsedWhereThereIsNoOther) {
     const std::string certId = MakeKey(KeyKind::kSm2, "key");
     EXPECT_EQ(Host("sign", certId).out, "0\n");
-}
-
-TEST_F(LoadingTest, TheServicesPathMayHaveBytesOfAnyEncoding) {
-    const std::string certId = MakeKey(KeyKind::kSm2, "key");
-    const std::string utf8 = "\xE8\xAF\x81\xE4\xB9\xA6 service";
-    for (const std::string& folder : {std::string("证书"), utf8}) {
-        const std::string path = InPrefix(folder) + "/libKVLAppCOM.so";
-        std::filesystem::create_directory(InPrefix(folder));
-        std::filesystem::copy_file(kCertServiceFile, path);
-        m_prefix.RegisterCertService(path);
-        EXPECT_EQ(Host("sign", certId).out, "0\n") << folder;
-        std::filesystem::remove(path);
-        EXPECT_NE(Host("login", certId).out, "0\n") << folder;
-    }
 }
 
 }  // namespace

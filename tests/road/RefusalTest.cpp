@@ -1,8 +1,8 @@
 #include <ctime>
 #include <filesystem>
 
-#include "../components/certservice/tokens/TokenFixture.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/certservice/ServiceSettings.h"
 #include "library/bridge/ExportCalls.h"
 #include "road/RoadTest.h"
 #include "support/LoopbackServer.h"
@@ -58,16 +58,6 @@ TEST_F(RefusalTest, AWrongPinIsAFailedLoginAndSelectsNothing) {
     OutPair out;
     EXPECT_EQ(P1Sign(kData, out.buffer, &out.length), 0);
     EXPECT_TRUE(out.Untouched());
-}
-
-// The scripted pinentry answers at once, and never with the right PIN.
-TEST_F(RefusalTest, AWrongAnswerToThePinentryIsToldAndDoesntLockTheKey) {
-    SetServicePath("PinentryProgram", ROAD_PINENTRY);
-    const std::string certId = MakeKey(KeyKind::kRsa, "rsa");
-    SetCurrentCertID(certId.c_str());
-    EXPECT_EQ(SignP1(kData).code, kServicePinWrong);
-    EXPECT_EQ(Login(certId), 0);
-    EXPECT_EQ(SignP1(kData).code, 0);
 }
 
 TEST_F(RefusalTest, ALockedKeyRefusesTheRightPinAndTheSignature) {

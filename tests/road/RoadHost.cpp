@@ -8,28 +8,26 @@
 // each, and prints how much the process grew behind the tenth. beside: loads the file FURTHER
 // before, then initialises.
 
-#include <dlfcn.h>
-#include <link.h>
-#include <malloc.h>
-
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/Module.h"
+#include "road/Resources.h"
 
 namespace {
 
 // The library while it is loaded.
 class Host {
 public:
-    explicit Host(const char* path) : m_library(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
+    explicit Host(const char* path) : m_library(platform::LoadModule(path)) {
         if (m_library != nullptr) return;
-        std::fprintf(stderr, "%s\n", dlerror());
+        std::fprintf(stderr, "%s can't be loaded: %d\n", path, platform::LastError());
         std::exit(2);
     }
-    ~Host() { dlclose(m_library); }
+    ~Host() { platform::FreeModule(m_library); }
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
@@ -52,29 +50,11 @@ public:
 private:
     template <typename Function>
     Function* Find(const char* name) {
-        return reinterpret_cast<Function*>(dlsym(m_library, name));
+        return reinterpret_cast<Function*>(platform::FindSymbol(m_library, name));
     }
 
-    void* m_library;
+    platform::ModuleHandle m_library;
 };
-
-int CountObjects() {
-    int count = 0;
-    dl_iterate_phdr(
-        [](dl_phdr_info*, std::size_t, void* data) {
-            ++*static_cast<int*>(data);
-            return 0;
-        },
-        &count);
-    return count;
-}
-
-int CountDescriptors() {
-    int count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++count;
-    return count;
-}
 
 int SignOnce(Host& host, const char* certId, const char* pin) {
     if (const int code = host.Login(certId, pin)) return code;
@@ -83,30 +63,25 @@ int SignOnce(Host& host, const char* certId, const char* pin) {
 
 int Loop(char** arguments) {
     constexpr int kWarm = 10;
-    std::size_t heap = 0;
-    int objects = 0;
-    int descriptors = 0;
+    Resources warm;
     for (int i = 0, rounds = std::atoi(arguments[5]); i < rounds; ++i) {
         {
             Host host(arguments[2]);
             if (const int code = SignOnce(host, arguments[3], arguments[4])) return code;
             host.UnInit();
         }
-        if (i + 1 != kWarm) continue;
-        heap = mallinfo2().uordblks;
-        objects = CountObjects();
-        descriptors = CountDescriptors();
+        if (i + 1 == kWarm) warm = CurrentResources();
     }
-    std::printf("heap %ld objects %d descriptors %d\n",
-                static_cast<long>(mallinfo2().uordblks) - static_cast<long>(heap),
-                CountObjects() - objects, CountDescriptors() - descriptors);
+    const Resources now = CurrentResources();
+    std::printf("heap %ld objects %d descriptors %d\n", now.heapBytes - warm.heapBytes,
+                now.objects - warm.objects, now.descriptors - warm.descriptors);
     return 0;
 }
 
 int Run(char** arguments) {
     const std::string_view command = arguments[1];
     if (command == "loop") return Loop(arguments);
-    if (command == "beside" && dlopen(arguments[5], RTLD_NOW | RTLD_LOCAL) == nullptr) return 3;
+    if (command == "beside" && platform::LoadModule(arguments[5]) == nullptr) return 3;
     // Never unloaded: this is a host that ends as it stands.
     static Host* const host = new Host(arguments[2]);
     if (command == "beside") {

@@ -6,6 +6,7 @@
 
 #include "components/certservice/Certificate.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/certservice/ServiceSettings.h"
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/EsSeal.h"
 #include "components/seallibrary/SealMaker.h"
@@ -52,6 +53,8 @@ std::string MadeSeal(SealForm form, const DevelopmentCa& maker, const std::strin
 
 RoadTest::RoadTest() : m_keys(InPrefix("keys")) {
     m_prefix.RegisterCertService(kCertServiceFile);
+    SetServicePath("KeyFolder", InPrefix("keys"));
+    SetServicePath("TrustFolder", InPrefix("trust"));
     std::filesystem::create_directory(InPrefix("keys"));
     std::filesystem::create_directory(InPrefix("trust"));
 }

@@ -48,7 +48,7 @@ protected:
     RoadTest();
     ~RoadTest() override;
 
-    std::string InPrefix(const std::string& name) const { return m_prefix.Path() + "/" + name; }
+    std::string InPrefix(const std::string& name) const { return m_prefix.Below(name); }
     std::string WriteFile(const std::string& name, const std::string& content) const;
     // The folder of a key.
     std::string KeyPath(const std::string& certId) const;

@@ -11,9 +11,9 @@ namespace {
 constexpr char kData[] = "the bytes of the document";
 constexpr char kOwner[] = "--application-label 01";
 
-class TokenRoadTest : public RoadTest {
+class TokenRoadOnLinux : public RoadTest {
 protected:
-    TokenRoadTest() {
+    TokenRoadOnLinux() {
         SetServicePath("Pkcs11Modules", SoftHsm::ModulePath());
         const KeyHandle key = MakeRsaKey();
         CertificateRequest request;
@@ -24,7 +24,7 @@ protected:
         m_token.StoreCertificate("stamp", m_certificate, "01", "holder");
         m_path = WriteFile("document.pdf", kData);
     }
-    ~TokenRoadTest() override { UnInitKVLLib(); }
+    ~TokenRoadOnLinux() override { UnInitKVLLib(); }
 
     // As the service lists it; the serial number is SoftHSM's own.
     static std::string TokensCertId() {
@@ -39,7 +39,7 @@ protected:
     std::string m_path;
 };
 
-TEST_F(TokenRoadTest, AnEsSealOnTheTokenMakesAMessageThatOpenSslAccepts) {
+TEST_F(TokenRoadOnLinux, AnEsSealOnTheTokenMakesAMessageThatOpenSslAccepts) {
     m_token.StoreFile("stamp", "ESEAL01", MadeEsSeal(), kOwner);
     ASSERT_EQ(Login(TokensCertId()), 0);
     const Handed picture = Picture();
@@ -57,7 +57,7 @@ TEST_F(TokenRoadTest, AnEsSealOnTheTokenMakesAMessageThatOpenSslAccepts) {
     EXPECT_TRUE(DigestAccepts(plain.bytes, m_path, m_certificate));
 }
 
-TEST_F(TokenRoadTest, ANationalSealOnTheTokenMakesASealSignature) {
+TEST_F(TokenRoadOnLinux, ANationalSealOnTheTokenMakesASealSignature) {
     const std::string seal = MadeSeal(SealForm::kGb2020, Authority(KeyKind::kRsa), m_certificate);
     m_token.StoreFile("stamp", "GBESEAL01", seal, kOwner);
     ASSERT_EQ(Login(TokensCertId()), 0);
@@ -74,7 +74,7 @@ TEST_F(TokenRoadTest, ANationalSealOnTheTokenMakesASealSignature) {
               0x0C000042);
 }
 
-TEST_F(TokenRoadTest, AWrongPinOpensNothing) {
+TEST_F(TokenRoadOnLinux, AWrongPinOpensNothing) {
     EXPECT_EQ(Login(TokensCertId(), "000000"), TESMARK_LOGIN_FAILED);
 }
 
