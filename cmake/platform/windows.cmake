@@ -23,7 +23,8 @@ function(tesmark_export_only target)
     list(JOIN ARGN "\n    " names)
     file(GENERATE OUTPUT ${definition}
         CONTENT "LIBRARY \"$<TARGET_FILE_NAME:${target}>\"\nEXPORTS\n    ${names}\n")
-    target_sources(${target} PRIVATE ${definition})
+    target_sources(${target} PRIVATE ${definition}
+        ${PROJECT_SOURCE_DIR}/src/platform/windows/ExceptionPool.cpp)
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${definition})
 endfunction()
 

@@ -6,6 +6,7 @@
 #include "library/bridge/ExportCalls.h"
 #include "road/RoadTest.h"
 #include "support/LoopbackServer.h"
+#include "support/ShownBoxes.h"
 
 namespace {
 
@@ -156,7 +157,9 @@ TEST_F(RevocationTest, ACertificateThatTheListLacksSigns) {
 
 TEST_F(RevocationTest, WithTheServerDownTheSignatureGoesOn) {
     Select(LoopbackServer::DeadUrl("/ca.crl"));
+    ShownBoxes boxes;
     EXPECT_EQ(SignP1(kData).code, 0);
+    EXPECT_FALSE(boxes.Take().empty());
 }
 
 TEST_F(RevocationTest, WithoutTheSettingNobodyIsAskedForAList) {

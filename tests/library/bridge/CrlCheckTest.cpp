@@ -3,9 +3,9 @@
 
 #include "ExportCalls.h"
 #include "fakes/LibraryTest.h"
-#include "fakes/ShownBoxes.h"
 #include "foundation/Text.h"
 #include "support/LoopbackServer.h"
+#include "support/ShownBoxes.h"
 
 namespace {
 

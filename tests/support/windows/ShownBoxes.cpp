@@ -1,4 +1,4 @@
-#include "fakes/ShownBoxes.h"
+#include "support/ShownBoxes.h"
 
 #include <windows.h>
 
