@@ -1,5 +1,6 @@
 /* host.c - the smallest host: which picture goes on the page, and a signature over some bytes.
- * Build it with   cc host.c -I../include -L../build/linux/bin -lTesmarkOpt_x64 */
+ * Build it with   cc host.c -I../include -L../build/linux/bin -lTesmarkOpt_x64
+ * and on Windows  cl host.c /I..\include ..\lib\TesmarkOpt_x64.lib */
 #include <TesmarkOpt.h>
 #include <stdio.h>
 #include <stdlib.h>

@@ -3,10 +3,10 @@
  *
  * Plain C, one session for the process, to be called from one thread at a time. Texts are in the
  * system's ANSI code page (GBK on Linux) and end with a zero byte; paths are the file system's
- * bytes; binary data is a pointer with a 32-bit length. Every function that returns an int gives 0
- * for success or a code: one of TesmarkResult, or a positive or negative code of the certificate
- * service or the seal library passed through, any value but 0 being a failure. A record of every
- * call stands in the user's Fenmoor.log.
+ * bytes (on Windows text in the ANSI code page); binary data is a pointer with a 32-bit length.
+ * Every function that returns an int gives 0 for success or a code: one of TesmarkResult, or a
+ * positive or negative code of the certificate service or the seal library passed through, any
+ * value but 0 being a failure. A record of every call stands in the user's Fenmoor.log.
  *
  * Data comes out through a pair of `out` and `outLen`, without a zero byte behind it, in one of
  * five forms:
@@ -22,7 +22,11 @@
  *                     an empty state nothing is touched, and the result is 0.
  *
  * An impossible string operation (a null pointer with a length, a negative length) leaves the
- * library as a C++ exception that carries 0x80070057, 0x80004005 or 0x8007000E.
+ * library as a C++ exception that carries 0x80070057, 0x80004005 or 0x8007000E. It is one of GCC's:
+ * on Windows it ends a host in C or built by Visual C++, so check pointers and lengths first.
+ *
+ * The C heap of this header is the C library's; on Windows that of msvcrt.dll, which a host built
+ * by Visual C++ doesn't use by itself: it takes malloc and free from there with GetProcAddress.
  */
 #ifndef TESMARK_OPT_H
 #define TESMARK_OPT_H

@@ -1,6 +1,6 @@
 #include "components/sealpicture/GdLibrary.h"
 
-#include "platform/SystemLibrary.h"
+#include "platform/linux/SystemLibrary.h"
 
 namespace {
 

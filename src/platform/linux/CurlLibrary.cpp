@@ -1,6 +1,6 @@
 #include "platform/CurlLibrary.h"
 
-#include "platform/SystemLibrary.h"
+#include "platform/linux/SystemLibrary.h"
 
 namespace platform {
 

@@ -1,4 +1,4 @@
-#include "platform/SystemLibrary.h"
+#include "platform/linux/SystemLibrary.h"
 
 #include <dlfcn.h>
 

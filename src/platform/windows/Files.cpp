@@ -12,17 +12,32 @@ namespace platform {
 
 namespace {
 
-// "\n" becomes "\r\n", as the C library's text mode writes it. One write takes the whole, so that
-// records of several processes never mix.
-std::string TextModeBytes(std::string_view record) {
-    std::string bytes;
-    bytes.reserve(record.size() + 1);
-    for (const char c : record) {
-        if (c == '\n') bytes += '\r';
-        bytes += c;
+// "\n" becomes "\r\n", as the C library's text mode writes it. On the stack: a record must not fail
+// for want of memory. One write takes the whole, so that records of several processes never mix.
+struct TextModeBytes {
+    explicit TextModeBytes(std::string_view record) {
+        for (const char c : record.substr(0, kLargestRecord)) {
+            if (c == '\n') bytes[size++] = '\r';
+            bytes[size++] = c;
+        }
     }
-    return bytes;
-}
+
+    static constexpr std::size_t kLargestRecord = 8192;
+    char bytes[2 * kLargestRecord];
+    DWORD size = 0;
+};
+
+// What the caller may still want to read.
+class KeptLastError {
+public:
+    KeptLastError() : m_error(GetLastError()) {}
+    ~KeptLastError() { SetLastError(m_error); }
+    KeptLastError(const KeptLastError&) = delete;
+    KeptLastError& operator=(const KeptLastError&) = delete;
+
+private:
+    DWORD m_error;
+};
 
 }  // namespace
 
@@ -60,14 +75,15 @@ std::string UserDataFolder() {
 std::string CrlFolder() { return "c:\\CRLFilePath\\"; }
 
 std::int64_t AppendTextRecord(const char* path, std::string_view record) {
+    const KeptLastError kept;
     const HANDLE file =
-        CreateFileA(path, FILE_APPEND_DATA | FILE_READ_ATTRIBUTES,
+        CreateFileA(path, FILE_APPEND_DATA | FILE_READ_DATA | FILE_READ_ATTRIBUTES,
                     FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) return -1;
-    const std::string bytes = TextModeBytes(record);
+    const TextModeBytes text(record);
     DWORD written = 0;
     // A full disk loses the record: nobody is told of it.
-    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    WriteFile(file, text.bytes, text.size, &written, nullptr);
     LARGE_INTEGER size{};
     const bool told = GetFileSizeEx(file, &size) != 0;
     CloseHandle(file);

@@ -67,7 +67,7 @@ TEST(LibraryFileTest, DoesNotNeedWhatItOpensAtRunTime) {
     EXPECT_THAT(needed, Each(Not(HasSubstr("libcurl"))));
 }
 
-// A missing function may end the process no earlier than at its call.
+// A missing function stops the load, or ends the process only at its call: that is the loader's.
 TEST(LibraryFileTest, WhatItCallsOfAClosedLibraryIsInTheOpenComponentAndInTheStandIn) {
     const auto called = CalledOf("SealLibrary.h");
     EXPECT_THAT(called, Contains("TVK_Initialize"));

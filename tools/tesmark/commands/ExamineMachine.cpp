@@ -14,9 +14,11 @@
 #include "commands/Findings.h"
 #include "commands/PinEntry.h"
 #include "components/certservice/Places.h"
+#include "foundation/Registry.h"
 #include "include/TesmarkOpt.h"
 #include "platform/Files.h"
 #include "platform/Module.h"
+#include "platform/RegistryStore.h"
 
 namespace {
 
@@ -88,6 +90,17 @@ void ExamineStart(Findings& findings) {
     }
 }
 
+// A key that isn't there is no lack of rights.
+bool LibraryReadsSettings() {
+    using platform::RegistryAccess;
+    const auto opens = [](RegistryAccess access) {
+        const CRegistry key(
+            platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kSettingsKey, access));
+        return key.key != nullptr;
+    };
+    return opens(RegistryAccess::AllAccess) || !opens(RegistryAccess::Read64);
+}
+
 void ExamineStore(Findings& findings) {
     std::string former;
     for (const Setting& setting : KnownSettings()) {
@@ -98,6 +111,13 @@ void ExamineStore(Findings& findings) {
                           holder.name + (holder.there ? "" : " (not there: defaults hold)"));
         }
         former = holder.name;
+    }
+    if (!LibraryReadsSettings()) {
+        findings.Problem(
+            "store",
+            "This user lacks rights on the settings' key, which the library opens with "
+            "all access: it runs on defaults.",
+            "give the user full control of HKEY_LOCAL_MACHINE\\software\\Velmora");
     }
     for (const Setting& setting : KnownSettings()) {
         if (const auto value = ReadSetting(setting)) {

@@ -91,7 +91,11 @@ bool ReadWholePiece(HANDLE file, char* bytes, std::size_t size, std::uint64_t of
 bool Replace(const std::string& output, const std::string& path) {
     // Asked first: a replacement that fails halfway may leave a file of its own behind.
     const bool mayGo = CHandle(OpenShared(output, GENERIC_WRITE | DELETE)).IsOpen();
-    return mayGo && ReplaceFileA(output.c_str(), path.c_str(), nullptr, 0, nullptr, nullptr);
+    if (!mayGo) return false;
+    if (ReplaceFileA(output.c_str(), path.c_str(), nullptr, 0, nullptr, nullptr)) return true;
+    // On a share the user may change files without being allowed to give them rights.
+    return ReplaceFileA(output.c_str(), path.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                        nullptr, nullptr) != 0;
 }
 
 }  // namespace

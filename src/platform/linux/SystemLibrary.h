@@ -5,8 +5,8 @@
 
 namespace platform {
 
-// Null if the loader doesn't find it. "curl" with version 4 is "libcurl.so.4" or "libcurl-4.dll",
-// found where the loader looks for libraries.
+// Null if the loader doesn't find it. "curl" with version 4 is "libcurl.so.4", found where
+// the loader looks for libraries.
 ModuleHandle LoadSystemLibrary(const char* stem, int version);
 
 }  // namespace platform
