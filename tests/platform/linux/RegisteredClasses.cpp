@@ -1,0 +1,4 @@
+#include "RegisteredClasses.h"
+
+// The store goes with its TemporaryPrefix.
+void UnregisterClasses() {}
