@@ -7,7 +7,7 @@
 #include "platform/RegistryStore.h"
 
 inline constexpr char kEngineClass[] = "{2D8C4E07-91BA-4F36-A4D2-7C16E05B3F9A}";
-// Of the same library; on Windows its objects have no IOleObject.
+// Of the same library; on Windows its objects have no IOleObject, and give numbers for texts.
 inline constexpr char kPlainClass[] = "{0F9E1B55-6A4C-4E58-8D0B-3A51C7D2E640}";
 // On Windows its objects have no IDispatch.
 inline constexpr char kMuteClass[] = "{0F9E1B55-6A4C-4E58-8D0B-3A51C7D2E641}";

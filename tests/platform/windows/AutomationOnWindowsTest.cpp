@@ -135,6 +135,14 @@ TEST_F(AutomationOnWindows, ACallOfTheWrongArgumentsHasTheEnginesStatus) {
     EXPECT_EQ(result.status, static_cast<std::int32_t>(DISP_E_BADPARAMCOUNT));
 }
 
+TEST_F(AutomationOnWindows, AResultThatIsNoStringIsNull) {
+    InitializeAutomation();
+    ASSERT_NE(Engine(kPlainClass), nullptr);
+    const AutomationResult result = CallAutomation(m_object, "CreateTS", {"a"});
+    EXPECT_EQ(result.failure, AutomationFailure::None);
+    EXPECT_FALSE(result.text.has_value());
+}
+
 TEST_F(AutomationOnWindows, AnObjectHoldsOneReferenceUntilItIsReleased) {
     InitializeAutomation();
     ASSERT_NE(Control(kEngineClass), nullptr);

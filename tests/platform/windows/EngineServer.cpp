@@ -82,6 +82,12 @@ void Give(char* text, VARIANT& result) {
     std::free(text);
 }
 
+void MakeNumber(VARIANT& result) {
+    VariantClear(&result);
+    result.vt = VT_I4;
+    result.lVal = 7;
+}
+
 HRESULT Raise(HRESULT status, EXCEPINFO& exception) {
     exception = {};
     exception.bstrSource = SysAllocString(L"engine");
@@ -134,6 +140,7 @@ public:
         char* text = nullptr;
         const HRESULT status = CallMethod(method, Arguments(*parameters), &text);
         Give(text, *result);
+        if (!m_control) MakeNumber(*result);
         return FAILED(status) && m_raises ? Raise(status, *exception) : status;
     }
 
