@@ -51,6 +51,8 @@ private:
     bool Fail(const char* what);
     bool Fail(const char* what, const std::string& why);
     bool CheckOutput();
+    // Nobody can tell it ahead.
+    std::string NameBesideOutput() const;
     bool CopyBytes(File input, std::uint64_t size);
     void Close();
 

@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <random>
 #include <vector>
 
 #include "platform/Files.h"
@@ -44,14 +43,6 @@ std::string Resolved(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
                                                            &std::free);
     return real ? std::string(real.get()) : path;
-}
-
-std::string RandomSuffix() {
-    static constexpr char kLetters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
-    std::random_device random;
-    std::string suffix = ".";
-    for (int i = 0; i < 8; ++i) suffix += kLetters[random() % (sizeof kLetters - 1)];
-    return suffix;
 }
 
 std::string FolderOf(const std::string& path) {
@@ -88,11 +79,6 @@ void CWorkFile::Close() {
 
 bool CWorkFile::Fail(const char* what) { return Fail(what, std::strerror(errno)); }
 
-bool CWorkFile::Fail(const char* what, const std::string& why) {
-    m_problem = "\"" + platform::Utf8FromPath(m_output) + "\" " + what + ": " + why + ".";
-    return false;
-}
-
 bool CWorkFile::CheckOutput() {
     struct stat status;
     if (stat(m_output.c_str(), &status) != 0) return true;
@@ -106,7 +92,7 @@ bool CWorkFile::CheckOutput() {
 bool CWorkFile::Create() {
     if (!CheckOutput()) return false;
     for (int i = 0; i < kAttempts; ++i) {
-        const std::string path = m_output + RandomSuffix();
+        const std::string path = NameBesideOutput();
         m_file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (m_file != kNoFile) {
             m_path = path;

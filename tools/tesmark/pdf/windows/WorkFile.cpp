@@ -1,7 +1,6 @@
 #include "pdf/WorkFile.h"
 
 #include <algorithm>
-#include <random>
 #include <vector>
 
 #include "pdf/windows/SystemMessage.h"
@@ -57,14 +56,6 @@ std::string Resolved(const std::string& path) {
     return WithoutPrefix(real);
 }
 
-std::string RandomSuffix() {
-    static constexpr char kLetters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
-    std::random_device random;
-    std::string suffix = ".";
-    for (int i = 0; i < 8; ++i) suffix += kLetters[random() % (sizeof kLetters - 1)];
-    return suffix;
-}
-
 OVERLAPPED PlaceAt(std::uint64_t offset) {
     OVERLAPPED place{};
     place.Offset = static_cast<DWORD>(offset);
@@ -114,11 +105,6 @@ void CWorkFile::Close() {
 
 bool CWorkFile::Fail(const char* what) { return Fail(what, LastErrorText()); }
 
-bool CWorkFile::Fail(const char* what, const std::string& why) {
-    m_problem = "\"" + platform::Utf8FromPath(m_output) + "\" " + what + ": " + why + ".";
-    return false;
-}
-
 bool CWorkFile::CheckOutput() {
     const DWORD attributes = GetFileAttributesA(m_output.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return true;
@@ -139,7 +125,7 @@ bool CWorkFile::CheckOutput() {
 bool CWorkFile::Create() {
     if (!CheckOutput()) return false;
     for (int i = 0; i < kAttempts; ++i) {
-        const std::string path = m_output + RandomSuffix();
+        const std::string path = NameBesideOutput();
         const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ,
                                         nullptr, CREATE_NEW, 0, nullptr);
         if (file != INVALID_HANDLE_VALUE) {
