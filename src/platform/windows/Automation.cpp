@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/windows/AutomationText.h"
 #include "platform/windows/WideText.h"
 #include "platform/windows/Win32.h"
 // After the system's own header.
@@ -66,9 +67,7 @@ bool SetText(VARIANT& value, const char* text) {
     value.vt = VT_BSTR;
     value.bstrVal = nullptr;
     if (text == nullptr) return true;
-    const std::wstring wide = WideFrom(CP_THREAD_ACP, text);
-    if (wide.empty() && *text != '\0') return false;
-    value.bstrVal = SysAllocString(wide.c_str());
+    value.bstrVal = MakeAutomationText(text);
     return value.bstrVal != nullptr;
 }
 
