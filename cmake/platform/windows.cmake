@@ -9,11 +9,15 @@ add_link_options(-Wl,--no-insert-timestamp -Wl,--disable-auto-image-base -Wl,--d
     -Wl,--nxcompat -Wl,--high-entropy-va -fstack-protector-strong)
 
 # The name of the file is that of its interface; the transport's begins with "lib" here too.
-function(tesmark_file_name target name)
-    set(prefix "")
+function(tesmark_dll_prefix name result)
+    set(${result} "" PARENT_SCOPE)
     if(name MATCHES "^dwnt")
-        set(prefix lib)
+        set(${result} lib PARENT_SCOPE)
     endif()
+endfunction()
+
+function(tesmark_file_name target name)
+    tesmark_dll_prefix(${name} prefix)
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME ${name} PREFIX "${prefix}" IMPORT_PREFIX lib${target}-)
 endfunction()
@@ -34,14 +38,11 @@ endfunction()
 # error of the build. A library that nothing is called from is not needed afterwards.
 function(tesmark_link_closed target name header)
     tesmark_declared_functions(${header} functions)
-    set(file ${name}.dll)
-    if(name MATCHES "^dwnt")
-        set(file lib${name}.dll)
-    endif()
+    tesmark_dll_prefix(${name} prefix)
     set(definition ${CMAKE_CURRENT_BINARY_DIR}/imports/${name}.def)
     set(import ${CMAKE_CURRENT_BINARY_DIR}/imports/lib${name}.dll.a)
     list(JOIN functions "\n    " names)
-    file(GENERATE OUTPUT ${definition} CONTENT "LIBRARY \"${file}\"\nEXPORTS\n    ${names}\n")
+    file(GENERATE OUTPUT ${definition} CONTENT "LIBRARY \"${prefix}${name}.dll\"\nEXPORTS\n    ${names}\n")
     # The names of its members, which order the import table, would else be made of the folder's.
     add_custom_command(OUTPUT ${import}
         COMMAND ${CMAKE_DLLTOOL} -m i386:x86-64 -d ${definition} -l ${import}
