@@ -1,35 +1,10 @@
-#include "platform/Module.h"
+#include "ModuleTest.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
-#include <string>
-
-#include "support/TemporaryPrefix.h"
 
 using namespace platform;
 
 namespace {
-
-class ModuleTest : public testing::Test {
-protected:
-    ModuleTest() : m_before(std::filesystem::current_path()) {}
-    ~ModuleTest() override {
-        FreeModule(m_module);
-        std::filesystem::current_path(m_before);
-    }
-    std::string Path(const std::string& name) const { return m_prefix.Below(name); }
-    std::string CopyAs(const std::string& name) const {
-        std::filesystem::copy_file(MODULE_STAND_IN, Path(name));
-        return Path(name);
-    }
-    ModuleHandle Load(const std::string& path) { return m_module = LoadModule(path.c_str()); }
-
-    TemporaryPrefix m_prefix;
-    std::filesystem::path m_before;
-    ModuleHandle m_module = nullptr;
-};
 
 TEST_F(ModuleTest, AModuleIsLoadedByItsPathAndItsFunctionsFound) {
     ASSERT_NE(Load(CopyAs("any.name")), nullptr);

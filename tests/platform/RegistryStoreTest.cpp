@@ -1,10 +1,4 @@
-#include "platform/RegistryStore.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "support/TemporaryPrefix.h"
+#include "RegistryStoreTest.h"
 
 using namespace platform;
 
@@ -13,33 +7,6 @@ namespace {
 using namespace std::string_literals;
 
 constexpr char kKey[] = "software\\Velmora\\test";
-
-class RegistryStoreTest : public testing::Test {
-protected:
-    void TearDown() override { CloseRegistryKey(m_key); }
-    RegistryKey Open(const char* path, RegistryAccess access = RegistryAccess::AllAccess,
-                     RegistryRoot root = RegistryRoot::LocalMachine) {
-        CloseRegistryKey(m_key);
-        return m_key = OpenRegistryKey(root, path, access);
-    }
-    RegistryKey Create(const char* path, RegistryRoot root = RegistryRoot::LocalMachine) {
-        CloseRegistryKey(m_key);
-        return m_key = CreateRegistryKey(RegistryRootKey(root), path);
-    }
-    std::string Value(const char* name) const {
-        char data[256] = {};
-        std::size_t size = sizeof data;
-        return QueryRegistryValue(m_key, name, data, &size) ? std::string(data, size) : "absent";
-    }
-    std::string PathValue(const char* name) const {
-        char data[256] = {};
-        std::size_t size = sizeof data;
-        return QueryRegistryPath(m_key, name, data, &size) ? std::string(data, size) : "absent";
-    }
-
-    TemporaryPrefix m_prefix;
-    RegistryKey m_key = nullptr;
-};
 
 TEST_F(RegistryStoreTest, AKeyOpensOnceItWasMadeAndUnderItsOwnRootAlone) {
     EXPECT_EQ(Open(kKey), nullptr);

@@ -1,34 +1,15 @@
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <string>
 
-#include "platform/Module.h"
-#include "support/TemporaryPrefix.h"
+#include "ModuleTest.h"
 
 using namespace platform;
 
 namespace {
 
-class ModuleOnLinux : public testing::Test {
-protected:
-    ModuleOnLinux() : m_before(std::filesystem::current_path()) {}
-    ~ModuleOnLinux() override {
-        FreeModule(m_module);
-        std::filesystem::current_path(m_before);
-    }
-    std::string Path(const std::string& name) const { return m_prefix.Below(name); }
-    std::string CopyAs(const std::string& name) const {
-        std::filesystem::copy_file(MODULE_STAND_IN, Path(name));
-        return Path(name);
-    }
-    ModuleHandle Load(const std::string& path) { return m_module = LoadModule(path.c_str()); }
-
-    TemporaryPrefix m_prefix;
-    std::filesystem::path m_before;
-    ModuleHandle m_module = nullptr;
-};
+using ModuleOnLinux = ModuleTest;
 
 TEST_F(ModuleOnLinux, ABareNameIsAFileOfTheWorkingDirectory) {
     CopyAs("libbare.so");

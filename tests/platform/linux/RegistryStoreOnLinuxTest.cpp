@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -7,10 +5,9 @@
 #include <string>
 #include <thread>
 
-#include "platform/RegistryStore.h"
+#include "RegistryStoreTest.h"
 #include "support/Environment.h"
 #include "support/Program.h"
-#include "support/TemporaryPrefix.h"
 
 using namespace platform;
 
@@ -18,10 +15,9 @@ namespace {
 
 using namespace std::string_literals;
 
-class RegistryStoreOnLinux : public testing::Test {
+class RegistryStoreOnLinux : public RegistryStoreTest {
 protected:
-    void TearDown() override { CloseRegistryKey(m_key); }
-    std::string Path(const std::string& name) const { return m_prefix.Path() + "/" + name; }
+    std::string Path(const std::string& name) const { return m_prefix.Below(name); }
     void Store(const std::string& contents, const std::string& name = "machine.reg") const {
         std::ofstream(Path(name), std::ios::binary) << contents;
     }
@@ -30,28 +26,6 @@ protected:
         contents << std::ifstream(Path(name), std::ios::binary).rdbuf();
         return contents.str();
     }
-    RegistryKey Open(const char* path, RegistryAccess access = RegistryAccess::AllAccess,
-                     RegistryRoot root = RegistryRoot::LocalMachine) {
-        CloseRegistryKey(m_key);
-        return m_key = OpenRegistryKey(root, path, access);
-    }
-    RegistryKey Create(const char* path, RegistryRoot root = RegistryRoot::LocalMachine) {
-        CloseRegistryKey(m_key);
-        return m_key = CreateRegistryKey(RegistryRootKey(root), path);
-    }
-    std::string Value(const char* name) const {
-        char data[256] = {};
-        std::size_t size = sizeof data;
-        return QueryRegistryValue(m_key, name, data, &size) ? std::string(data, size) : "absent";
-    }
-    std::string PathValue(const char* name) const {
-        char data[256] = {};
-        std::size_t size = sizeof data;
-        return QueryRegistryPath(m_key, name, data, &size) ? std::string(data, size) : "absent";
-    }
-
-    TemporaryPrefix m_prefix;
-    RegistryKey m_key = nullptr;
 };
 
 TEST_F(RegistryStoreOnLinux, AMissingKeyDoesNotOpen) {
