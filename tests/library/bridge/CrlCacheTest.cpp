@@ -10,9 +10,9 @@
 #include <optional>
 
 #include "fakes/LibraryTest.h"
-#include "fakes/LockedStore.h"
 #include "foundation/Registry.h"
 #include "platform/RegistryStore.h"
+#include "support/LockedStore.h"
 
 namespace {
 

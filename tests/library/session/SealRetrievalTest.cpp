@@ -1,7 +1,7 @@
 #include <cstdlib>
 
 #include "SessionTest.h"
-#include "fakes/LockedStore.h"
+#include "support/LockedStore.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -1,4 +1,4 @@
-#include "fakes/LockedStore.h"
+#include "support/LockedStore.h"
 
 #include <windows.h>
 // After the system's own header.

@@ -1,4 +1,4 @@
-#include "fakes/LockedStore.h"
+#include "support/LockedStore.h"
 
 #include <filesystem>
 
