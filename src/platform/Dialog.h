@@ -1,0 +1,36 @@
+// Dialog.h - shows a modal dialog, and tells its logic what the user does.
+#pragma once
+
+#include "platform/DialogWindow.h"
+
+namespace platform {
+
+// What a dialog does at each event; true if it did something about it. An event that it leaves
+// alone is handled as the system handles it by default: closing then presses Cancel (2). Whatever
+// it throws ends the dialog and passes through OpenDialog.
+class DialogProcedure {
+public:
+    virtual ~DialogProcedure() = default;
+
+    // The dialog has its controls and isn't visible yet.
+    virtual void OnOpen(DialogWindow& window) = 0;
+    // The user wants the window closed, by its system menu or its close box.
+    virtual bool OnClose(DialogWindow&) { return false; }
+    // A button was pressed. The return key presses the default button, the escape key Cancel.
+    virtual bool OnButton(DialogWindow&, int) { return false; }
+    // Another node of the tree is now selected, or none.
+    virtual bool OnNodeSelected(DialogWindow&, int) { return false; }
+};
+
+constexpr int kDialogNotShown = -1;
+
+// Shows the dialog `templateId` of the loaded module with the name `moduleStem` ("TesmarkOpt" gives
+// TesmarkOpt.dll or libTesmarkOpt.so), without an owner, and blocks until it has ended. Returns
+// what it ended with. kDialogNotShown, and `procedure` hears of nothing: no such module is loaded,
+// it has no such template, or there is nothing to show dialogs with.
+//
+// To be called by one thread at a time. From within an event a second dialog can be opened: that
+// event goes on when it has ended, and until then the first dialog still hears of others.
+int OpenDialog(const char* moduleStem, int templateId, DialogProcedure& procedure);
+
+}  // namespace platform
