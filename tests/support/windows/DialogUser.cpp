@@ -1,0 +1,54 @@
+#include "support/windows/DialogUser.h"
+
+#include <set>
+#include <string>
+#include <utility>
+
+namespace {
+
+bool IsDialog(HWND window) {
+    char kind[32] = {};
+    GetClassNameA(window, kind, sizeof kind);
+    return std::string(kind) == "#32770";
+}
+
+}  // namespace
+
+class DialogUser::Watch {
+public:
+    explicit Watch(Act act)
+        : m_act(std::move(act)),
+          m_hook(SetWindowsHookExA(WH_CBT, Watched, nullptr, GetCurrentThreadId())) {
+        g_watch = this;
+    }
+    ~Watch() {
+        UnhookWindowsHookEx(m_hook);
+        g_watch = nullptr;
+    }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+private:
+    static LRESULT CALLBACK Watched(int code, WPARAM window, LPARAM data) {
+        const HWND dialog = reinterpret_cast<HWND>(window);
+        if (code == HCBT_ACTIVATE && IsDialog(dialog) && g_watch->m_seen.insert(dialog).second) {
+            g_watch->m_act(dialog);
+        }
+        if (code == HCBT_DESTROYWND) g_watch->m_seen.erase(dialog);
+        return CallNextHookEx(nullptr, code, window, data);
+    }
+
+    static Watch* g_watch;
+
+    Act m_act;
+    std::set<HWND> m_seen;
+    HHOOK m_hook;
+};
+
+DialogUser::Watch* DialogUser::Watch::g_watch = nullptr;
+
+DialogUser::DialogUser(Act act) : m_watch(std::make_unique<Watch>(std::move(act))) {}
+
+DialogUser::~DialogUser() = default;
+
+void Click(HWND dialog, int button) { PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0); }
