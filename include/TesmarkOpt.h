@@ -62,7 +62,10 @@ enum TesmarkResult {
     TESMARK_NOT_TRUSTED = -3007,            /* the certificate's chain is not trusted */
     TESMARK_TIME_STAMP_FAILED = -3008,      /* the time stamp could not be made */
     TESMARK_CERT_FIELD_FAILED = -3010,      /* a field of the certificate can't be had */
+    TESMARK_COPY_NOT_OPENED = -3013,        /* a debugging copy, inside the library only */
     TESMARK_NO_MEMORY = -3015,              /* no memory, or the caller's buffer is too small */
+    TESMARK_COPY_NOT_WRITTEN = -3017,       /* the same */
+    TESMARK_COPY_NOT_CLOSED = -3018,        /* the same */
     TESMARK_SERVICE_NOT_FOUND = -3021,      /* the certificate service's file is missing */
     TESMARK_SERVICE_FAILED = -3022,         /* the certificate service did not start */
     TESMARK_DEVICE_COUNT_FAILED = -3023,

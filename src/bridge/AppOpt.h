@@ -80,6 +80,26 @@ public:
     int HashFile(const char* algorithm, const char* filePath, unsigned char* cert, int certLen,
                  unsigned char* out, int* outLen);
 
+    // --- time stamps (AppOptTimeStamp.cpp) ---
+
+    // Asks the time-stamp engine for a stamp over a PKCS#7 signature's value, or over the data
+    // itself where it has 10 bytes or less, and has the service put it into the signature. The
+    // service must be up. A null `out` asks for the size, and the authority for a stamp all the
+    // same. `*outLen` is what the service makes of it, after a failure of the service too. 0,
+    // -3008 or the service's code. A failed call of the engine leaves as StringFailure with its
+    // status. On Windows the thread's count of COM is one higher after -3008 and after such a
+    // failure.
+    int SignTimeStamp(const unsigned char* signedData, int signedLen, unsigned char* out,
+                      int* outLen);
+    // Replaces the debugging copy of a request, at its fixed place whatever `fileName` says. 0,
+    // -3013 for no such folder, -3017 or -3018 for a disk that doesn't take it, with what it took
+    // left behind. Doesn't touch the service.
+    int WriteContent2File(const char* fileName, const unsigned char* data, int dataLen);
+    // The service's own results, as they are, and its own reading of the pair.
+    int VerifyTimeStamp(const unsigned char* signature, int signatureLen);
+    int GetFieldDataFromTSSignatureInfo(const unsigned char* signature, int signatureLen, int field,
+                                        unsigned char* out, int* outLen);
+
     // The gate at the head of every operation: starts the service if it is down, once. 0 or -3022.
     int CheckKVLOKStatus();
 };

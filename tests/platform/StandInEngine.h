@@ -6,7 +6,7 @@
 extern "C" {
 
 // Texts are UTF-8, a null one shows as "(null)". For the request "null" the result is null, for
-// "fail" it is -7, with a result that isn't to be used.
+// "swap" the Base64 of "swapped", for "fail" it is -7, with a result that isn't to be used.
 int CreateTS(const char* request, char** result);
 int GetPersonalEsealByXML(const char* settings, const char* text, char** result);
 int GetPersonalEsealByCertInfo(const char* text, int width, int height, char** result);

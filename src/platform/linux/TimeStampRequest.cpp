@@ -1,0 +1,3 @@
+#include "platform/TimeStampRequest.h"
+
+const char* platform::TimeStampRequestPath() { return "/Users/ravik/Desktop/timestamp/req.dat"; }
