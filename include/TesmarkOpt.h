@@ -23,7 +23,8 @@
  *
  * An impossible string operation (a null pointer with a length, a negative length) leaves the
  * library as a C++ exception that carries 0x80070057, 0x80004005 or 0x8007000E. It is one of GCC's:
- * on Windows it ends a host in C or built by Visual C++, so check pointers and lengths first.
+ * on Windows it ends a host in C or built by Visual C++, so check pointers and lengths first. A
+ * failed call of the time-stamp engine leaves in the same way, with the engine's negative status.
  *
  * The C heap of this header is the C library's; on Windows that of msvcrt.dll, which a host built
  * by Visual C++ doesn't use by itself: it takes malloc and free from there with GetProcAddress.
@@ -139,7 +140,8 @@ TESMARK_EXPORT void SetGetStampPictureMode(unsigned char mode);
 /* The picture that goes on the page, as it is stored; form 4. A null `out` selects: the keys are
  * read, the user is asked if there is a choice, the key is tried and the seal verified. With `out`
  * set and nothing cached the selection runs too and fills `out` unmeasured: ask with null first.
- * TESMARK_CANCELLED, TESMARK_BUSY, codes of the enumeration, the signature and the seal library. */
+ * TESMARK_CANCELLED, TESMARK_BUSY, TESMARK_TIME_STAMP_FAILED where bSignWithTimeStamp is on, codes
+ * of the enumeration, the signature and the seal library. */
 TESMARK_EXPORT int GetSealInfo(unsigned char* out, int* outLen);
 
 /* The same picture with one zero byte behind it, as Base64 in a block of the C heap: release it
@@ -175,9 +177,10 @@ TESMARK_EXPORT int ParseCertFieldData(const unsigned char* cert, int certLen, in
 TESMARK_EXPORT int P1SignData(const unsigned char* data, int dataLen, unsigned char* out,
                               int* outLen);
 
-/* Mode 0: a detached PKCS#7. Modes 1 and 2: a seal signature, for which `property` is handed to
- * the seal library. Any other mode: 0 with nothing touched. Form 3. A failure ends the selection.
- */
+/* Mode 0: a detached PKCS#7, with a time stamp if the setting bSignWithTimeStamp is on (then
+ * TESMARK_TIME_STAMP_FAILED, and every call, a query too, asks the authority). Modes 1 and 2: a
+ * seal signature, for which `property` is handed to the seal library. Any other mode: 0 with
+ * nothing touched. Form 3. A failure ends the selection. */
 TESMARK_EXPORT int P7SignData(const unsigned char* data, int dataLen, const unsigned char* property,
                               int propertyLen, unsigned char* out, int* outLen);
 
@@ -196,6 +199,17 @@ TESMARK_EXPORT int GetHashData(const char* algorithm, const unsigned char* data,
  * is freed. A service that can't be started leaves it alone. */
 TESMARK_EXPORT int GetFileHash(const char* algorithm, const char* filePath, unsigned char* cert,
                                int certLen, unsigned char* out, int* outLen);
+
+/* --- time stamps ----------------------------------------------------------------------------- */
+
+/* Verifies the time stamp in a PKCS#7 signature, as P7SignData makes it where the setting
+ * bSignWithTimeStamp is on. The result is the certificate service's own. */
+TESMARK_EXPORT int VerifyPDFTimeStamp(const unsigned char* signature, int signatureLen);
+
+/* A field of that time stamp, by the certificate service's own numbers; form 3. The result is the
+ * service's too. */
+TESMARK_EXPORT int GetTimeStampInfo(const unsigned char* signature, int signatureLen, int field,
+                                    unsigned char* out, int* outLen);
 
 /* --- login ----------------------------------------------------------------------------------- */
 

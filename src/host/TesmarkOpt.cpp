@@ -152,6 +152,19 @@ int GetFileHash(const char* algorithm, const char* filePath, unsigned char* cert
     return g_appOpt.HashFile(algorithm, filePath, cert, certLen, out, outLen);
 }
 
+// --- time stamps ---
+
+int VerifyPDFTimeStamp(const unsigned char* signature, int signatureLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.VerifyTimeStamp(signature, signatureLen);
+}
+
+int GetTimeStampInfo(const unsigned char* signature, int signatureLen, int field,
+                     unsigned char* out, int* outLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.GetFieldDataFromTSSignatureInfo(signature, signatureLen, field, out, outLen);
+}
+
 // --- login ---
 
 int LoginIn(const char* certId, const char* pin) { return session::LoginIn(certId, pin); }

@@ -13,9 +13,6 @@ namespace {
 // Room for a second signature that comes out longer than the first; the service is told of it.
 constexpr int kSpareOfSignature = 128;
 
-// There is no time-stamp engine yet, so no time stamp can be made.
-int SignTimeStamp(const CBuffer&, unsigned char*, int*) { return TESMARK_TIME_STAMP_FAILED; }
-
 // The signature is made twice, for its size and for itself, whatever the host asks for.
 int SignAndStamp(const unsigned char* data, int dataLen, const char* certId, unsigned char* out,
                  int* outLen) {
@@ -28,7 +25,7 @@ int SignAndStamp(const unsigned char* data, int dataLen, const char* certId, uns
     CBuffer signature = AllocateAnswer(size + kSpareOfSignature, 0);
     if (!signature) return TESMARK_NO_MEMORY;
     if (const int code = FetchAnswer(sign, signature, 0)) return code;
-    const int result = SignTimeStamp(signature, out, outLen);
+    const int result = g_appOpt.SignTimeStamp(signature.Data(), signature.Length(), out, outLen);
     if (result == 0) return 0;
     TESMARK_LOG(kLogError, "SignTimeStamp error %d", result);
     return TESMARK_TIME_STAMP_FAILED;

@@ -90,7 +90,7 @@ TEST_F(P7SignTest, WithATimeStampTheSignatureIsMadeTwiceAndAFailedStampEndsTheSe
     EXPECT_THAT(fakes::CallTexts("SOF_SignMessageEx"),
                 ElementsAre("SOF_SignMessageEx(ctx, \"A\", 1, 1, 4 \"data\", size?)",
                             "SOF_SignMessageEx(ctx, \"A\", 1, 1, 4 \"data\", out[150])"));
-    EXPECT_THAT(Errors(), ElementsAre("SignTimeStamp error -3008"));
+    EXPECT_THAT(Errors(), ElementsAre("pVelmoraTSEngine: is null", "SignTimeStamp error -3008"));
     EXPECT_TRUE(out.Untouched());
     EXPECT_FALSE(Selected());
 }
@@ -101,7 +101,7 @@ TEST_F(P7SignTest, WithATimeStampASecondSignatureMayBeUpTo128BytesLonger) {
     Select(0);
     fakes::On("SOF_SignMessageEx").GivesAt(2, first + std::string(128, 'x'));
     EXPECT_EQ(P7Sign("data", "", m_out.buffer, &m_out.length), TESMARK_TIME_STAMP_FAILED);
-    EXPECT_THAT(Errors(), ElementsAre("SignTimeStamp error -3008"));
+    EXPECT_THAT(Errors(), ElementsAre("pVelmoraTSEngine: is null", "SignTimeStamp error -3008"));
     Select(0);
     fakes::On("SOF_SignMessageEx").GivesAt(2, first + std::string(129, 'x'));
     EXPECT_EQ(P7Sign("data", "", m_out.buffer, &m_out.length), TESMARK_PKCS7_FAILED);
