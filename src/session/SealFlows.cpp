@@ -24,9 +24,12 @@ int LogStatusFailure(int result) {
     return result;
 }
 
-// There is no time-stamp engine to ask yet.
+// What the stamp would take is asked for, and the stamp itself made by the authority.
 int StampProbe() {
-    TESMARK_LOG(kLogError, "SignTimeStamp error %d", TESMARK_TIME_STAMP_FAILED);
+    int size = 0;
+    const int result = g_appOpt.SignTimeStamp(kProbeText, sizeof kProbeText, nullptr, &size);
+    if (result == 0) return 0;
+    TESMARK_LOG(kLogError, "SignTimeStamp error %d", result);
     return TESMARK_TIME_STAMP_FAILED;
 }
 

@@ -1,7 +1,9 @@
 #include <functional>
 
 #include "SessionTest.h"
+#include "StampEngine.h"
 #include "dialogs/CertSealTree.h"
+#include "foundation/StringFailure.h"
 #include "host/ModuleState.h"
 #include "session/SealFlows.h"
 #include "session/SealRetrieval.h"
@@ -165,7 +167,30 @@ TEST_F(DialogFlowTest, ATimeStampThatCannotBeMadeEndsTheFlow) {
     m_prefix.SetNumber("bSignWithTimeStamp", 1);
     Answers(DialogEnd::Confirmed, {0, 1});
     ExpectQueryFails(TESMARK_TIME_STAMP_FAILED);
-    EXPECT_THAT(Failures(), ElementsAre("SignTimeStamp error -3008"));
+    EXPECT_THAT(Failures(), ElementsAre("pVelmoraTSEngine: is null", "SignTimeStamp error -3008"));
+}
+
+TEST_F(DialogFlowTest, ATimeStampOfTheProbedByteIsMadeOnTheWay) {
+    const StampEngine engine;
+    StampEngine::Register();
+    m_prefix.SetNumber("bSignWithTimeStamp", 1);
+    Answers(DialogEnd::Confirmed, {1, 0});
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(fakes::CountCalls("SOF_TSGenPDFSignature"), 1);
+    fakes::On("SOF_TSGenPDFSignature").Returns(95);
+    EXPECT_EQ(Query(), TESMARK_TIME_STAMP_FAILED);
+    EXPECT_EQ(Failures().back(), "SignTimeStamp error 95");
+    EXPECT_EQ(g_sealFlowBusy, 0);
+}
+
+TEST_F(DialogFlowTest, AFailedCallOfTheTimeStampEngineLeavesNobodyBusy) {
+    const StampEngine engine;
+    StampEngine::Register();
+    m_prefix.SetNumber("bSignWithTimeStamp", 1);
+    fakes::On("SOF_TSGenREQ").Gives(StampEngine::kFailing);
+    Answers(DialogEnd::Confirmed, {1, 0});
+    EXPECT_THROW(Query(), StringFailure);
+    EXPECT_EQ(g_sealFlowBusy, 0);
 }
 
 TEST_F(DialogFlowTest, ASealThatIsNotValidEndsTheFlow) {

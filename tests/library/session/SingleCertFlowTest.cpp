@@ -106,7 +106,7 @@ TEST_F(SingleCertFlowTest, ATimeStampThatCannotBeMadeEndsTheFlow) {
     m_prefix.SetNumber("bSignWithTimeStamp", 7);
     AddGbKey();
     ExpectQueryFails(TESMARK_TIME_STAMP_FAILED);
-    EXPECT_THAT(Failures(), ElementsAre("SignTimeStamp error -3008"));
+    EXPECT_THAT(Failures(), ElementsAre("pVelmoraTSEngine: is null", "SignTimeStamp error -3008"));
     EXPECT_FALSE(Called("TVK_Verify_SESeal"));
     EXPECT_EQ(GetEsealMode(), 0);
 }
