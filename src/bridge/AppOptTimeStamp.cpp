@@ -142,8 +142,7 @@ int CAppOpt::SignTimeStamp(const unsigned char* signedData, int signedLen, unsig
         context, reinterpret_cast<const unsigned char*>(response->data()),
         static_cast<int>(response->size()), signedData, signedLen, out, &length);
     *outLen = length;
-    // Where this was the thread's last use of COM, the engine's code goes with it.
-    engine.reset();
+    // The engine is let go after COM.
     platform::UninitializeAutomation();
     return result == kStampedToo ? 0 : result;
 }

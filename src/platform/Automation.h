@@ -50,8 +50,8 @@ AutomationObject CreateAutomationObject(const AutomationId& classId,
 // go at once, and without it there is no object. Elsewhere any library will do.
 AutomationObject CreateAutomationControl(const AutomationId& classId);
 
-// Null is allowed. The object must not be used afterwards; on Windows it has to be let go while
-// COM is still up on its thread.
+// Null is allowed. The object must not be used afterwards. On Windows this may come after COM has
+// been left on its thread, as nothing else may.
 void ReleaseAutomationObject(AutomationObject object);
 
 // A text or a 32-bit number. Texts are narrow text of the ANSI code page (GBK elsewhere than on

@@ -15,6 +15,7 @@ namespace platform {
 
 struct AutomationObjectState {
     IUnknown* object;
+    HMODULE code;  // null if no module holds it, as with a proxy's own
 };
 
 namespace {
@@ -134,11 +135,22 @@ AutomationResult Call(IDispatch& object, const char* name, Values& arguments) {
     return FAILED(status) ? Failure(AutomationFailure::Failed, status) : Success(result[0]);
 }
 
+// COM unloads a class's library with the last of its apartments, whether objects live or not. So
+// each object holds the module in which its Release, the third of every interface, stands.
+HMODULE HoldCode(IUnknown* object) {
+    const void* const release = (*reinterpret_cast<void***>(object))[2];
+    HMODULE module = nullptr;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, static_cast<LPCSTR>(release),
+                       &module);
+    return module;
+}
+
 AutomationObject Create(const GUID& classId, const GUID& interfaceId) {
     void* object = nullptr;
     const HRESULT status = CoCreateInstance(classId, nullptr, kAnyContext, interfaceId, &object);
     if (FAILED(status) || object == nullptr) return nullptr;
-    return new AutomationObjectState{static_cast<IUnknown*>(object)};
+    auto* const unknown = static_cast<IUnknown*>(object);
+    return new AutomationObjectState{unknown, HoldCode(unknown)};
 }
 
 }  // namespace
@@ -179,6 +191,7 @@ AutomationObject CreateAutomationControl(const AutomationId& classId) {
 void ReleaseAutomationObject(AutomationObject object) {
     if (object == nullptr) return;
     object->object->Release();
+    if (object->code != nullptr) FreeLibrary(object->code);
     delete object;
 }
 

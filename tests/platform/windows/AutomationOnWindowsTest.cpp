@@ -88,6 +88,25 @@ TEST_F(AutomationOnWindows, NothingElseChangesTheCount) {
     EXPECT_FALSE(IsInitialized());
 }
 
+TEST_F(AutomationOnWindows, AnObjectIsLetGoAfterComToo) {
+    ASSERT_EQ(InitializeAutomation(), S_OK);
+    ASSERT_NE(Engine(kEngineClass), nullptr);
+    UninitializeAutomation();
+    ASSERT_FALSE(IsInitialized());
+    EXPECT_EQ(HeldReferences(), 1) << "the engine's code has gone";
+    Release();
+    EXPECT_LE(HeldReferences(), 0);
+}
+
+TEST_F(AutomationOnWindows, AReleasedObjectsCodeGoesWithCom) {
+    ASSERT_EQ(InitializeAutomation(), S_OK);
+    ASSERT_NE(Engine(kEngineClass), nullptr);
+    ASSERT_NE(GetModuleHandleA(ENGINE_STAND_IN), nullptr);
+    Release();
+    UninitializeAutomation();
+    EXPECT_EQ(GetModuleHandleA(ENGINE_STAND_IN), nullptr);
+}
+
 TEST_F(AutomationOnWindows, AMultiThreadedApartmentIsLeftAsItIs) {
     ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
     EXPECT_EQ(InitializeAutomation(), static_cast<std::int32_t>(RPC_E_CHANGED_MODE));
