@@ -1,26 +1,19 @@
 #include <cstring>
 #include <ctime>
 #include <string>
-#include <vector>
 
 #include "TesmarkOpt.h"
 #include "bridge/AppOpt.h"
+#include "bridge/CertCheck.h"
+#include "bridge/TimeText.h"
 #include "bridge/TwoStep.h"
 #include "foundation/Logger.h"
-#include "foundation/StringFailure.h"
-#include "foundation/Text.h"
 #include "platform/MessageBox.h"
 
 namespace {
 
-constexpr int kKeyTypeField = 3;
-constexpr int kValidFromField = 11;
-constexpr int kValidToField = 12;
 constexpr int kCommonNameField = 17;
-constexpr int kDateCapacity = 4096;
-constexpr int kKeyTypeCapacity = kKeyTypeSize - 1;
 constexpr int kSpareOfField = 16;
-constexpr int kCrlConfig = 5;
 // An extension of one byte carries nothing.
 constexpr int kSmallestExtension = 2;
 // In the order in which they are asked for.
@@ -54,76 +47,23 @@ TwoStepOutcome QueryAnyField(const CAppOpt& appOpt, const unsigned char* cert, i
         kSpareOfField, value);
 }
 
-// A field into a buffer of fixed size, which is stated to the service; up to its first zero byte.
-int QueryField(const CAppOpt& appOpt, const CBuffer& cert, int field, int capacity,
-               std::string& value) {
-    std::vector<unsigned char> buffer(static_cast<std::size_t>(capacity) + 1);
-    int length = capacity;
-    const int result = appOpt.kvl->SOF_GetCertInfo(appOpt.context, cert.Data(), cert.Length(),
-                                                   field, buffer.data(), &length);
-    value = reinterpret_cast<const char*>(buffer.data());
-    return result;
-}
-
-int NumberAt(const std::string& text, std::size_t position, std::size_t length) {
-    return position < text.size() ? std::atoi(text.substr(position, length).c_str()) : 0;
-}
-
-bool Within(int value, int low, int high) { return value >= low && value <= high; }
-
-// The certificate's time (YYYYMMDDhhmmss) is read as local time, as it stands.
-std::time_t CalendarTime(const std::string& text) {
-    const int year = NumberAt(text, 0, 4);
-    const int month = NumberAt(text, 4, 2);
-    const int day = NumberAt(text, 6, 2);
-    const int hour = NumberAt(text, 8, 2);
-    const int minute = NumberAt(text, 10, 2);
-    const int second = NumberAt(text, 12, 2);
-    if (year < 1900 || !Within(month, 1, 12) || !Within(day, 1, 31) || !Within(hour, 0, 23) ||
-        !Within(minute, 0, 59) || !Within(second, 0, 59)) {
-        throw StringFailure(StringFailure::kGeneral);
-    }
-    std::tm parts{};
-    parts.tm_year = year - 1900;
-    parts.tm_mon = month - 1;
-    parts.tm_mday = day;
-    parts.tm_hour = hour;
-    parts.tm_min = minute;
-    parts.tm_sec = second;
-    parts.tm_isdst = -1;
-    return std::mktime(&parts);
-}
-
 int CheckValidity(const CAppOpt& appOpt, const CBuffer& cert) {
-    std::string limits[2];
-    for (const int field : {kValidFromField, kValidToField}) {
-        std::string& limit = limits[field - kValidFromField];
-        if (const int result = QueryField(appOpt, cert, field, kDateCapacity, limit)) {
-            TESMARK_LOG(kLogError, "[GetKeyType]SOF_GetCertInfo-%d: %s,error:%d", field, "failed",
-                        result);
-            return TESMARK_CERT_FIELD_FAILED;
-        }
-    }
+    std::string from;
+    std::string to;
+    if (const int code = QueryValidity(appOpt, cert.Data(), cert.Length(), from, to)) return code;
     const std::time_t now = std::time(nullptr);
-    const std::time_t start = CalendarTime(limits[0]);
-    const std::time_t end = CalendarTime(limits[1]);
+    const std::time_t start = CalendarTime(CutCertTime(from));
+    const std::time_t end = CalendarTime(CutCertTime(to));
     return now < start || now > end ? TESMARK_CERT_EXPIRED : 0;
 }
 
 // A list that can't be had, or that the service won't take, only warns the user.
 void HandOverCrl(CAppOpt& appOpt, const CBuffer& cert) {
     std::string crl;
-    const int code = appOpt.GetCrlDataFromCert(cert.Data(), cert.Length(), crl);
-    if (code != 0 || crl.empty()) {
-        TESMARK_LOG(kLogError, "GetCrlDataFromCert error:%d", code);
-        platform::ShowMessageBox("获取CRL失败！", kBoxCaption, platform::kMessageBoxWarning);
-        return;
-    }
-    const std::string text = Base64Encode(crl);
-    if (const int result = appOpt.kvl->SetUserConfig(appOpt.context, kCrlConfig, text.c_str())) {
-        TESMARK_LOG(kLogError, "[SetCRL]call SetUserConfig error:%d", result);
-        platform::ShowMessageBox("设置CRL失败！", kBoxCaption, platform::kMessageBoxWarning);
-    }
+    const int code = ObtainCrlForService(appOpt, cert.Data(), cert.Length(), crl);
+    if (code == 0) return;
+    const char* const text = code == TESMARK_CRL_NOT_ACCEPTED ? "设置CRL失败！" : "获取CRL失败！";
+    platform::ShowMessageBox(text, kBoxCaption, platform::kMessageBoxWarning);
 }
 
 // The first extension that holds something. Null, with the last result, if none does. The sizes go
@@ -137,18 +77,6 @@ const char* ChooseExtension(const CAppOpt& appOpt, const unsigned char* cert, in
         TESMARK_LOG(kLogTrace, "[GetCertOidData OID：%s failed]: %d", oid, result);
     }
     return nullptr;
-}
-
-// 0 for a verdict that is no refusal: callers get that verdict itself.
-int RefusalOf(int verdict) {
-    switch (verdict) {
-        case -1: return TESMARK_NOT_TRUSTED;
-        case -2:
-        case -5: return TESMARK_CERT_EXPIRED;
-        case -3:
-        case -6: return TESMARK_CERT_REVOKED;
-        default: return 0;
-    }
 }
 
 }  // namespace
@@ -166,8 +94,7 @@ int CAppOpt::GetKeyType(const char* certId, char* type) {
     }
     if (const int code = CheckValidity(*this, cert)) return code;
     std::string keyType;
-    if (const int result = QueryField(*this, cert, kKeyTypeField, kKeyTypeCapacity, keyType)) {
-        TESMARK_LOG(kLogError, "[GetKeyType]SOF_GetCertInfo: %s,error:%d", "failed", result);
+    if (QueryKeyType(*this, cert.Data(), cert.Length(), keyType) != 0) {
         return TESMARK_CERT_FIELD_FAILED;
     }
     if (verifyCrl) HandOverCrl(*this, cert);

@@ -5,6 +5,7 @@
 
 #include "TesmarkOpt.h"
 #include "bridge/AppOpt.h"
+#include "bridge/ServiceHash.h"
 #include "bridge/TwoStep.h"
 #include "foundation/Logger.h"
 #include "platform/Clock.h"
@@ -22,43 +23,18 @@ struct KeyAlgorithms {
 
 constexpr KeyAlgorithms kSm2{0x00020101, 1, "SM3", "1.2.156.10197.1.501"};
 constexpr KeyAlgorithms kRsa{0x00010004, 4, "SHA256", "1.2.840.113549.1.1.11"};
-constexpr int kSm3Number = 1;
-constexpr int kSha256Number = 4;
-constexpr int kSha1Number = 2;
-constexpr char kSm2UserId[] = "1234567812345678";
 constexpr int kNoMethod = 0;
-constexpr int kHashCapacity = 32;
 constexpr int kTimeCapacity = 20;
 // The length that a host hears of is larger than the signature, also when it was written.
 constexpr int kSpareOfBigFile = 128;
-
-// SM3 goes with the user id of the SM2 standard, every other hash with none.
-struct Hash {
-    explicit Hash(int hashNumber)
-        : number(hashNumber),
-          userId(hashNumber == kSm3Number ? kSm2UserId : nullptr),
-          userIdLen(hashNumber == kSm3Number ? static_cast<int>(sizeof kSm2UserId) - 1 : 0) {}
-
-    int number;
-    const char* userId;
-    int userIdLen;
-    unsigned char value[kHashCapacity] = {};
-    int length = kHashCapacity;
-};
 
 int HashNumber(std::string_view name) {
     if (name == "SM3") return kSm3Number;
     return name == "SHA256" ? kSha256Number : kSha1Number;
 }
 
-int HashFileInto(const CAppOpt& appOpt, Hash& hash, const char* filePath, const unsigned char* cert,
-                 int certLen) {
-    return appOpt.kvl->SOF_HashFile(appOpt.context, hash.number, filePath, cert, certLen,
-                                    hash.userId, hash.userIdLen, hash.value, &hash.length);
-}
-
 // A length beyond the buffer is told, but nothing beyond the buffer is copied.
-void DeliverHash(const Hash& hash, unsigned char* out, int* outLen) {
+void DeliverHash(const ServiceHash& hash, unsigned char* out, int* outLen) {
     if (out != nullptr) std::memcpy(out, hash.value, std::clamp(hash.length, 0, kHashCapacity));
     *outLen = hash.length;
 }
@@ -156,7 +132,7 @@ int CAppOpt::SignBigFile(int, const char* filePath, const char* certId, unsigned
     KeyAlgorithms algorithms;
     if (const int code = AlgorithmsOfKey(*this, certId, algorithms)) return code;
     if (const int result = SetMethod(*this, algorithms.signMethod)) return result;
-    Hash hash(algorithms.hashNumber);
+    ServiceHash hash(algorithms.hashNumber);
     // The method stays set here.
     if (const int result = HashFileInto(*this, hash, filePath, cert.Data(), cert.Length())) {
         return result;
@@ -196,7 +172,7 @@ int CAppOpt::SignBigFile_GB(const char* filePath, const char* certId, const unsi
         TESMARK_LOG(kLogError, "[SignPlainDataEx]SOF_SetSignMethod: error:%d", result);
         return result;
     }
-    Hash hash(algorithms.hashNumber);
+    ServiceHash hash(algorithms.hashNumber);
     if (const int result = HashFileInto(*this, hash, filePath, nullptr, 0)) return result;
     return SignHashWithSeal(hash.value, algorithms.signatureOid, certId, property, propertyLen,
                             seal, out, outLen);
@@ -206,7 +182,7 @@ int CAppOpt::HashData(const char* algorithm, const unsigned char* data, int data
                       const unsigned char* cert, int certLen, unsigned char* out, int* outLen) {
     TESMARK_LOG(kLogTrace, "[HashData]: %s", "begin");
     if (const int code = CheckKVLOKStatus()) return code;
-    Hash hash(HashNumber(algorithm));
+    ServiceHash hash(HashNumber(algorithm));
     const int result = kvl->SOF_HashData(context, hash.number, data, dataLen, cert, certLen,
                                          hash.userId, hash.userIdLen, hash.value, &hash.length);
     if (result != 0) return result;
@@ -219,7 +195,7 @@ int CAppOpt::HashFile(const char* algorithm, const char* filePath, unsigned char
                       unsigned char* out, int* outLen) {
     TESMARK_LOG(kLogTrace, "[HashFile]: %s", "begin");
     if (const int code = CheckKVLOKStatus()) return code;
-    Hash hash(HashNumber(algorithm));
+    ServiceHash hash(HashNumber(algorithm));
     if (const int result = HashFileInto(*this, hash, filePath, cert, certLen)) {
         std::free(cert);
         return result;
