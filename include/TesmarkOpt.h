@@ -55,6 +55,7 @@ enum TesmarkResult {
     TESMARK_NOT_AN_ES_FILE = -3,     /* a seal of the old format doesn't begin with "ES" */
     TESMARK_NULL_ARGUMENT = -1000,   /* SetCertSeal: a null pointer */
     TESMARK_NO_SEAL_MATCHES = -2031, /* SetCertSeal: nothing matched, and no seal is selected */
+    TESMARK_TIME_OUTSIDE_VALIDITY = -2050,  /* VerifySignTime: not within the validity */
     TESMARK_ENUMERATION_NO_SERVICE = -3000, /* the service can't be started */
     TESMARK_CERT_LIST_FORMAT = -3002,       /* the list of certificates has no "||" */
     TESMARK_SEAL_FORMAT = -3003,            /* seal data that doesn't begin with "ES" */
@@ -76,14 +77,16 @@ enum TesmarkResult {
     TESMARK_PKCS7_FAILED = -3027,     /* the service could not make the PKCS#7 signature */
     TESMARK_BASE64_FAILED = -3029,
     TESMARK_CERT_INFO_NO_MEMORY = -3030,
-    TESMARK_KEY_FILE_FAILED = -3032, /* a file of the key can't be read */
+    TESMARK_KEY_FILE_FAILED = -3032,   /* a file of the key can't be read */
+    TESMARK_FILE_NOT_VERIFIED = -3032, /* P7VerifyBigFile: neither component accepts it */
     TESMARK_CERT_EXPORT_FAILED = -3033,
-    TESMARK_BAD_ARGUMENT = -3040, /* a field outside 1 to 34 */
-    TESMARK_CERT_EXPIRED = -3043, /* the certificate has expired or is not yet valid */
+    TESMARK_SIGNED_MESSAGE_FAILED = -3037, /* not a PKCS#7 that the service can read */
+    TESMARK_BAD_ARGUMENT = -3040,          /* a field number that isn't allowed; no signature */
+    TESMARK_CERT_EXPIRED = -3043,          /* the certificate has expired or is not yet valid */
     TESMARK_NO_LAST_LOGIN_CALL = -3044,
     TESMARK_NOT_SHORT = -3045,    /* inside the library only */
     TESMARK_CERT_REVOKED = -3047, /* the certificate is revoked */
-    TESMARK_CRL_FAILED = -3048,   /* no usable address of a revocation list */
+    TESMARK_CRL_FAILED = -3048,   /* the revocation list could not be obtained */
     TESMARK_LOGIN_FAILED = -3050  /* the login failed; the inner code stands in the log */
 };
 
@@ -199,6 +202,48 @@ TESMARK_EXPORT int GetHashData(const char* algorithm, const unsigned char* data,
  * is freed. A service that can't be started leaves it alone. */
 TESMARK_EXPORT int GetFileHash(const char* algorithm, const char* filePath, unsigned char* cert,
                                int certLen, unsigned char* out, int* outLen);
+
+/* --- verifying ------------------------------------------------------------------------------- */
+
+/* 0: verified. Any other value: not, with no telling whose code it is. The selection is neither
+ * read nor cleared. The revocation list plays a part if the setting bVerifyCRL was 1 when the
+ * service started; fetching it blocks, without a limit of time. */
+
+/* A PKCS#1 signature over data, by the DER certificate of its signer. */
+TESMARK_EXPORT int P1VerifySignData(const unsigned char* cert, int certLen,
+                                    const unsigned char* data, int dataLen,
+                                    const unsigned char* signature, int signatureLen);
+
+/* A detached PKCS#7 or a seal signature over data: the certificate service is asked first, and what
+ * it refuses goes to the seal library, with the signer's revocation list ahead of it.
+ * TESMARK_CRL_FAILED, TESMARK_CRL_NOT_ACCEPTED, the seal library's result. */
+TESMARK_EXPORT int P7VerifyData(const unsigned char* data, int dataLen,
+                                const unsigned char* signature, int signatureLen);
+
+/* The same for a file of any size, by its path and without a revocation list.
+ * TESMARK_SIGNED_MESSAGE_FAILED: no PKCS#7, and not accepted by the seal library.
+ * TESMARK_FILE_NOT_VERIFIED: accepted by neither; so is what P7SignBigFile makes in mode 0 with an
+ * RSA key, since it signs SHA-256 and this function checks SHA-1. */
+TESMARK_EXPORT int P7VerifyBigFile(const char* filePath, const unsigned char* signature,
+                                   int signatureLen);
+
+/* The DER certificate of a signature's signer; `field` must be 2, TESMARK_BAD_ARGUMENT otherwise
+ * and for a null `signature`. Form 1 for a PKCS#7, form 2 for a seal signature: give it the size
+ * of the query. */
+TESMARK_EXPORT int ParseP7FieldData(const unsigned char* signature, int signatureLen, int field,
+                                    unsigned char* out, int* outLen);
+
+/* Whether a DER certificate is trusted, within its validity and not revoked. With a revocation list
+ * a revocation that came after `time`, the moment of the signature, is forgiven; without one
+ * `time` isn't read. TESMARK_NOT_TRUSTED, TESMARK_CERT_EXPIRED, TESMARK_CERT_REVOKED,
+ * TESMARK_CRL_FAILED, TESMARK_CRL_NOT_ACCEPTED. */
+TESMARK_EXPORT int VerifySignCert(const unsigned char* cert, int certLen, const char* time);
+
+/* Whether `time` lies within a DER certificate's validity, both ends included:
+ * TESMARK_TIME_OUTSIDE_VALIDITY if not. Three forms, all local time: "D:20261121093000+08'00'",
+ * a Chinese date with its six units, "2026-11-21 09:30:00". What has no year from 1900 on or a part
+ * out of range leaves the library as the exception 0x80004005. */
+TESMARK_EXPORT int VerifySignTime(const unsigned char* cert, int certLen, const char* time);
 
 /* --- time stamps ----------------------------------------------------------------------------- */
 

@@ -11,6 +11,9 @@
 // The room that GetKeyType wants for the longest key type and its terminator.
 constexpr int kKeyTypeSize = 261;
 
+// The fields of a PKCS#7 signature: the signer's certificate (DER).
+constexpr int kSignerCertField = 2;
+
 // Every operation writes a trace record, makes sure that the service is up (-3022 if it isn't,
 // unless told otherwise) and returns 0 or a code. Certificates are DER, texts GBK. A pair (out,
 // outLen) follows the two-step habit of the service: a null `out` asks for the size.
@@ -79,6 +82,33 @@ public:
     // The same for a file. A failure frees `cert`, which must be of the C heap (or null).
     int HashFile(const char* algorithm, const char* filePath, unsigned char* cert, int certLen,
                  unsigned char* out, int* outLen);
+
+    // --- verifying (AppOptVerify.cpp) ---
+    // The service is asked first; what it doesn't accept goes to the seal library, since a caller
+    // doesn't tell which kind of signature it holds. Any value but 0: not verified.
+
+    // A PKCS#1 signature. The service's result; it has no seal form.
+    int VerifySignData(const unsigned char* cert, int certLen, const unsigned char* data,
+                       int dataLen, const unsigned char* signature, int signatureLen);
+    // A PKCS#7 or seal signature over data. With `verifyCrl` the seal library gets the signer's
+    // revocation list first: -3048 if that can't be had, 4637 if it isn't taken. Else the result of
+    // the seal library.
+    int VerifyPlainDataEx(const unsigned char* signature, int signatureLen,
+                          const unsigned char* data, int dataLen);
+    // The same over a file, which the components read by its path; no revocation list. -3037: no
+    // PKCS#7, and the seal library refused it. -3032: both refused it, as they do with what
+    // SignBigFile makes with an RSA key. -3010, -3030, or the service's result for the hash.
+    int VerifyBigFile(const char* filePath, const unsigned char* signature, int signatureLen);
+    // A field of a PKCS#7 signature. -3037 for the service's failure, -3030.
+    int GetInfoFromSignedDataEx(const unsigned char* signedMessage, int signedLen, int field,
+                                CBuffer& value);
+    // Whether the certificate is good, or was at `time` if it is revoked: with `verifyCrl` the
+    // list forgives a revocation behind `time`, which goes to the seal library as it is. -3007,
+    // -3043, -3047, -3048, 4637.
+    int VerifySignCert(const unsigned char* cert, int certLen, const char* time);
+    // Whether `time` (ReadTimeText) lies within the certificate's validity, its ends included:
+    // -2050 if not, -3010. Throws StringFailure::kGeneral for what is no time.
+    int VerifySignTime(const unsigned char* cert, int certLen, const char* time);
 
     // --- time stamps (AppOptTimeStamp.cpp) ---
 

@@ -1,5 +1,6 @@
 #include "TesmarkOpt.h"
 
+#include "bridge/SealSigner.h"
 #include "foundation/Logger.h"
 #include "host/DataOut.h"
 #include "host/ModuleState.h"
@@ -150,6 +151,50 @@ int GetFileHash(const char* algorithm, const char* filePath, unsigned char* cert
                 unsigned char* out, int* outLen) {
     if (const int code = EnsureServiceReady()) return code;
     return g_appOpt.HashFile(algorithm, filePath, cert, certLen, out, outLen);
+}
+
+// --- verifying ---
+
+int P1VerifySignData(const unsigned char* cert, int certLen, const unsigned char* data, int dataLen,
+                     const unsigned char* signature, int signatureLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.VerifySignData(cert, certLen, data, dataLen, signature, signatureLen);
+}
+
+int P7VerifyData(const unsigned char* data, int dataLen, const unsigned char* signature,
+                 int signatureLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.VerifyPlainDataEx(signature, signatureLen, data, dataLen);
+}
+
+int P7VerifyBigFile(const char* filePath, const unsigned char* signature, int signatureLen) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.VerifyBigFile(filePath, signature, signatureLen);
+}
+
+// What isn't a PKCS#7 is taken for a seal signature, and its certificate comes out unmeasured.
+int ParseP7FieldData(const unsigned char* signature, int signatureLen, int field,
+                     unsigned char* out, int* outLen) {
+    if (field != kSignerCertField) return TESMARK_BAD_ARGUMENT;
+    if (const int code = EnsureServiceReady()) return code;
+    if (signature == nullptr) return TESMARK_BAD_ARGUMENT;
+    CBuffer signer;
+    if (g_appOpt.GetInfoFromSignedDataEx(signature, signatureLen, field, signer) == 0) {
+        return CopyOutChecked(signer.View(), out, outLen);
+    }
+    std::string sealSigner;
+    if (const int code = GetSealSigner(signature, signatureLen, sealSigner)) return code;
+    return CopyOutUnchecked(sealSigner, out, outLen);
+}
+
+int VerifySignCert(const unsigned char* cert, int certLen, const char* time) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.VerifySignCert(cert, certLen, time);
+}
+
+int VerifySignTime(const unsigned char* cert, int certLen, const char* time) {
+    if (const int code = EnsureServiceReady()) return code;
+    return g_appOpt.VerifySignTime(cert, certLen, time);
 }
 
 // --- time stamps ---
