@@ -245,6 +245,23 @@ TESMARK_EXPORT int VerifySignCert(const unsigned char* cert, int certLen, const 
  * out of range leaves the library as the exception 0x80004005. */
 TESMARK_EXPORT int VerifySignTime(const unsigned char* cert, int certLen, const char* time);
 
+/* --- hash of the original PDF ---------------------------------------------------------------- */
+
+/* Keeps a copy of the DER certificate that decides the hash; none at the start. Always 0. */
+TESMARK_EXPORT int SetPackHashCert(const unsigned char* cert, int certLen);
+
+/* Hashes the PDF's bytes, or its file by its path, and keeps the Base64 of the hash until the next
+ * time: SHA-1 without a certificate or with one of key type "RSA", else SM3 over ZA (GB/T 32918.2)
+ * and the data. Codes of ParseCertFieldData, after which the hash kept is the old one, and those of
+ * the hash itself, after which it is that of 64 zero bytes. When the hash of a file fails, the
+ * certificate is gone: set it anew. */
+TESMARK_EXPORT int GenerateOriginalSignPdfHash(const unsigned char* data, int dataLen);
+TESMARK_EXPORT int GenerateOriginalSignPdfFileHash(const char* filePath);
+
+/* The Base64 text of that hash, nothing before the first; form 2, but that a fetch leaves *outLen
+ * as it was. Always 0. */
+TESMARK_EXPORT int GetOriginalSignPdfHash(unsigned char* out, int* outLen);
+
 /* --- time stamps ----------------------------------------------------------------------------- */
 
 /* Verifies the time stamp in a PKCS#7 signature, as P7SignData makes it where the setting

@@ -12,6 +12,7 @@ int g_sealPicHeight = 0;
 StateString g_sealInfoCache;
 StateString g_certBase64Data;
 StateString g_packHashCert;
+StateString g_originalPdfHash;
 unsigned char g_stampPictureMode = 1;
 int g_sealFlowBusy = 0;
 int g_selectedSealIndex = 0;

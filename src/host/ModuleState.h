@@ -18,6 +18,7 @@ extern int g_sealPicHeight;
 extern StateString g_sealInfoCache;       // the picture between a size query and its fetch
 extern StateString g_certBase64Data;      // the same for the certificate's Base64
 extern StateString g_packHashCert;        // certificate for the hash of the original PDF
+extern StateString g_originalPdfHash;     // Base64 of the last such hash
 extern unsigned char g_stampPictureMode;  // 0: selecting a seal doesn't touch the key
 extern int g_sealFlowBusy;                // 1 while the dialog flow runs
 extern int g_selectedSealIndex;           // kept for the record

@@ -4,6 +4,7 @@
 #include "foundation/Logger.h"
 #include "host/DataOut.h"
 #include "host/ModuleState.h"
+#include "host/OriginalPdfHash.h"
 #include "session/Login.h"
 #include "session/SealRetrieval.h"
 #include "session/Selection.h"
@@ -208,6 +209,28 @@ int GetTimeStampInfo(const unsigned char* signature, int signatureLen, int field
                      unsigned char* out, int* outLen) {
     if (const int code = EnsureServiceReady()) return code;
     return g_appOpt.GetFieldDataFromTSSignatureInfo(signature, signatureLen, field, out, outLen);
+}
+
+// --- hash of the original PDF ---
+
+int SetPackHashCert(const unsigned char* cert, int certLen) {
+    g_packHashCert.AssignFromHost(cert, certLen);
+    return 0;
+}
+
+int GenerateOriginalSignPdfHash(const unsigned char* data, int dataLen) {
+    return GeneratePdfHash(data, dataLen);
+}
+
+int GenerateOriginalSignPdfFileHash(const char* filePath) { return GeneratePdfFileHash(filePath); }
+
+int GetOriginalSignPdfHash(unsigned char* out, int* outLen) {
+    const std::string_view text = g_originalPdfHash.View();
+    if (out == nullptr) return CopyOutUnchecked(text, out, outLen);
+    int unused = 0;
+    CopyOutUnchecked(text, out, &unused);
+    TESMARK_LOG(kLogError, "GetOriginalSignPdfHash : %s", g_originalPdfHash.Text().c_str());
+    return 0;
 }
 
 // --- login ---
