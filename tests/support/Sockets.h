@@ -7,7 +7,8 @@
 // A descriptor or handle; -1 is none.
 using SocketHandle = std::intptr_t;
 
-// A stream socket bound to a free port of the loopback address; -1 if it can't be had.
+// A stream socket bound to `port` of the loopback address, which for 0 becomes one that is free; -1
+// if it can't be had.
 SocketHandle BindToLoopback(int& port);
 bool Listen(SocketHandle socket);
 // Blocks. -1 on failure.

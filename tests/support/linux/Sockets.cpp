@@ -22,8 +22,11 @@ int Native(SocketHandle socket) { return static_cast<int>(socket); }
 
 SocketHandle BindToLoopback(int& port) {
     const int bound = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = Loopback(0);
+    sockaddr_in address = Loopback(port);
     socklen_t size = sizeof address;
+    // Connections of a server that has just ended would keep a certain port.
+    const int again = port != 0 ? 1 : 0;
+    setsockopt(bound, SOL_SOCKET, SO_REUSEADDR, &again, sizeof again);
     if (bound < 0 || bind(bound, reinterpret_cast<const sockaddr*>(&address), size) != 0 ||
         getsockname(bound, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
         return -1;

@@ -26,7 +26,7 @@ SOCKET StreamSocket() {
 
 SocketHandle BindToLoopback(int& port) {
     const SOCKET bound = StreamSocket();
-    sockaddr_in address = Loopback(0);
+    sockaddr_in address = Loopback(port);
     int size = sizeof address;
     if (bound == INVALID_SOCKET ||
         bind(bound, reinterpret_cast<const sockaddr*>(&address), size) != 0 ||
