@@ -9,7 +9,8 @@
 namespace {
 
 using RequestHandle = OpenSslHandle<TS_REQ, TS_REQ_free>;
-using ResponseHandle = OpenSslHandle<TS_RESP, TS_RESP_free>;
+using StatusHandle = OpenSslHandle<TS_STATUS_INFO, TS_STATUS_INFO_free>;
+using TokenHandle = OpenSslHandle<PKCS7, PKCS7_free>;
 using StampHandle = OpenSslHandle<TS_TST_INFO, TS_TST_INFO_free>;
 using SignedHandle = OpenSslHandle<PKCS7_SIGNED, PKCS7_SIGNED_free>;
 
@@ -58,6 +59,31 @@ RequestHandle ParseRequest(std::string_view der) {
 std::string_view Octets(const ASN1_STRING* text) {
     return {reinterpret_cast<const char*>(ASN1_STRING_get0_data(text)),
             static_cast<std::size_t>(ASN1_STRING_length(text))};
+}
+
+void FreeParts(ASN1_SEQUENCE_ANY* parts) { sk_ASN1_TYPE_pop_free(parts, ASN1_TYPE_free); }
+using PartsHandle = OpenSslHandle<ASN1_SEQUENCE_ANY, FreeParts>;
+
+struct Response {
+    StatusHandle status;
+    TokenHandle token;
+};
+
+// One part of a sequence that is itself one; empty for anything else.
+std::string_view SequenceAt(const ASN1_SEQUENCE_ANY* parts, int index) {
+    const ASN1_TYPE* const part = sk_ASN1_TYPE_value(parts, index);
+    return part->type == V_ASN1_SEQUENCE ? Octets(part->value.sequence) : std::string_view();
+}
+
+// OpenSSL's own reading of the whole knows only tokens of RFC 5652.
+bool ParseResponse(std::string_view der, Response& response) {
+    const PartsHandle parts = Parsed<PartsHandle, d2i_ASN1_SEQUENCE_ANY>(der);
+    const int count = parts ? sk_ASN1_TYPE_num(parts.get()) : 0;
+    if (count != 1 && count != 2) return false;
+    response.status = Parsed<StatusHandle, d2i_TS_STATUS_INFO>(SequenceAt(parts.get(), 0));
+    if (!response.status || count == 1) return response.status != nullptr;
+    response.token = Parsed<TokenHandle, d2i_PKCS7>(SequenceAt(parts.get(), 1));
+    return response.token != nullptr;
 }
 
 StampHandle StampOf(const PKCS7_SIGNED* data) {
@@ -153,17 +179,15 @@ ResponseVerdict CheckResponse(std::string_view request, std::string_view respons
     const ErrorsCleared errors;
     const RequestHandle asked = ParseRequest(request);
     if (!asked) return {"there is no time-stamp request", {}};
-    const ResponseHandle answer = Parsed<ResponseHandle, d2i_TS_RESP>(response);
-    if (!answer) return {"the answer is no time-stamp response", {}};
-    TS_STATUS_INFO* const info = TS_RESP_get_status_info(answer.get());
-    const long code = ASN1_INTEGER_get(TS_STATUS_INFO_get0_status(info));
+    Response answer;
+    if (!ParseResponse(response, answer)) return {"the answer is no time-stamp response", {}};
+    const long code = ASN1_INTEGER_get(TS_STATUS_INFO_get0_status(answer.status.get()));
     const std::string status = StatusName(code);
     if (code != TS_STATUS_GRANTED && code != TS_STATUS_GRANTED_WITH_MODS) {
-        return {"refused by " + status + Reasons(info), {}};
+        return {"refused by " + status + Reasons(answer.status.get()), {}};
     }
-    const PKCS7* const token = TS_RESP_get_token(answer.get());
-    if (token == nullptr) return {status + " without a token", {}};
-    const StampHandle stamp = StampOf(token);
+    if (!answer.token) return {status + " without a token", {}};
+    const StampHandle stamp = StampOf(answer.token.get());
     if (!stamp) return {"the token can't be read", {}};
     const std::string fault = FaultOfStamp(asked.get(), stamp.get());
     if (!fault.empty()) return {fault, {}};
