@@ -11,6 +11,7 @@
 #include "PlatformText.h"
 #include "TerminalText.h"
 #include "components/certservice/Places.h"
+#include "components/timestamp/TimeStampSettings.h"
 #include "foundation/Registry.h"
 #include "platform/Files.h"
 
@@ -21,6 +22,8 @@ using platform::RegistryRoot;
 
 constexpr char kPlatformKey[] = "software\\Velmora\\platform\\";
 constexpr char kServiceClassKey[] = "CLSID\\{7B1D40E2-6C55-4A9E-9F10-5E2C8D3A71B4}\\InprocServer32";
+constexpr char kEngineClassKey[] = "CLSID\\{2D8C4E07-91BA-4F36-A4D2-7C16E05B3F9A}\\InprocServer32";
+constexpr char kThreadingModel[] = "ThreadingModel";
 constexpr char kInstallPathKey[] = "Software\\Velmora\\InstallPath";
 
 // A longer text counts as absent to the library.
@@ -56,10 +59,26 @@ constexpr auto kSettings = std::to_array<Setting>({
      "the token maker's number of the SM2 signature mechanism"},
     {"Pkcs11Sm2KeyType", kMachine, kCertServiceSettingsKey, "Pkcs11Sm2KeyType", kNumber, "0",
      "the token maker's number of the SM2 key type"},
+    {"TimeStampUrl", kMachine, kTimeStampSettingsKey, "Url", kLongText, "",
+     "addresses of time-stamp authorities, with \";\" between them, in the order of their use"},
+    {"TimeStampUser", kMachine, kTimeStampSettingsKey, "User", kLongText, "",
+     "user name, for an authority that asks for one"},
+    {"TimeStampPassword", kMachine, kTimeStampSettingsKey, "Password", kSecret, "",
+     "that user's password; it stands in the store as it is"},
+    {"TimeStampProxy", kMachine, kTimeStampSettingsKey, "Proxy", kLongText, "",
+     "proxy on the way to the authorities; without it that of the environment"},
+    {"TimeStampCaFile", kMachine, kTimeStampSettingsKey, "CaFile", kPath, "",
+     "certificates (PEM) that authorities' servers are checked with; without it the system's"},
+    {"TimeStampConnectTimeout", kMachine, kTimeStampSettingsKey, "ConnectTimeout", kNumber, "10",
+     "seconds until an authority must have been reached"},
+    {"TimeStampTimeout", kMachine, kTimeStampSettingsKey, "Timeout", kNumber, "30",
+     "seconds until an authority must have answered"},
     {"DialogProgram", kMachine, kPlatformKey, "DialogProgram", kPath, "",
      "the program that shows the dialogs"},
     {"CertService", RegistryRoot::ClassesRoot, kServiceClassKey, "", kPath, "",
      "the certificate service's file (InprocServer32 of its class)"},
+    {"TimeStampEngine", RegistryRoot::ClassesRoot, kEngineClassKey, "", kPath, "",
+     "the time-stamp engine's file (InprocServer32 of its class)"},
     {"InstallPath", RegistryRoot::CurrentUser, kInstallPathKey, "InstallPath", kPath, "",
      "installation folder; the certificate service is looked for in Program below it"},
 });
@@ -109,14 +128,27 @@ Failure Refused(const Setting& setting, const std::string& why) {
     return {ExitCode::kUsage, std::string(setting.name) + " " + why};
 }
 
+bool IsText(const Setting& setting) {
+    return setting.type == kText || setting.type == kLongText || setting.type == kSecret;
+}
+
+// A class without its threading model would live in the first thread's apartment alone.
+bool StoreClassFile(platform::RegistryKey key, const Setting& setting, const std::string& path) {
+    if (setting.key == kEngineClassKey &&
+        !platform::SetRegistryString(key, kThreadingModel, "Both")) {
+        return false;
+    }
+    return platform::SetRegistryPath(key, setting.value, path);
+}
+
 bool Store(const Setting& setting, const std::string& text) {
     const OpenKey key(
         platform::CreateRegistryKey(platform::RegistryRootKey(setting.root), setting.key));
     if (!key.Get()) return false;
     if (setting.type == kPath) {
-        return platform::SetRegistryPath(key.Get(), setting.value, platform::PathFromUtf8(text));
+        return StoreClassFile(key.Get(), setting, platform::PathFromUtf8(text));
     }
-    if (setting.type == kText) {
+    if (IsText(setting)) {
         return platform::SetRegistryString(key.Get(), setting.value,
                                            GbkFromArgument(text, setting.name));
     }
@@ -190,6 +222,12 @@ std::optional<std::string> ReadSetting(const Setting& setting) {
     return setting.type == kPath ? platform::Utf8FromPath(text) : Utf8FromGbk(text);
 }
 
+std::optional<std::string> ShownSetting(const Setting& setting) {
+    auto value = ReadSetting(setting);
+    if (value && setting.type == kSecret) value = "(not shown)";
+    return value;
+}
+
 void WriteSetting(const Setting& setting, const std::string& text) {
     CheckValue(setting, text);
     if (!Store(setting, text)) throw Unwritable(setting);
@@ -208,5 +246,6 @@ bool RemoveSetting(const Setting& setting) {
     if (!key.Get() || !platform::DeleteRegistryValue(key.Get(), setting.value)) {
         throw Unwritable(setting);
     }
+    if (setting.key == kEngineClassKey) platform::DeleteRegistryValue(key.Get(), kThreadingModel);
     return true;
 }

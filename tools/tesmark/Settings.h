@@ -8,9 +8,11 @@
 #include "platform/RegistryStore.h"
 
 enum class SettingType {
-    kNumber,  // 32 bits
-    kText,    // at most 199 bytes of GBK
-    kPath     // the file system's bytes
+    kNumber,    // 32 bits
+    kText,      // at most 199 bytes of GBK
+    kLongText,  // GBK of any length
+    kSecret,    // the same, for nobody to see
+    kPath       // the file system's bytes
 };
 
 struct Setting {
@@ -39,6 +41,9 @@ SettingHolder HolderOf(const Setting& setting);
 
 // As text (UTF-8; a path as in PathText.h); none if it isn't set or can't be read as its type.
 std::optional<std::string> ReadSetting(const Setting& setting);
+
+// The same as it may be shown: of a secret only that it is set.
+std::optional<std::string> ShownSetting(const Setting& setting);
 
 // Checks `text` against the type (usage Failure) and stores it. A store that can't be written is a
 // setup Failure, and so is one that doesn't give the value back.

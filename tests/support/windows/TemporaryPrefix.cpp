@@ -16,6 +16,7 @@ void Empty() {
     SHDeleteKeyA(HKEY_LOCAL_MACHINE, "software\\Velmora");
     SHDeleteKeyA(HKEY_CURRENT_USER, "Software\\Velmora");
     SHDeleteKeyA(HKEY_CLASSES_ROOT, "CLSID\\{7B1D40E2-6C55-4A9E-9F10-5E2C8D3A71B4}");
+    SHDeleteKeyA(HKEY_CLASSES_ROOT, "CLSID\\{2D8C4E07-91BA-4F36-A4D2-7C16E05B3F9A}");
     std::error_code ignored;
     std::filesystem::remove_all(platform::CrlFolder(), ignored);
     for (const int place : {CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA}) {

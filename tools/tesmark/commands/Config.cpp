@@ -15,7 +15,9 @@ struct Options {
 const char* TypeText(SettingType type) {
     switch (type) {
         case SettingType::kNumber: return "number";
-        case SettingType::kText: return "text";
+        case SettingType::kText:
+        case SettingType::kLongText: return "text";
+        case SettingType::kSecret: return "secret";
         case SettingType::kPath: return "path";
     }
     return "";
@@ -26,7 +28,7 @@ const char* ScopeText(const Setting& setting) {
 }
 
 Json::Value JsonOf(const Setting& setting) {
-    const auto value = ReadSetting(setting);
+    const auto value = ShownSetting(setting);
     Json::Value json(Json::objectValue);
     json["name"] = setting.name;
     json["value"] = value ? Json::Value(*value) : Json::Value();
@@ -43,7 +45,7 @@ Report GetAll() {
     report.json["settings"] = Json::arrayValue;
     Table table({"NAME", "VALUE", "", "MEANING"});
     for (const Setting& setting : KnownSettings()) {
-        const auto value = ReadSetting(setting);
+        const auto value = ShownSetting(setting);
         std::string shown = value ? Printable(*value) : setting.absent;
         if (shown.empty()) shown = "-";
         table.Add({setting.name, shown, value ? "set" : "default", setting.meaning});
@@ -56,7 +58,7 @@ Report GetAll() {
 Report Get(const Options& options) {
     if (options.name.empty()) return GetAll();
     const Setting& setting = FindSetting(options.name);
-    const auto value = ReadSetting(setting);
+    const auto value = ShownSetting(setting);
     Report report;
     report.text = (value ? *value : std::string(setting.absent)) + "\n";
     report.json = JsonOf(setting);
@@ -67,7 +69,9 @@ Report Set(const Options& options) {
     const Setting& setting = FindSetting(options.name);
     WriteSetting(setting, options.value);
     Report report;
-    report.text = std::string(setting.name) + " = " + Printable(options.value) + "\n";
+    const std::string shown =
+        setting.type == SettingType::kSecret ? "(not shown)" : Printable(options.value);
+    report.text = std::string(setting.name) + " = " + shown + "\n";
     report.json = JsonOf(setting);
     return report;
 }

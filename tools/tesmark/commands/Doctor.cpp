@@ -8,6 +8,7 @@ struct Options {};
 Report Examine(const Options&) {
     Findings findings;
     ExamineMachine(findings);
+    ExamineTimeStamps(findings);
     ExamineKeys(findings);
     return findings.ToReport();
 }

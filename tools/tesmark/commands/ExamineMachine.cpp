@@ -120,7 +120,7 @@ void ExamineStore(Findings& findings) {
             "give the user full control of HKEY_LOCAL_MACHINE\\software\\Velmora");
     }
     for (const Setting& setting : KnownSettings()) {
-        if (const auto value = ReadSetting(setting)) {
+        if (const auto value = ShownSetting(setting)) {
             findings.Good("setting", std::string(setting.name) + " = " + Printable(*value));
         }
     }

@@ -29,6 +29,7 @@ private:
     std::vector<Finding> m_findings;
 };
 
-// The two halves of the examination. What can't be found out is a problem, never a throw.
+// The parts of the examination. What can't be found out is a problem, never a throw.
 void ExamineMachine(Findings& findings);
+void ExamineTimeStamps(Findings& findings);
 void ExamineKeys(Findings& findings);
