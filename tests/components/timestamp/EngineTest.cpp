@@ -202,7 +202,7 @@ TEST_F(EngineTest, ARedirectWithoutAnEndAndOneToAnotherSchemeAreRefused) {
     EXPECT_THAT(FaultOf(Redirecting("302 Found", "/again")), HasSubstr("(libcurl error 47)"));
     EXPECT_THAT(FaultOf(Redirecting("302 Found", "ftp://127.0.0.1/")),
                 HasSubstr("(libcurl error 1)"));
-    EXPECT_THAT(FaultOf(Redirecting("302 Found", "file:///etc/passwd")),
+    EXPECT_THAT(FaultOf(Redirecting("302 Found", "dict://127.0.0.1/")),
                 HasSubstr("(libcurl error 1)"));
 }
 
