@@ -10,10 +10,10 @@
 
 namespace {
 
-class EngineOnLinuxTest : public testing::Test {
+class EngineOnLinux : public testing::Test {
 protected:
-    EngineOnLinuxTest() : m_file(dlopen(ENGINE_FILE, RTLD_NOW | RTLD_LOCAL)) {}
-    ~EngineOnLinuxTest() override {
+    EngineOnLinux() : m_file(dlopen(ENGINE_FILE, RTLD_NOW | RTLD_LOCAL)) {}
+    ~EngineOnLinux() override {
         if (m_file != nullptr) dlclose(m_file);
     }
     decltype(&CreateTS) Function() const {
@@ -24,12 +24,12 @@ protected:
     void* m_file;
 };
 
-TEST_F(EngineOnLinuxTest, WithoutAPlaceForTheResultTheCallFails) {
+TEST_F(EngineOnLinux, WithoutAPlaceForTheResultTheCallFails) {
     ASSERT_NE(m_file, nullptr) << dlerror();
     EXPECT_LT(Function()("", nullptr), 0);
 }
 
-TEST_F(EngineOnLinuxTest, AFailureIsANullResultAndNoFailedCall) {
+TEST_F(EngineOnLinux, AFailureIsANullResultAndNoFailedCall) {
     ASSERT_NE(m_file, nullptr) << dlerror();
     for (const char* const request : {static_cast<const char*>(nullptr), "", "rubbish"}) {
         char before = 'x';

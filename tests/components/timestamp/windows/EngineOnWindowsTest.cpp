@@ -31,13 +31,13 @@ std::string Value(HKEY root, const std::string& key, const char* name) {
     return status == ERROR_SUCCESS ? text : "absent";
 }
 
-class EngineOnWindowsTest : public testing::Test {
+class EngineOnWindows : public testing::Test {
 protected:
-    EngineOnWindowsTest() : m_file(LoadLibraryA(ENGINE_FILE)) {
+    EngineOnWindows() : m_file(LoadLibraryA(ENGINE_FILE)) {
         CoInitialize(nullptr);
         UnregisterEngineClass();
     }
-    ~EngineOnWindowsTest() override {
+    ~EngineOnWindows() override {
         if (m_engine != nullptr) m_engine->Release();
         if (m_factory != nullptr) m_factory->Release();
         UnregisterEngineClass();
@@ -69,7 +69,7 @@ protected:
     IClassFactory* m_factory = nullptr;
 };
 
-TEST_F(EngineOnWindowsTest, TheRegistrationNamesTheFileAndItsThreads) {
+TEST_F(EngineOnWindows, TheRegistrationNamesTheFileAndItsThreads) {
     ASSERT_TRUE(RegisterEngineClass());
     const std::string server = ClassKey() + "\\InprocServer32";
     char path[MAX_PATH] = {};
@@ -78,7 +78,7 @@ TEST_F(EngineOnWindowsTest, TheRegistrationNamesTheFileAndItsThreads) {
     EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, server, "ThreadingModel"), "Both");
 }
 
-TEST_F(EngineOnWindowsTest, ItsRemovalLeavesNothingAndCanBeRepeated) {
+TEST_F(EngineOnWindows, ItsRemovalLeavesNothingAndCanBeRepeated) {
     ASSERT_TRUE(RegisterEngineClass());
     EXPECT_TRUE(UnregisterEngineClass());
     for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
@@ -89,7 +89,7 @@ TEST_F(EngineOnWindowsTest, ItsRemovalLeavesNothingAndCanBeRepeated) {
     EXPECT_EQ(MakeEngine(), REGDB_E_CLASSNOTREG);
 }
 
-TEST_F(EngineOnWindowsTest, OneObjectAnswersToAllThreeInterfaces) {
+TEST_F(EngineOnWindows, OneObjectAnswersToAllThreeInterfaces) {
     ASSERT_TRUE(RegisterEngineClass());
     ASSERT_EQ(MakeEngine(), S_OK);
     for (const GUID& id : {IID_IUnknown, IID_IDispatch, kEngineInterfaceId}) {
@@ -103,7 +103,7 @@ TEST_F(EngineOnWindowsTest, OneObjectAnswersToAllThreeInterfaces) {
     EXPECT_EQ(object, nullptr);
 }
 
-TEST_F(EngineOnWindowsTest, TheMethodOfTheTableGivesNullOnFailure) {
+TEST_F(EngineOnWindows, TheMethodOfTheTableGivesNullOnFailure) {
     ASSERT_TRUE(RegisterEngineClass());
     ASSERT_EQ(MakeEngine(), S_OK);
     BSTR response = reinterpret_cast<BSTR>(this);
@@ -112,7 +112,7 @@ TEST_F(EngineOnWindowsTest, TheMethodOfTheTableGivesNullOnFailure) {
     EXPECT_EQ(m_engine->CreateTS(nullptr, nullptr), E_POINTER);
 }
 
-TEST_F(EngineOnWindowsTest, TheMethodIsFoundByItsNameAlone) {
+TEST_F(EngineOnWindows, TheMethodIsFoundByItsNameAlone) {
     ASSERT_TRUE(RegisterEngineClass());
     ASSERT_EQ(MakeEngine(), S_OK);
     std::wstring right = L"createts";
@@ -126,7 +126,7 @@ TEST_F(EngineOnWindowsTest, TheMethodIsFoundByItsNameAlone) {
     EXPECT_EQ(method, DISPID_UNKNOWN);
 }
 
-TEST_F(EngineOnWindowsTest, ACallOfAnotherShapeIsRefused) {
+TEST_F(EngineOnWindows, ACallOfAnotherShapeIsRefused) {
     ASSERT_TRUE(RegisterEngineClass());
     ASSERT_EQ(MakeEngine(), S_OK);
     VARIANT text{};
@@ -146,7 +146,7 @@ TEST_F(EngineOnWindowsTest, ACallOfAnotherShapeIsRefused) {
     EXPECT_EQ(call(2, DISPATCH_METHOD, one), DISP_E_MEMBERNOTFOUND);
 }
 
-TEST_F(EngineOnWindowsTest, TheServerKnowsItsOwnClassAndIsNoPartOfAnother) {
+TEST_F(EngineOnWindows, TheServerKnowsItsOwnClassAndIsNoPartOfAnother) {
     void* object = this;
     EXPECT_EQ(Find<GetClassObject>("DllGetClassObject")(IID_IPersist, IID_IClassFactory, &object),
               CLASS_E_CLASSNOTAVAILABLE);
@@ -156,7 +156,7 @@ TEST_F(EngineOnWindowsTest, TheServerKnowsItsOwnClassAndIsNoPartOfAnother) {
     EXPECT_EQ(object, nullptr);
 }
 
-TEST_F(EngineOnWindowsTest, TheServerStaysAsLongAsSomebodyHoldsIt) {
+TEST_F(EngineOnWindows, TheServerStaysAsLongAsSomebodyHoldsIt) {
     const auto canUnload = Find<CanUnloadNow>("DllCanUnloadNow");
     EXPECT_EQ(canUnload(), S_OK);
     ASSERT_EQ(MakeFactory(), S_OK);
