@@ -30,6 +30,13 @@ DigestContextHandle SigningContext(EVP_PKEY* key, KeyContextHandle& keyContext) 
     return context;
 }
 
+void AddExtension(X509* certificate, int kind, const char* value) {
+    if (!value) return;
+    const OpenSslHandle<X509_EXTENSION, X509_EXTENSION_free> extension(
+        X509V3_EXT_conf_nid(nullptr, nullptr, kind, value));
+    X509_add_ext(certificate, extension.get(), -1);
+}
+
 }  // namespace
 
 TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order) {
@@ -43,11 +50,8 @@ TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order) {
     ASN1_TIME_set(X509_getm_notBefore(certificate.get()), order.notBefore);
     ASN1_TIME_set(X509_getm_notAfter(certificate.get()), order.notAfter);
     X509_set_pubkey(certificate.get(), identity.key.get());
-    if (order.keyUsage) {
-        const OpenSslHandle<X509_EXTENSION, X509_EXTENSION_free> usage(
-            X509V3_EXT_conf_nid(nullptr, nullptr, NID_key_usage, order.keyUsage));
-        X509_add_ext(certificate.get(), usage.get(), -1);
-    }
+    AddExtension(certificate.get(), NID_key_usage, order.keyUsage);
+    AddExtension(certificate.get(), NID_ext_key_usage, order.extendedKeyUsage);
     KeyContextHandle keyContext;
     const auto context = SigningContext(identity.key.get(), keyContext);
     X509_sign_ctx(certificate.get(), context.get());

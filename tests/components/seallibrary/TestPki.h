@@ -25,6 +25,7 @@ struct TestCertificateOrder {
     std::time_t notBefore = kTestNow - 100 * kTestDay;
     std::time_t notAfter = kTestNow + 5000 * kTestDay;
     const char* keyUsage = nullptr;  // as OpenSSL's configuration has it; null: none
+    const char* extendedKeyUsage = nullptr;
 };
 
 TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order = {});
