@@ -4,21 +4,44 @@
 #include <openssl/pem.h>
 #include <openssl/x509.h>
 
+#include <algorithm>
 #include <cctype>
 
 #include "components/crypto/Handles.h"
 #include "components/seallibrary/SealCertificate.h"
 #include "components/seallibrary/SealCodes.h"
 #include "components/seallibrary/SealLimits.h"
+#include "foundation/Text.h"
 
 namespace {
 
+RevocationListHandle ParseDer(std::string_view der) {
+    const auto* at = reinterpret_cast<const unsigned char*>(der.data());
+    const auto* end = at + der.size();
+    RevocationListHandle read(d2i_X509_CRL(nullptr, &at, static_cast<long>(der.size())));
+    return at == end ? std::move(read) : nullptr;
+}
+
+// The bytes of Base64 in lines of any length; empty if anything else is in it.
+std::string BytesOfBase64(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    std::string compact;
+    for (const char character : text)
+        if (kBlanks.find(character) == kBlanks.npos) compact += character;
+    const std::size_t letters = std::min(compact.find('='), compact.size());
+    const auto isLetter = [](unsigned char byte) {
+        return byte < 0x80 && (std::isalnum(byte) || byte == '+' || byte == '/');
+    };
+    if (compact.size() % 4 != 0 || compact.size() - letters > 2) return {};
+    return std::all_of(compact.begin(), compact.begin() + letters, isLetter) ? Base64Decode(compact)
+                                                                             : std::string();
+}
+
+// As servers of lists send them: most in DER, some in PEM, a few in Base64 without its frame.
 RevocationListHandle ParseList(std::string_view list) {
     if (list.empty() || list.size() > kMaxRevocationListBytes) return nullptr;
-    const auto* at = reinterpret_cast<const unsigned char*>(list.data());
-    const auto* end = at + list.size();
-    RevocationListHandle read(d2i_X509_CRL(nullptr, &at, static_cast<long>(list.size())));
-    if (read) return at == end ? std::move(read) : nullptr;
+    if (RevocationListHandle read = ParseDer(list)) return read;
+    if (const std::string der = BytesOfBase64(list); !der.empty()) return ParseDer(der);
     const BioHandle text(BIO_new_mem_buf(list.data(), static_cast<int>(list.size())));
     return RevocationListHandle(PEM_read_bio_X509_CRL(text.get(), nullptr, nullptr, nullptr));
 }

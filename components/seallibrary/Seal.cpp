@@ -100,6 +100,7 @@ bool ReadSealOfFour(std::string_view der, Seal& seal) {
     seal.makerCertificate = BytesOf(read->certificate);
     seal.algorithm = DottedOf(read->algorithm);
     seal.signedPart = Encode(*read->info);
+    seal.timeStamp = TokenIn(read->rawTimeStamp);
     return BitsOf(read->signature, seal.signature);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <ctime>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,9 @@ struct Seal {
     std::string algorithm;  // dotted
     std::string signedPart;
     std::string signature;
+
+    // The token of the time stamp over `signature`; empty if what stands there can't be read.
+    std::optional<std::string> timeStamp;
 };
 
 // Returns 0, kSealTooLarge or kSealDamaged. Nothing is judged but the structure: signature,

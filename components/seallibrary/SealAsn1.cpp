@@ -168,3 +168,16 @@ bool SplitSequence(std::string_view der, std::size_t limit, std::vector<DerEleme
     }
     return true;
 }
+
+std::optional<std::string> TokenIn(const ASN1_STRING* rawTimeStamp) {
+    if (!rawTimeStamp) return std::nullopt;
+    const std::string_view raw(reinterpret_cast<const char*>(rawTimeStamp->data),
+                               static_cast<std::size_t>(rawTimeStamp->length));
+    std::vector<DerElement> elements;
+    if (!SplitSequence(raw, 1, elements) || elements.empty()) return std::string();
+    const auto& [tag, content, whole] = elements[0];
+    if (tag == V_ASN1_BIT_STRING && content.starts_with('\0'))
+        return std::string(content.substr(1));
+    if (tag == V_ASN1_OCTET_STRING) return std::string(content);
+    return std::string(tag == V_ASN1_SEQUENCE ? whole : std::string_view());
+}

@@ -8,6 +8,7 @@
 #include <openssl/asn1t.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -141,6 +142,10 @@ template <typename T>
 std::string Encode(const T& value) {
     return EncodeAsn1(reinterpret_cast<const ASN1_VALUE*>(&value), ItemOf(&value));
 }
+
+// What stands in the BIT STRING behind the tag of `rawTimeStamp`, or in an OCTET STRING in its
+// place, or a bare token. None if the field is absent; empty if it holds anything else.
+std::optional<std::string> TokenIn(const ASN1_STRING* rawTimeStamp);
 
 struct DerElement {
     int tag;  // of the universal class; -1 for any other

@@ -2,7 +2,8 @@
 #pragma once
 
 // docs/seallibrary.md lists them with what to do about each. Where the certificate service fails
-// while it exports a certificate, signs or takes a revocation list, its own code comes through.
+// while it exports or judges a certificate, signs or takes a revocation list, its own code comes
+// through.
 enum SealCode : int {
     kSealOk = 0,
     kSealBadArgument = 0x0C000001,
@@ -25,6 +26,7 @@ enum SealCode : int {
     kSealNotYetValid = 0x0C000026,
     kSealExpired = 0x0C000027,
     kSealSignerNotListed = 0x0C000028,  // the certificate isn't one of those that the seal names
+    kSealPictureUnusable = 0x0C000029,  // no picture, none that can be shown, or without a size
 
     // The seal signature.
     kSealSignatureDamaged = 0x0C000040,  // no seal signature that can be read
@@ -49,4 +51,13 @@ enum SealCode : int {
     kSealRevocationListForeign = 0x0C000063,  // not of the signer's issuer
 
     kSealNoStatusService = 0x0C000070,
+
+    // The time stamp of a seal or of a seal signature.
+    kSealTimeStampDamaged = 0x0C000080,  // no token that can be read, or one without a certificate
+    kSealTimeStampForeign = 0x0C000081,  // over something else than this signature
+    kSealTimeStampInvalid = 0x0C000082,  // the token's signature is wrong
+    kSealTimeStampAuthorityUnfit = 0x0C000083,  // not the certificate named, or not for time stamps
+    kSealTimeStampNotTrusted = 0x0C000084,
+    kSealTimeStampAuthorityExpired = 0x0C000085,  // not valid at the token's time
+    kSealTimeStampRevoked = 0x0C000086,
 };

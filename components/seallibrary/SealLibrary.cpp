@@ -4,7 +4,9 @@
 
 #include <cstring>
 #include <ctime>
+#include <map>
 #include <mutex>
+#include <thread>
 
 #include "components/seallibrary/DataDigest.h"
 #include "components/seallibrary/RevocationTime.h"
@@ -25,7 +27,8 @@ namespace {
 struct Library {
     CServiceLink service;
     CSealSigning signing{service};
-    std::string revocationList;
+    // Those that wait for the next verification of the thread that handed them in.
+    std::map<std::thread::id, std::string> revocationLists;
 };
 
 std::mutex g_mutex;
@@ -51,6 +54,12 @@ public:
 private:
     std::lock_guard<std::mutex> m_lock;
 };
+
+// Another verification may be of another issuer's signer, so a list counts for one.
+std::string TakeRevocationList() {
+    const auto node = State().revocationLists.extract(std::this_thread::get_id());
+    return node ? std::move(node.mapped()) : std::string();
+}
 
 bool View(const unsigned char* data, int length, std::string_view& view) {
     if (length < 0 || (!data && length > 0)) return false;
@@ -127,8 +136,12 @@ int TVK_SetConfigEx(int kind, const unsigned char* data, int dataLen) {
     std::string_view list;
     if (kind != kRevocationList) return kSealNotSupported;
     if (!View(data, dataLen, list)) return kSealBadArgument;
-    State().revocationList = ReadRevocationList(list);
-    return list.empty() || !State().revocationList.empty() ? kSealOk : kSealRevocationListDamaged;
+    TakeRevocationList();
+    if (list.empty()) return kSealOk;
+    std::string der = ReadRevocationList(list);
+    if (der.empty()) return kSealRevocationListDamaged;
+    State().revocationLists[std::this_thread::get_id()] = std::move(der);
+    return kSealOk;
 }
 
 int TVK_Sign(const unsigned char* certId, int certIdLen, const unsigned char* property,
@@ -153,23 +166,24 @@ int TVK_Sign(const unsigned char* certId, int certIdLen, const unsigned char* pr
 int TVK_Verify_SES_Sign(const unsigned char* signature, int signatureLen,
                         const unsigned char* dataBase64, int dataBase64Len) {
     const Frame frame;
+    const std::string list = TakeRevocationList();
     std::string_view der;
     std::string_view text;
     if (!View(signature, signatureLen, der) || !View(dataBase64, dataBase64Len, text))
         return kSealBadArgument;
     const std::string data = Base64Decode(text);
-    return Result(
-        "TVK_Verify_SES_Sign",
-        JudgeSealSignature(der, DigestOfData(data), State().revocationList, State().service));
+    return Result("TVK_Verify_SES_Sign",
+                  JudgeSealSignature(der, DigestOfData(data), list, State().service));
 }
 
 int TVK_Verify_SES_Sign_BigFile(const unsigned char* signature, int signatureLen,
                                 const char* filePath) {
     const Frame frame;
+    const std::string list = TakeRevocationList();
     std::string_view der;
     if (!View(signature, signatureLen, der) || !filePath) return kSealBadArgument;
     return Result("TVK_Verify_SES_Sign_BigFile",
-                  JudgeSealSignature(der, DigestOfFile(filePath), {}, State().service));
+                  JudgeSealSignature(der, DigestOfFile(filePath), list, State().service));
 }
 
 int TVK_Get_Sign_Cert_From_SIG(const unsigned char* signatureBase64, int signatureBase64Len,
@@ -191,6 +205,7 @@ int TVK_Check_CRL_Time(const unsigned char* crl, int crlLen, const unsigned char
     if (!View(crl, crlLen, list) || !View(serial, serialLen, number) ||
         !View(time, timeLen, moment))
         return kSealBadArgument;
+    while (moment.ends_with('\0')) moment.remove_suffix(1);
     const auto seconds = ReadHostTime(moment);
     return seconds ? CheckRevocationTime(list, number, *seconds) : kSealBadArgument;
 }

@@ -79,6 +79,7 @@ bool ReadOfFour(std::string_view der, SealSignature& signature) {
     if (!read || read->toSign->certificate || read->toSign->algorithm) return false;
     signature.signerCertificate = BytesOf(read->certificate);
     signature.algorithm = DottedOf(read->algorithm);
+    signature.timeStamp = TokenIn(read->rawTimeStamp);
     return ReadSignedPart(*read->toSign, signature) && signature.seal.form != SealForm::kGm2014 &&
            BitsOf(read->signature, signature.signature);
 }

@@ -21,6 +21,9 @@ struct SealSignature {
     // The signer's signature, and the very bytes that it is over.
     std::string signedPart;
     std::string signature;
+
+    // The token of the time stamp over `signature`; empty if what stands there can't be read.
+    std::optional<std::string> timeStamp;
 };
 
 // Returns 0, kSealTooLarge or kSealSignatureDamaged. Nothing is judged but the structure, that of

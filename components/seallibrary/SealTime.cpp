@@ -71,8 +71,8 @@ std::optional<int> ZoneOffset(std::string_view text) {
     return sign * (hours * 3600 + minutes * 60);
 }
 
-// Six groups of digits with anything but digits between them.
-bool ReadGroups(std::string_view text, std::tm& date) {
+// Six groups of digits with anything but digits between them, taken off the front of `text`.
+bool ReadGroups(std::string_view& text, std::tm& date) {
     for (int* number :
          {&date.tm_year, &date.tm_mon, &date.tm_mday, &date.tm_hour, &date.tm_min, &date.tm_sec}) {
         while (!text.empty() && !IsDigit(text[0])) text.remove_prefix(1);
@@ -82,6 +82,17 @@ bool ReadGroups(std::string_view text, std::tm& date) {
     }
     return CountDigits(text) == 0;
 }
+
+// The zone at the end of a host's text without the colon in it; empty if no zone stands there, as
+// in front of a "秒".
+std::string ZoneBehindGroups(std::string_view text) {
+    std::string zone(text);
+    if (zone.size() == 6 && zone[3] == ':') zone.erase(3, 1);
+    return ZoneOffset(zone) ? zone : std::string();
+}
+
+// False for a mere fraction.
+bool NamesZone(std::string_view zone) { return zone.find_first_of("Z+-") != zone.npos; }
 
 // The numbers of a run of 14 digits, or of 12 or 10 with a year of two.
 void ReadRun(std::string_view& text, std::size_t digits, std::tm& date) {
@@ -161,14 +172,23 @@ std::string IsoTimeText(std::time_t time) {
 
 std::optional<std::time_t> ReadHostTime(std::string_view text) {
     std::tm date = {};
+    std::string zone;
     if (text.substr(0, 2) == "D:") {
         text.remove_prefix(2);
         if (CountDigits(text) != 14) return std::nullopt;
         ReadRun(text, 14, date);
-    } else if (!ReadGroups(text, date)) {
+    } else if (const std::size_t digits = CountDigits(text); digits >= 10) {
+        if (digits != 10 && digits != 12 && digits != 14) return std::nullopt;
+        ReadRun(text, digits, date);
+        zone = text;
+        if (!ZoneOffset(zone)) return std::nullopt;
+    } else if (ReadGroups(text, date)) {
+        zone = ZoneBehindGroups(text);
+    } else {
         return std::nullopt;
     }
     if (date.tm_year < 1900 || !IsPossible(date)) return std::nullopt;
+    if (NamesZone(zone)) return UniversalTime(date) - *ZoneOffset(zone);
     date.tm_year -= 1900;
     date.tm_mon -= 1;
     date.tm_isdst = -1;

@@ -19,6 +19,8 @@ std::string UtcTimeText(std::time_t time);
 // "YYYY-MM-DDThh:mm:ssZ"; empty as GeneralizedTimeText.
 std::string IsoTimeText(std::time_t time);
 
-// Reads a local time in the texts that hosts use: "YYYY-MM-DDThh:mm:ss", the same with a blank,
-// "YYYY年MM月DD日hh时mm分ss秒" in GBK, and "D:YYYYMMDDhhmmss" with whatever behind it.
+// Reads a time in the texts that hosts use: "YYYY-MM-DDThh:mm:ss", the same with a blank,
+// "YYYY年MM月DD日hh时mm分ss秒" in GBK, "D:YYYYMMDDhhmmss" with whatever behind it, and the forms of
+// ReadAsn1Time. Local, unless "Z" or an offset ("+0800", "+08:00") stands at its end; that of the
+// "D:" form is left out of account, as the times in documents are the signer's local ones.
 std::optional<std::time_t> ReadHostTime(std::string_view text);

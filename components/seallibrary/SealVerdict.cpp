@@ -3,24 +3,11 @@
 #include "components/seallibrary/RevocationTime.h"
 #include "components/seallibrary/Seal.h"
 #include "components/seallibrary/SealCertificate.h"
+#include "components/seallibrary/SealPictureCheck.h"
 #include "components/seallibrary/SealSignature.h"
+#include "components/seallibrary/SealTimeStamp.h"
 
 namespace {
-
-// What SOF_ValidateCert's results come to; kOther is a code to pass through.
-enum class Trust { kGood, kOutOfValidity, kNotTrusted, kRevoked, kOther };
-
-Trust TrustOf(int result) {
-    switch (result) {
-        case 0: return Trust::kGood;
-        case -1: return Trust::kNotTrusted;
-        case -2:
-        case -5: return Trust::kOutOfValidity;
-        case -3:
-        case -6: return Trust::kRevoked;
-        default: return Trust::kOther;
-    }
-}
 
 int CheckMakerSignature(const Seal& seal, CSealCertificate& maker) {
     if (!maker.Read(seal.makerCertificate)) return kSealMakerCertificateDamaged;
@@ -45,6 +32,13 @@ int CheckMakerCertificate(const Seal& seal, const CSealCertificate& maker,
     return result;
 }
 
+// It proves since when there is this seal; whoever made it says that as well, in the part that is
+// signed, and the two aren't compared.
+int CheckSealTimeStamp(const Seal& seal, CertificateJudge& judge) {
+    std::time_t time = 0;
+    return seal.timeStamp ? JudgeTimeStamp(*seal.timeStamp, seal.signature, judge, time) : kSealOk;
+}
+
 int CheckSealValidity(const Seal& seal, std::time_t time) {
     if (time < seal.validFrom) return kSealNotYetValid;
     return time > seal.validTo ? kSealExpired : kSealOk;
@@ -56,7 +50,9 @@ SealVerdict JudgeSealAt(const Seal& seal, std::time_t time, CertificateJudge& ju
     if (const int code = CheckMakerSignature(seal, maker)) return {code, SealStep::kMakerSignature};
     if (const int code = CheckMakerCertificate(seal, maker, judge))
         return {code, SealStep::kMakerCertificate};
+    if (const int code = CheckSealTimeStamp(seal, judge)) return {code, SealStep::kSealTimeStamp};
     if (const int code = CheckSealValidity(seal, time)) return {code, SealStep::kSealValidity};
+    if (!HasUsablePicture(seal)) return {kSealPictureUnusable, SealStep::kSealPicture};
     return {};
 }
 
@@ -69,7 +65,7 @@ int CheckDigest(const SealSignature& signature, const CSealCertificate& signer,
 
 // A certificate out of its validity now may have been revoked before: the list is asked whatever
 // the judge says.
-int CheckSigner(const SealSignature& signature, const CSealCertificate& signer,
+int CheckSigner(const SealSignature& signature, const CSealCertificate& signer, std::time_t time,
                 const std::string& revocationList, CertificateJudge& judge) {
     if (!signer.MaySign()) return kSealSignerNotTrusted;
     const std::string& der = signature.signerCertificate;
@@ -81,14 +77,13 @@ int CheckSigner(const SealSignature& signature, const CSealCertificate& signer,
     if (trust == Trust::kNotTrusted) return kSealSignerNotTrusted;
     if (trust == Trust::kRevoked && !hasList) return kSealSignerRevoked;
     if (hasList) {
-        const int listed =
-            CheckRevocationTime(revocationList, signer.SerialNumber(), *signature.time);
+        const int listed = CheckRevocationTime(revocationList, signer.SerialNumber(), time);
         const bool unlisted = listed == kSealSerialNotListed;
         if (listed == kSealRevokedBefore || (unlisted && trust == Trust::kRevoked))
             return kSealSignerRevoked;
         if (listed != kSealOk && !unlisted) return listed;
     }
-    return signer.IsValidAt(*signature.time) ? kSealOk : kSealSignerExpired;
+    return signer.IsValidAt(time) ? kSealOk : kSealSignerExpired;
 }
 
 int CheckStructure(std::string_view der, SealSignature& signature, CSealCertificate& signer) {
@@ -97,18 +92,31 @@ int CheckStructure(std::string_view der, SealSignature& signature, CSealCertific
     return signature.time ? kSealOk : kSealTimeUnreadable;
 }
 
-SealVerdict JudgeParts(const SealSignature& signature, const CSealCertificate& signer,
-                       const DataDigest& dataDigest, const std::string& revocationList,
-                       CertificateJudge& judge) {
+// `proven` becomes the time of a good time stamp and stays as it is without one.
+int CheckTimeStamp(const SealSignature& signature, CertificateJudge& judge, std::time_t& proven) {
+    if (!signature.timeStamp) return kSealOk;
+    return JudgeTimeStamp(*signature.timeStamp, signature.signature, judge, proven);
+}
+
+// The steps that ask whether the signature is this one and over these data.
+SealVerdict JudgeValues(const SealSignature& signature, const CSealCertificate& signer,
+                        const DataDigest& dataDigest) {
     if (const int code = CheckDigest(signature, signer, dataDigest))
         return {code, SealStep::kDigest};
     if (!signer.Verify(signature.algorithm, signature.signedPart, signature.signature))
         return {kSealSignatureInvalid, SealStep::kSignatureValue};
+    return {};
+}
+
+// The steps that ask whether the signer was allowed to make it at `time`.
+SealVerdict JudgeRights(const SealSignature& signature, const CSealCertificate& signer,
+                        std::time_t time, const std::string& revocationList,
+                        CertificateJudge& judge) {
     if (!NamesSigner(signature.seal, signature.signerCertificate))
         return {kSealSignerNotListed, SealStep::kSignerInSeal};
-    const SealVerdict seal = JudgeSealAt(signature.seal, *signature.time, judge);
+    const SealVerdict seal = JudgeSealAt(signature.seal, time, judge);
     if (seal.code) return seal;
-    if (const int code = CheckSigner(signature, signer, revocationList, judge))
+    if (const int code = CheckSigner(signature, signer, time, revocationList, judge))
         return {code, SealStep::kSignerValidity};
     return {};
 }
@@ -127,8 +135,14 @@ SealVerdict JudgeSealSignature(std::string_view der, const DataDigest& dataDiges
     CSealCertificate signer;
     if (const int code = CheckStructure(der, signature, signer))
         return {code, SealStep::kStructure};
-    SealVerdict verdict = JudgeParts(signature, signer, dataDigest, revocationList, judge);
+    SealVerdict verdict = JudgeValues(signature, signer, dataDigest);
+    std::time_t proven = 0;
+    if (!verdict.code) verdict = {CheckTimeStamp(signature, judge, proven), SealStep::kTimeStamp};
+    if (!verdict.code)
+        verdict = JudgeRights(signature, signer, proven ? proven : *signature.time, revocationList,
+                              judge);
     verdict.signedAt = *signature.time;
+    verdict.stampedAt = proven;
     return verdict;
 }
 
@@ -138,10 +152,13 @@ const char* StepText(SealStep step) {
         case SealStep::kStructure: return "the structure";
         case SealStep::kDigest: return "the digest of the data";
         case SealStep::kSignatureValue: return "the signature value";
+        case SealStep::kTimeStamp: return "the time stamp";
         case SealStep::kSignerInSeal: return "the signer in the seal's list";
         case SealStep::kMakerSignature: return "the seal maker's signature";
         case SealStep::kMakerCertificate: return "the seal maker's certificate";
+        case SealStep::kSealTimeStamp: return "the seal's time stamp";
         case SealStep::kSealValidity: return "the seal's validity";
+        case SealStep::kSealPicture: return "the seal's picture";
         case SealStep::kSignerValidity: return "the signer's certificate";
     }
     return "";

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "components/crypto/Algorithm.h"
+#include "components/seallibrary/CertificateJudge.h"
 #include "components/seallibrary/SealCodes.h"
 
 // In the order in which they run; the first that fails ends the check.
@@ -15,30 +16,21 @@ enum class SealStep {
     kStructure,         // both: the DER can be read
     kDigest,            // signature: it was made over this data
     kSignatureValue,    // signature: the signer's key made it
+    kTimeStamp,         // signature: the time stamp over it, if it has one
     kSignerInSeal,      // signature: the seal names the signer
     kMakerSignature,    // both: the seal maker's key made the seal
     kMakerCertificate,  // both: that certificate is trusted, and was valid when the seal was made
+    kSealTimeStamp,     // both: the time stamp over the maker's signature, if there is one
     kSealValidity,      // both: the seal is in force, at the time of signing or now
+    kSealPicture,       // both: the seal's picture can be shown
     kSignerValidity,    // signature: the signer is trusted, and was valid at the time of signing
 };
 
 struct SealVerdict {
     int code = kSealOk;  // a SealCode, or the certificate service's own
     SealStep failed = SealStep::kNone;
-    std::time_t signedAt = 0;  // of a signature that could be read
-};
-
-// Who says whether a certificate is to be trusted.
-class CertificateJudge {
-public:
-    virtual ~CertificateJudge() = default;
-
-    // As SOF_ValidateCert: 0 good, -1 not trusted, -2 and -5 out of its validity now, -3 and -6
-    // revoked; a SealCode if nobody can be asked. Trust is judged before validity: an expired
-    // certificate of a stranger is -1.
-    virtual int Validate(const std::string& certificate) = 0;
-    // The same with a revocation list (DER) of the certificate's issuer in force.
-    virtual int ValidateWithList(const std::string& certificate, const std::string& list) = 0;
+    std::time_t signedAt = 0;   // what the signer wrote, of a signature that could be read
+    std::time_t stampedAt = 0;  // of a time stamp over the signature that was found good
 };
 
 // Puts the plain hash of the signed data into `digest`, by the algorithm that the signature names.
@@ -49,7 +41,7 @@ SealVerdict JudgeSeal(std::string_view seal, std::time_t now, CertificateJudge& 
 
 // `revocationList` (DER), of the signer's issuer, may be empty. Whether anything has expired since
 // the signing plays no part: the seal and both certificates are judged by the time that the
-// signature tells.
+// signature tells. The time of a good time stamp takes that one's place.
 SealVerdict JudgeSealSignature(std::string_view signature, const DataDigest& dataDigest,
                                const std::string& revocationList, CertificateJudge& judge);
 

@@ -30,6 +30,10 @@ std::string Sign(const TestIdentity& identity, std::string_view data, bool bare)
     return bare ? BareSm2(signature) : signature;
 }
 
+std::string Behind(const BehindValue& stamp, std::string_view value) {
+    return stamp ? stamp(value) : std::string();
+}
+
 std::string Property(const HandMadeSeal& seal, const TestIdentity& signer) {
     const std::string list =
         seal.certList.empty() ? Der(0x30, Der(0x04, signer.certificate)) : seal.certList;
@@ -44,7 +48,7 @@ std::string Info(const HandMadeSeal& seal, const TestIdentity& signer) {
         Der(0x30, Der(seal.textTag, seal.id) + Der(0x02, std::string(1, seal.version)) +
                       Der(seal.textTag, "OTHER"));
     const std::string picture = Der(0x30, Der(seal.textTag, seal.pictureType) +
-                                              Der(0x04, "picture") + seal.width + seal.height);
+                                              Der(0x04, seal.picture) + seal.width + seal.height);
     return Der(0x30,
                header + Der(seal.textTag, "42") + Property(seal, signer) + picture + seal.extDatas);
 }
@@ -55,9 +59,11 @@ std::string Build(const HandMadeSeal& seal, const TestIdentity& maker, const Tes
     const std::string info = Info(seal, signer);
     const std::string tail = Der(0x04, maker.certificate) + seal.algorithm;
     const std::string signedPart = seal.form2014 ? Der(0x30, info + tail) : info;
-    const std::string value = DerBits(Sign(maker, signedPart, seal.bareSignature), seal.unusedBits);
-    if (seal.form2014) return Der(0x30, info + Der(0x30, tail + value) + seal.behindSignature);
-    return Der(0x30, info + tail + value + seal.behindSignature);
+    const std::string made = Sign(maker, signedPart, seal.bareSignature);
+    const std::string value = DerBits(made, seal.unusedBits);
+    const std::string behind = seal.behindSignature + Behind(seal.stamp, made);
+    if (seal.form2014) return Der(0x30, info + Der(0x30, tail + value) + behind);
+    return Der(0x30, info + tail + value + behind);
 }
 
 std::string Build(const HandMadeSignature& signature, const TestIdentity& signer) {
@@ -66,7 +72,8 @@ std::string Build(const HandMadeSignature& signature, const TestIdentity& signer
     const std::string toSign = Der(0x30, Der(0x02, version) + signature.seal + signature.timeInfo +
                                              DerBits(signature.dataHash) + signature.property +
                                              (signature.form2014 ? who : ""));
-    const std::string value =
-        DerBits(Sign(signer, toSign, signature.bareSignature), signature.unusedBits);
-    return Der(0x30, toSign + (signature.form2014 ? "" : who) + value + signature.behindSignature);
+    const std::string made = Sign(signer, toSign, signature.bareSignature);
+    const std::string value = DerBits(made, signature.unusedBits);
+    const std::string behind = signature.behindSignature + Behind(signature.stamp, made);
+    return Der(0x30, toSign + (signature.form2014 ? "" : who) + value + behind);
 }

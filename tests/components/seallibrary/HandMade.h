@@ -2,6 +2,7 @@
 // as nobody should.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,9 @@ std::string DerBits(std::string_view bytes, char unusedBits = 0);
 // The DER of the two algorithms' identifiers.
 extern const std::string kSm2Oid;
 extern const std::string kRsaOid;
+
+// Makes an element of a signature's value, for the place behind it.
+using BehindValue = std::function<std::string(std::string_view value)>;
 
 struct HandMadeSeal {
     bool form2014 = false;
@@ -29,13 +33,15 @@ struct HandMadeSeal {
     std::string certListType = Der(0x02, "\x01");
     std::string certList;  // the whole element; none: the signer's certificate
     std::string extDatas;  // the whole element
-    std::string pictureType = "png";
+    std::string pictureType = "ofd";
+    std::string picture = "picture";
     std::string width = Der(0x02, "\x2A");
     std::string height = Der(0x02, "\x2A");
     std::string algorithm = kSm2Oid;
     bool bareSignature = false;
     char unusedBits = 0;
     std::string behindSignature;  // elements behind the last one
+    BehindValue stamp;            // what stands there, for the value of the signature
 };
 
 std::string Build(const HandMadeSeal& seal, const TestIdentity& maker, const TestIdentity& signer);
@@ -50,6 +56,7 @@ struct HandMadeSignature {
     bool bareSignature = false;
     char unusedBits = 0;
     std::string behindSignature;
+    BehindValue stamp;
 };
 
 std::string Build(const HandMadeSignature& signature, const TestIdentity& signer);

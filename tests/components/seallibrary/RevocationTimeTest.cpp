@@ -4,6 +4,7 @@
 #include <openssl/pem.h>
 
 #include "components/seallibrary/SealCodes.h"
+#include "foundation/Text.h"
 #include "tests/components/seallibrary/TestPki.h"
 
 namespace {
@@ -53,6 +54,29 @@ TEST_F(RevocationTimeTest, AListInPemIsReadAsWell) {
     EXPECT_EQ(CheckRevocationTime(Pem(), "ABC12", kTestNow), kSealRevokedBefore);
     EXPECT_EQ(ReadRevocationList(Pem()), m_list);
     EXPECT_EQ(ReadRevocationList(m_list), m_list);
+}
+
+TEST_F(RevocationTimeTest, AListInBareBase64IsReadAsWell) {
+    std::string text = Base64Encode(m_list);
+    EXPECT_EQ(ReadRevocationList(text), m_list);
+    for (std::size_t at = 64; at < text.size(); at += 66) text.insert(at, "\r\n");
+    EXPECT_EQ(CheckRevocationTime(text + "\n", "ABC12", kTestNow), kSealRevokedBefore);
+    EXPECT_EQ(ReadRevocationList(text + "!"), "");
+    EXPECT_EQ(ReadRevocationList("=" + text.substr(1)), "");
+    EXPECT_EQ(ReadRevocationList(text.substr(4)), "");
+}
+
+// Some twenty thousand entries, half a megabyte.
+TEST_F(RevocationTimeTest, ALongListIsSearchedToItsEnds) {
+    const std::string list = MakeLongRevocationList(m_issuer, 20'000, kTestNow);
+    ASSERT_GT(list.size(), 400'000u);
+    for (const char* serial : {"10000", "12345", "14E1F"}) {
+        EXPECT_EQ(CheckRevocationTime(list, serial, kTestNow - 1), kSealOk) << serial;
+        EXPECT_EQ(CheckRevocationTime(list, serial, kTestNow), kSealRevokedBefore) << serial;
+    }
+    EXPECT_EQ(CheckRevocationTime(list, "14E20", kTestNow - 1), kSealSerialNotListed);
+    EXPECT_EQ(CheckRevocationTime(list, "FFFF", kTestNow - 1), kSealSerialNotListed);
+    EXPECT_EQ(ReadRevocationList(list), list);
 }
 
 TEST_F(RevocationTimeTest, ADamagedListIsTold) {

@@ -58,7 +58,7 @@ TEST_P(SealReadingTest, TextsMayBeOfAnyTextType) {
     for (const int tag : {0x0C, 0x13, 0x1A}) {
         m_made.textTag = tag;
         ASSERT_EQ(Read(), kSealOk);
-        EXPECT_EQ(m_seal.pictureType, "png");
+        EXPECT_EQ(m_seal.pictureType, "ofd");
     }
 }
 
@@ -150,6 +150,27 @@ TEST_F(FormOfFourTest, Version5IsTheFormOf2025AndMayCarryATimeStamp) {
     ASSERT_EQ(Read(), kSealOk);
     EXPECT_EQ(m_seal.form, SealForm::kGm2025);
     EXPECT_EQ(m_seal.version, 5);
+    EXPECT_EQ(m_seal.timeStamp, "token");
+    m_made.behindSignature = "";
+    ASSERT_EQ(Read(), kSealOk);
+    EXPECT_FALSE(m_seal.timeStamp);
+}
+
+TEST_F(FormOfFourTest, ATokenMayStandInAnOctetStringOrBare) {
+    for (const std::string& inside : {Der(0x04, Der(0x30, "x")), Der(0x30, "x")}) {
+        m_made.behindSignature = Der(0xA0, inside);
+        ASSERT_EQ(Read(), kSealOk);
+        EXPECT_EQ(m_seal.timeStamp, Der(0x30, "x"));
+    }
+}
+
+TEST_F(FormOfFourTest, WhatHoldsNoTokenIsReadAsAnEmptyOne) {
+    for (const std::string& inside : {std::string(), Der(0x0C, "token"), DerBits("token", 1),
+                                      Der(0x03, ""), DerBits("a") + DerBits("b")}) {
+        m_made.behindSignature = Der(0xA0, inside);
+        ASSERT_EQ(Read(), kSealOk);
+        EXPECT_EQ(m_seal.timeStamp, "");
+    }
 }
 
 TEST_F(FormOfFourTest, TheListsKindMustBeToldAndKnown) {

@@ -89,6 +89,25 @@ TEST_F(HostTimeTest, TheFormsOfHostsAreLocalTimesOfOneMoment) {
         EXPECT_EQ(ReadHostTime(text), kTestNow) << text;
 }
 
+TEST_F(HostTimeTest, TheFormsOfAsn1TellTheirZoneOrAreLocal) {
+    for (const char* text : {"20260615120000Z", "260615120000Z", "2606151200Z", "20260615120000.5Z",
+                             "20260615200000+0800", "20260615100000-0200", "20260615200000",
+                             "20260615200000.5", "260615200000", "2606152000"})
+        EXPECT_EQ(ReadHostTime(text), kTestNow) << text;
+}
+
+TEST_F(HostTimeTest, AZoneAtTheEndOfADateAndTimeCounts) {
+    for (const char* text :
+         {"2026-06-15T12:00:00Z", "2026-06-15 12:00:00Z", "2026-06-15T13:00:00+01:00",
+          "2026-06-15T10:30:00-0130", "2026-06-15T12:00:00.125Z", "2026-06-15 20:00:00.125"})
+        EXPECT_EQ(ReadHostTime(text), kTestNow) << text;
+}
+
+TEST_F(HostTimeTest, TheOffsetOfADocumentsTimeIsLeftOutOfAccount) {
+    EXPECT_EQ(ReadHostTime("D:20260615200000-05'00'"), kTestNow);
+    EXPECT_EQ(ReadHostTime("D:20260615200000Z"), kTestNow);
+}
+
 TEST_F(HostTimeTest, ATimeWithoutEndAndOneOfOldAreRead) {
     EXPECT_EQ(ReadHostTime("9999-12-31 23:59:59"), std::time_t{253402300799 - 8 * 3600});
     EXPECT_EQ(ReadHostTime("1960-01-01 00:00:00"), std::time_t{-315619200 - 8 * 3600});
@@ -96,7 +115,8 @@ TEST_F(HostTimeTest, ATimeWithoutEndAndOneOfOldAreRead) {
 
 TEST_F(HostTimeTest, AnythingElseIsRefused) {
     for (const char* text : {"", "2026-06-15", "2026-06-15 25:00:00", "2026-02-30 00:00:00",
-                             "D:2026", "0000-00-00 00:00:00", "20260-06-15 20:00:00"})
+                             "D:2026", "20260615200000X", "20260615", "202606152000",
+                             "20260615120000+8", "0000-00-00 00:00:00", "20260-06-15 20:00:00"})
         EXPECT_FALSE(ReadHostTime(text)) << text;
 }
 

@@ -2,37 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/DataDigest.h"
 #include "components/seallibrary/SealSignature.h"
 #include "tests/components/seallibrary/HandMade.h"
-
-// Beside the type, so that GoogleTest finds them.
-static std::ostream& operator<<(std::ostream& out, const SealVerdict& verdict) {
-    return out << std::hex << verdict.code << " at " << StepText(verdict.failed);
-}
-
-static bool operator==(const SealVerdict& left, const SealVerdict& right) {
-    return left.code == right.code && left.failed == right.failed;
-}
+#include "tests/components/seallibrary/VerdictFixture.h"
 
 namespace {
-
-class FakeJudge : public CertificateJudge {
-public:
-    int Validate(const std::string& certificate) override { return m_results[certificate]; }
-    int ValidateWithList(const std::string& certificate, const std::string& list) override {
-        m_lists.push_back(list);
-        return m_results[certificate];
-    }
-
-    std::map<std::string, int> m_results;
-    std::vector<std::string> m_lists;
-};
-
-SealVerdict Failure(int code, SealStep step) { return {code, step}; }
 
 class SealVerdictTest : public testing::Test {
 protected:
@@ -135,6 +111,35 @@ TEST_F(SealVerdictTest, ASealIsInForceFromItsFirstToItsLastSecond) {
     EXPECT_EQ(JudgeTheSeal(kTestNow + kTestDay), SealVerdict{});
     EXPECT_EQ(JudgeTheSeal(kTestNow + kTestDay + 1),
               Failure(kSealExpired, SealStep::kSealValidity));
+}
+
+TEST_F(SealVerdictTest, APictureThatCantBeShownFailsAtThePicture) {
+    const auto failure = Failure(kSealPictureUnusable, SealStep::kSealPicture);
+    const auto judge = [this](const char* type, std::string_view bytes) {
+        m_made.pictureType = type;
+        m_made.picture = bytes;
+        Remake();
+        return JudgeTheSeal();
+    };
+    EXPECT_EQ(judge("ofd", ""), failure);
+    EXPECT_EQ(judge("PNG", "no picture of that kind"), failure);
+    EXPECT_EQ(judge("jpeg", "nor of this"), failure);
+    EXPECT_EQ(judge("gif", "GIF89a"), failure);
+    EXPECT_EQ(judge("gif", std::string_view("GIF89a\0\0\1\0", 10)), failure);
+    EXPECT_EQ(judge("gif", std::string_view("GIF89a\1\0\1\0", 10)), SealVerdict{});
+    EXPECT_EQ(judge("png", std::string_view("GIF89a\1\0\1\0", 10)), SealVerdict{});
+    EXPECT_EQ(judge("ofd", "PK"), SealVerdict{});
+}
+
+TEST_F(SealVerdictTest, ASealWithoutASizeFailsAtThePicture) {
+    const std::string none("\x02\x01\x00", 3);
+    const std::string some = m_made.width;
+    for (const bool wide : {false, true}) {
+        m_made.width = wide ? some : none;
+        m_made.height = wide ? none : some;
+        Remake();
+        EXPECT_EQ(JudgeTheSeal(), Failure(kSealPictureUnusable, SealStep::kSealPicture));
+    }
 }
 
 class SignatureVerdictTest : public SealVerdictTest {

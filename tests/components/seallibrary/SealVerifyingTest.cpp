@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <fstream>
+#include <thread>
 
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/SealCodes.h"
@@ -136,16 +137,35 @@ TEST_F(SealVerifyingTest, AListGoesToTheServiceInAContextOfItsOwn) {
     EXPECT_EQ(m_script->calls, expected);
 }
 
-TEST_F(SealVerifyingTest, AListStaysInForceUntilTheNextOneOrRelease) {
-    ASSERT_EQ(SetList(MakeRevocationList(m_maker, 0x1234ABCD, kTestNow - kTestDay)), kSealOk);
+TEST_F(SealVerifyingTest, AListCountsForTheNextVerificationAlone) {
+    const std::string list = MakeRevocationList(m_maker, 0x1234ABCD, kTestNow - kTestDay);
+    ASSERT_EQ(SetList(list), kSealOk);
     EXPECT_EQ(Verify(), kSealSignerRevoked);
-    EXPECT_EQ(Verify(), kSealSignerRevoked);
+    EXPECT_EQ(Verify(), kSealOk);
+    ASSERT_EQ(SetList(list), kSealOk);
+    EXPECT_EQ(VerifyFile(WriteFile("data")), kSealSignerRevoked);
     EXPECT_EQ(VerifyFile(WriteFile("data")), kSealOk);
+    ASSERT_EQ(SetList(list), kSealOk);
+    EXPECT_EQ(TVK_Verify_SES_Sign(nullptr, 1, nullptr, 0), kSealBadArgument);
+    EXPECT_EQ(Verify(), kSealOk);
+}
+
+TEST_F(SealVerifyingTest, AnEmptyListOrReleaseTakesAListBack) {
+    const std::string list = MakeRevocationList(m_maker, 0x1234ABCD, kTestNow - kTestDay);
+    ASSERT_EQ(SetList(list), kSealOk);
     ASSERT_EQ(SetList(""), kSealOk);
     EXPECT_EQ(Verify(), kSealOk);
-    ASSERT_EQ(SetList(MakeRevocationList(m_maker, 0x1234ABCD, kTestNow - kTestDay)), kSealOk);
+    ASSERT_EQ(SetList(list), kSealOk);
     TVK_Release();
     EXPECT_EQ(Verify(), kSealOk);
+}
+
+TEST_F(SealVerifyingTest, AListWaitsForTheThreadThatHandedItIn) {
+    ASSERT_EQ(SetList(MakeRevocationList(m_maker, 0x1234ABCD, kTestNow - kTestDay)), kSealOk);
+    int ofOther = -1;
+    std::thread([&] { ofOther = Verify(); }).join();
+    EXPECT_EQ(ofOther, kSealOk);
+    EXPECT_EQ(Verify(), kSealSignerRevoked);
 }
 
 TEST_F(SealVerifyingTest, AListThatTheServiceRefusesFailsTheCheck) {
@@ -153,6 +173,7 @@ TEST_F(SealVerifyingTest, AListThatTheServiceRefusesFailsTheCheck) {
     m_script->userConfigResult = 0x0B000051;
     EXPECT_EQ(Verify(), 0x0B000051);
     m_script->userConfigResult = -2;
+    ASSERT_EQ(SetList(MakeRevocationList(m_maker, 1, kTestNow)), kSealOk);
     EXPECT_EQ(Verify(), kSealServiceFailed);
 }
 
@@ -171,6 +192,15 @@ TEST_F(SealVerifyingTest, ATimeIsComparedWithTheRevocation) {
     EXPECT_EQ(CheckTime(list, "77", "2026年06月13日12时00分00秒"), kSealOk);
     EXPECT_EQ(CheckTime(list, "78", "2026-06-13 12:00:00"), kSealSerialNotListed);
     EXPECT_EQ(CheckTime("damaged", "77", "2026-06-13 12:00:00"), kSealRevocationListDamaged);
+}
+
+TEST_F(SealVerifyingTest, ATimeMayBeAnAsn1OneAndEndWithAZeroByte) {
+    const std::string list = MakeRevocationList(m_maker, 0x77, kTestNow);
+    EXPECT_EQ(CheckTime(list, "77", "20260615115959Z"), kSealOk);
+    EXPECT_EQ(CheckTime(list, "77", "20260615120000Z"), kSealRevokedBefore);
+    EXPECT_EQ(CheckTime(list, "77", "260615115959Z"), kSealOk);
+    EXPECT_EQ(CheckTime(list, "77", std::string("20260615195959+0800\0", 20)), kSealOk);
+    EXPECT_EQ(CheckTime(list, "77", ""), kSealBadArgument);
 }
 
 TEST_F(SealVerifyingTest, WhatThereIsNoServiceForIsAnError) {

@@ -37,6 +37,30 @@ void AddExtension(X509* certificate, int kind, const char* value) {
     X509_add_ext(certificate, extension.get(), -1);
 }
 
+void AddEntry(X509_CRL* list, long serial, std::time_t revoked) {
+    const OpenSslHandle<ASN1_INTEGER, ASN1_INTEGER_free> number(ASN1_INTEGER_new());
+    ASN1_INTEGER_set(number.get(), serial);
+    X509_REVOKED* entry = X509_REVOKED_new();
+    X509_REVOKED_set_serialNumber(entry, number.get());
+    X509_REVOKED_set_revocationDate(entry, TimeHandle(ASN1_TIME_set(nullptr, revoked)).get());
+    X509_CRL_add0_revoked(list, entry);
+}
+
+std::string ListOf(const TestIdentity& issuer, long first, int count, std::time_t revoked) {
+    const RevocationListHandle list(X509_CRL_new());
+    X509_CRL_set_version(list.get(), X509_CRL_VERSION_2);
+    X509_CRL_set_issuer_name(list.get(), CommonName("Test CA").get());
+    X509_CRL_set1_lastUpdate(list.get(), TimeHandle(ASN1_TIME_set(nullptr, kTestNow)).get());
+    X509_CRL_set1_nextUpdate(list.get(),
+                             TimeHandle(ASN1_TIME_set(nullptr, kTestNow + kTestDay)).get());
+    for (int i = 0; i < count; ++i) AddEntry(list.get(), first + i, revoked);
+    X509_CRL_sort(list.get());
+    KeyContextHandle keyContext;
+    const auto context = SigningContext(issuer.key.get(), keyContext);
+    X509_CRL_sign_ctx(list.get(), context.get());
+    return DerOf<i2d_X509_CRL>(list.get());
+}
+
 }  // namespace
 
 TestIdentity MakeIdentity(KeyKind kind, const TestCertificateOrder& order) {
@@ -77,23 +101,11 @@ SealSigner SignerOf(const TestIdentity& identity) {
 }
 
 std::string MakeRevocationList(const TestIdentity& issuer, long serial, std::time_t revoked) {
-    const RevocationListHandle list(X509_CRL_new());
-    X509_CRL_set_version(list.get(), X509_CRL_VERSION_2);
-    X509_CRL_set_issuer_name(list.get(), CommonName("Test CA").get());
-    X509_CRL_set1_lastUpdate(list.get(), TimeHandle(ASN1_TIME_set(nullptr, kTestNow)).get());
-    X509_CRL_set1_nextUpdate(list.get(),
-                             TimeHandle(ASN1_TIME_set(nullptr, kTestNow + kTestDay)).get());
-    const OpenSslHandle<ASN1_INTEGER, ASN1_INTEGER_free> number(ASN1_INTEGER_new());
-    ASN1_INTEGER_set(number.get(), serial);
-    X509_REVOKED* entry = X509_REVOKED_new();
-    X509_REVOKED_set_serialNumber(entry, number.get());
-    X509_REVOKED_set_revocationDate(entry, TimeHandle(ASN1_TIME_set(nullptr, revoked)).get());
-    X509_CRL_add0_revoked(list.get(), entry);
-    X509_CRL_sort(list.get());
-    KeyContextHandle keyContext;
-    const auto context = SigningContext(issuer.key.get(), keyContext);
-    X509_CRL_sign_ctx(list.get(), context.get());
-    return DerOf<i2d_X509_CRL>(list.get());
+    return ListOf(issuer, serial, 1, revoked);
+}
+
+std::string MakeLongRevocationList(const TestIdentity& issuer, int count, std::time_t revoked) {
+    return ListOf(issuer, 0x10000, count, revoked);
 }
 
 std::string BareSm2(const std::string& der) {

@@ -34,6 +34,8 @@ std::string SignAs(const TestIdentity& identity, std::string_view data);
 SealSigner SignerOf(const TestIdentity& identity);
 // A revocation list (DER) of "Test CA" with one entry, signed with that key.
 std::string MakeRevocationList(const TestIdentity& issuer, long serial, std::time_t revoked);
+// The same with `count` entries, serial numbers 0x10000 and up.
+std::string MakeLongRevocationList(const TestIdentity& issuer, int count, std::time_t revoked);
 // The bare 64 bytes r and s of an SM2 signature in DER.
 std::string BareSm2(const std::string& der);
 
