@@ -104,6 +104,7 @@ constexpr auto kSeal = std::to_array<Meaning>({
     {kSealNotYetValid, kFailed, "the seal is not yet valid"},
     {kSealExpired, kFailed, "the seal has expired"},
     {kSealSignerNotListed, kFailed, "the certificate is not one of those that the seal names"},
+    {kSealPictureUnusable, kFailed, "the seal's picture can't be shown"},
     {kSealSignatureDamaged, kFailed, "this is not a seal signature that can be read"},
     {kSealTimeUnreadable, kFailed, "the seal signature tells no time of signing"},
     {kSealDigestMismatch, kFailed, "the seal signature was made over other data"},
@@ -120,6 +121,15 @@ constexpr auto kSeal = std::to_array<Meaning>({
     {kSealRevocationListDamaged, kFailed, "the revocation list is damaged"},
     {kSealRevokedBefore, kFailed, "the certificate was already revoked at that time"},
     {kSealSerialNotListed, kFailed, "the revocation list doesn't name that certificate"},
+    {kSealTimeStampDamaged, kFailed, "the seal's time stamp can't be read"},
+    {kSealTimeStampForeign, kFailed, "the seal's time stamp belongs to something else"},
+    {kSealTimeStampInvalid, kFailed, "the seal's time stamp is not valid"},
+    {kSealTimeStampAuthorityUnfit, kFailed, "the time-stamp authority's certificate doesn't fit"},
+    {kSealTimeStampNotTrusted, kFailed,
+     "the time-stamp authority's certificate is not trusted on this machine"},
+    {kSealTimeStampAuthorityExpired, kFailed,
+     "the time-stamp authority's certificate was not valid at that time"},
+    {kSealTimeStampRevoked, kFailed, "the time-stamp authority's certificate is revoked"},
     {kSealNoStatusService, kSetup, "there is no service to ask for the seal's status"},
 });
 
