@@ -10,7 +10,7 @@
 bool CSealCertificate::Read(std::string_view der) {
     const auto* at = reinterpret_cast<const unsigned char*>(der.data());
     const auto* end = at + der.size();
-    m_certificate.reset(d2i_X509(nullptr, &at, static_cast<long>(der.size())));
+    m_certificate = CertificateHandle(d2i_X509(nullptr, &at, static_cast<long>(der.size())));
     return m_certificate && at == end && Key() &&
            TimeOf(X509_get0_notBefore(m_certificate.get()), m_notBefore) &&
            TimeOf(X509_get0_notAfter(m_certificate.get()), m_notAfter);

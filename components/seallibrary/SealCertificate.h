@@ -4,13 +4,14 @@
 #include <openssl/x509.h>
 
 #include <ctime>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "components/crypto/Algorithm.h"
 #include "components/crypto/Handles.h"
 
-// One certificate: a seal maker's, or a signer's.
+// One certificate: a seal maker's, or a signer's. Copies share what was read.
 class CSealCertificate {
 public:
     // False unless `der` is one certificate and nothing else, with a public key and a validity
@@ -37,7 +38,7 @@ public:
                 std::string_view signature) const;
 
 private:
-    CertificateHandle m_certificate;
+    std::shared_ptr<X509> m_certificate;
     std::time_t m_notBefore = 0;
     std::time_t m_notAfter = 0;
 };

@@ -27,6 +27,7 @@ namespace {
 struct Library {
     CServiceLink service;
     CSealSigning signing{service};
+    CCertificateShelf shelf;
     // Those that wait for the next verification of the thread that handed them in.
     std::map<std::thread::id, std::string> revocationLists;
 };
@@ -172,8 +173,8 @@ int TVK_Verify_SES_Sign(const unsigned char* signature, int signatureLen,
     if (!View(signature, signatureLen, der) || !View(dataBase64, dataBase64Len, text))
         return kSealBadArgument;
     const std::string data = Base64Decode(text);
-    return Result("TVK_Verify_SES_Sign",
-                  JudgeSealSignature(der, DigestOfData(data), list, State().service));
+    return Result("TVK_Verify_SES_Sign", JudgeSealSignature(der, DigestOfData(data), list,
+                                                            State().service, &State().shelf));
 }
 
 int TVK_Verify_SES_Sign_BigFile(const unsigned char* signature, int signatureLen,
@@ -182,8 +183,9 @@ int TVK_Verify_SES_Sign_BigFile(const unsigned char* signature, int signatureLen
     const std::string list = TakeRevocationList();
     std::string_view der;
     if (!View(signature, signatureLen, der) || !filePath) return kSealBadArgument;
-    return Result("TVK_Verify_SES_Sign_BigFile",
-                  JudgeSealSignature(der, DigestOfFile(filePath), list, State().service));
+    return Result(
+        "TVK_Verify_SES_Sign_BigFile",
+        JudgeSealSignature(der, DigestOfFile(filePath), list, State().service, &State().shelf));
 }
 
 int TVK_Get_Sign_Cert_From_SIG(const unsigned char* signatureBase64, int signatureBase64Len,
@@ -214,7 +216,8 @@ int TVK_Verify_SESeal(const unsigned char* seal, int sealLen) {
     const Frame frame;
     std::string_view der;
     if (!View(seal, sealLen, der) || der.empty()) return kSealBadArgument;
-    return Result("TVK_Verify_SESeal", JudgeSeal(der, std::time(nullptr), State().service));
+    return Result("TVK_Verify_SESeal",
+                  JudgeSeal(der, std::time(nullptr), State().service, &State().shelf));
 }
 
 int TVK_GetSealInfo(const unsigned char* seal, int sealLen, unsigned char* field1, int* field1Len,

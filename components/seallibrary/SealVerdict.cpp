@@ -9,8 +9,12 @@
 
 namespace {
 
-int CheckMakerSignature(const Seal& seal, CSealCertificate& maker) {
-    if (!maker.Read(seal.makerCertificate)) return kSealMakerCertificateDamaged;
+bool Read(const std::string& der, CCertificateShelf* shelf, CSealCertificate& certificate) {
+    return shelf ? shelf->Read(der, certificate) : certificate.Read(der);
+}
+
+int CheckMakerSignature(const Seal& seal, CCertificateShelf* shelf, CSealCertificate& maker) {
+    if (!Read(seal.makerCertificate, shelf, maker)) return kSealMakerCertificateDamaged;
     if (!maker.Verify(seal.algorithm, seal.signedPart, seal.signature))
         return kSealMakerSignatureInvalid;
     return kSealOk;
@@ -45,9 +49,11 @@ int CheckSealValidity(const Seal& seal, std::time_t time) {
 }
 
 // The last steps of both checks, from the seal maker's signature on.
-SealVerdict JudgeSealAt(const Seal& seal, std::time_t time, CertificateJudge& judge) {
+SealVerdict JudgeSealAt(const Seal& seal, std::time_t time, CertificateJudge& judge,
+                        CCertificateShelf* shelf) {
     CSealCertificate maker;
-    if (const int code = CheckMakerSignature(seal, maker)) return {code, SealStep::kMakerSignature};
+    if (const int code = CheckMakerSignature(seal, shelf, maker))
+        return {code, SealStep::kMakerSignature};
     if (const int code = CheckMakerCertificate(seal, maker, judge))
         return {code, SealStep::kMakerCertificate};
     if (const int code = CheckSealTimeStamp(seal, judge)) return {code, SealStep::kSealTimeStamp};
@@ -86,9 +92,10 @@ int CheckSigner(const SealSignature& signature, const CSealCertificate& signer, 
     return signer.IsValidAt(time) ? kSealOk : kSealSignerExpired;
 }
 
-int CheckStructure(std::string_view der, SealSignature& signature, CSealCertificate& signer) {
+int CheckStructure(std::string_view der, CCertificateShelf* shelf, SealSignature& signature,
+                   CSealCertificate& signer) {
     if (const int code = ReadSealSignature(der, signature)) return code;
-    if (!signer.Read(signature.signerCertificate)) return kSealSignerCertificateDamaged;
+    if (!Read(signature.signerCertificate, shelf, signer)) return kSealSignerCertificateDamaged;
     return signature.time ? kSealOk : kSealTimeUnreadable;
 }
 
@@ -111,10 +118,10 @@ SealVerdict JudgeValues(const SealSignature& signature, const CSealCertificate& 
 // The steps that ask whether the signer was allowed to make it at `time`.
 SealVerdict JudgeRights(const SealSignature& signature, const CSealCertificate& signer,
                         std::time_t time, const std::string& revocationList,
-                        CertificateJudge& judge) {
+                        CertificateJudge& judge, CCertificateShelf* shelf) {
     if (!NamesSigner(signature.seal, signature.signerCertificate))
         return {kSealSignerNotListed, SealStep::kSignerInSeal};
-    const SealVerdict seal = JudgeSealAt(signature.seal, time, judge);
+    const SealVerdict seal = JudgeSealAt(signature.seal, time, judge, shelf);
     if (seal.code) return seal;
     if (const int code = CheckSigner(signature, signer, time, revocationList, judge))
         return {code, SealStep::kSignerValidity};
@@ -123,24 +130,26 @@ SealVerdict JudgeRights(const SealSignature& signature, const CSealCertificate& 
 
 }  // namespace
 
-SealVerdict JudgeSeal(std::string_view der, std::time_t now, CertificateJudge& judge) {
+SealVerdict JudgeSeal(std::string_view der, std::time_t now, CertificateJudge& judge,
+                      CCertificateShelf* shelf) {
     Seal seal;
     if (const int code = ReadSeal(der, seal)) return {code, SealStep::kStructure};
-    return JudgeSealAt(seal, now, judge);
+    return JudgeSealAt(seal, now, judge, shelf);
 }
 
 SealVerdict JudgeSealSignature(std::string_view der, const DataDigest& dataDigest,
-                               const std::string& revocationList, CertificateJudge& judge) {
+                               const std::string& revocationList, CertificateJudge& judge,
+                               CCertificateShelf* shelf) {
     SealSignature signature;
     CSealCertificate signer;
-    if (const int code = CheckStructure(der, signature, signer))
+    if (const int code = CheckStructure(der, shelf, signature, signer))
         return {code, SealStep::kStructure};
     SealVerdict verdict = JudgeValues(signature, signer, dataDigest);
     std::time_t proven = 0;
     if (!verdict.code) verdict = {CheckTimeStamp(signature, judge, proven), SealStep::kTimeStamp};
     if (!verdict.code)
         verdict = JudgeRights(signature, signer, proven ? proven : *signature.time, revocationList,
-                              judge);
+                              judge, shelf);
     verdict.signedAt = *signature.time;
     verdict.stampedAt = proven;
     return verdict;

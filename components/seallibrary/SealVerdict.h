@@ -8,6 +8,7 @@
 
 #include "components/crypto/Algorithm.h"
 #include "components/seallibrary/CertificateJudge.h"
+#include "components/seallibrary/CertificateShelf.h"
 #include "components/seallibrary/SealCodes.h"
 
 // In the order in which they run; the first that fails ends the check.
@@ -37,13 +38,16 @@ struct SealVerdict {
 // Returns 0 or a SealCode.
 using DataDigest = std::function<int(HashAlgorithm algorithm, std::string& digest)>;
 
-SealVerdict JudgeSeal(std::string_view seal, std::time_t now, CertificateJudge& judge);
+// With a shelf, certificates are looked for there first.
+SealVerdict JudgeSeal(std::string_view seal, std::time_t now, CertificateJudge& judge,
+                      CCertificateShelf* shelf = nullptr);
 
 // `revocationList` (DER), of the signer's issuer, may be empty. Whether anything has expired since
 // the signing plays no part: the seal and both certificates are judged by the time that the
 // signature tells. The time of a good time stamp takes that one's place.
 SealVerdict JudgeSealSignature(std::string_view signature, const DataDigest& dataDigest,
-                               const std::string& revocationList, CertificateJudge& judge);
+                               const std::string& revocationList, CertificateJudge& judge,
+                               CCertificateShelf* shelf = nullptr);
 
 // A short English text (ASCII) for the step, such as "the signature value".
 const char* StepText(SealStep step);
