@@ -119,9 +119,12 @@ protected:
     std::string Token(const std::string& data) {
         Write("data", data);
         Write("serial", "01\n");
-        Write("settings", "[tsa]\ndefault_tsa=me\n[me]\nserial=" + Path("serial") +
-                              "\ndigests=sha256\ndefault_policy=1.2.3.4.1\nsigner_digest=sha256\n"
-                              "accuracy=secs:1\ness_cert_id_alg=sha256\n");
+        // The serial number's file by its bare name: the program takes a "\" of a path for an
+        // escape.
+        Write("settings",
+              "[tsa]\ndefault_tsa=me\n[me]\nserial=serial\ndigests=sha256\n"
+              "default_policy=1.2.3.4.1\nsigner_digest=sha256\n"
+              "accuracy=secs:1\ness_cert_id_alg=sha256\n");
         WriteAuthority();
         Run({"ts", "-query", "-data", Path("data"), "-sha256", "-cert", "-out", Path("query")});
         Run({"ts", "-reply", "-config", Path("settings"), "-queryfile", Path("query"), "-signer",
@@ -136,9 +139,9 @@ protected:
         Run({"x509", "-inform", "DER", "-in", Path("tsa.der"), "-out", Path("tsa.pem")});
         Run({"rsa", "-inform", "DER", "-in", Path("tsa.key.der"), "-out", Path("tsa.key")});
     }
-    static void Run(std::vector<std::string> arguments) {
+    void Run(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), "/usr/bin/openssl");
-        EXPECT_EQ(RunProgram(arguments).exitCode, 0) << arguments[1];
+        EXPECT_EQ(RunProgram(arguments, {.folder = m_folder.Path()}).exitCode, 0) << arguments[1];
     }
 
     TemporaryFolder m_folder;
