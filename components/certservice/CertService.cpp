@@ -6,21 +6,13 @@
 #include "components/certservice/CertificateText.h"
 #include "components/certservice/FileHash.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/certservice/SignatureAlgorithm.h"
 #include "components/certservice/SignedMessage.h"
 #include "components/crypto/Signature.h"
 
 namespace {
 
 constexpr std::size_t kMostDataKept = 64 * 1024;
-
-std::optional<HashAlgorithm> HashByNumber(int number) {
-    switch (number) {
-        case static_cast<int>(HashAlgorithm::kSm3): return HashAlgorithm::kSm3;
-        case static_cast<int>(HashAlgorithm::kSha1): return HashAlgorithm::kSha1;
-        case static_cast<int>(HashAlgorithm::kSha256): return HashAlgorithm::kSha256;
-    }
-    return std::nullopt;
-}
 
 // None if the method isn't for that kind of key.
 std::optional<HashAlgorithm> HashOfMethod(int method, KeyKind kind) {

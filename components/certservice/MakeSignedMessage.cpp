@@ -1,34 +1,12 @@
 #include "components/certservice/ServiceCodes.h"
+#include "components/certservice/SignatureAlgorithm.h"
 #include "components/certservice/SignedMessage.h"
 #include "components/certservice/SignedMessageAsn1.h"
 #include "components/crypto/Signature.h"
 
 namespace {
 
-// The names that one set of standards gives the parts of a message.
-struct Identifiers {
-    const char* signedData;
-    const char* data;
-    const char* signature;
-};
-
-constexpr Identifiers kRfc = {"1.2.840.113549.1.7.2", "1.2.840.113549.1.7.1",
-                              "1.2.840.113549.1.1.1"};
-constexpr Identifiers kNational = {"1.2.156.10197.6.1.4.2.2", "1.2.156.10197.6.1.4.2.1",
-                                   "1.2.156.10197.1.301.1"};
-
 using AttributeHandle = OpenSslHandle<X509_ATTRIBUTE, X509_ATTRIBUTE_free>;
-
-const char* OidOf(HashAlgorithm hash) {
-    switch (hash) {
-        case HashAlgorithm::kSm3: return "1.2.156.10197.1.401";
-        case HashAlgorithm::kSha1: return "1.3.14.3.2.26";
-        case HashAlgorithm::kSha256: return "2.16.840.1.101.3.4.2.1";
-        case HashAlgorithm::kSha384: return "2.16.840.1.101.3.4.2.2";
-        case HashAlgorithm::kSha512: return "2.16.840.1.101.3.4.2.3";
-    }
-    return "";
-}
 
 bool SetAlgorithm(X509_ALGOR* algorithm, const char* oid) {
     ASN1_OBJECT* object = OBJ_txt2obj(oid, 1);
@@ -59,7 +37,7 @@ bool AddSigningTime(STACK_OF(X509_ATTRIBUTE) * attributes, std::time_t now) {
 bool AddAttributes(SignerInfo* signer, std::string_view digest, std::time_t now) {
     signer->signedAttributes = sk_X509_ATTRIBUTE_new_null();
     if (!signer->signedAttributes) return false;
-    const ObjectIdHandle type(OBJ_txt2obj(kRfc.data, 1));
+    const ObjectIdHandle type(OBJ_txt2obj(kRfcIdentifiers.data, 1));
     return type &&
            AddAttribute(signer->signedAttributes, NID_pkcs9_contentType, V_ASN1_OBJECT, type.get(),
                         -1) &&
@@ -93,7 +71,7 @@ STACK_OF(ASN1_TYPE) * ListOf(X509* certificate) {
     return nullptr;
 }
 
-bool FillFrame(SignedContentInfo* info, X509* certificate, const Identifiers& names,
+bool FillFrame(SignedContentInfo* info, X509* certificate, const MessageIdentifiers& names,
                HashAlgorithm hash) {
     SignedData* data = info->signedData;
     OpenSslHandle<X509_ALGOR, X509_ALGOR_free> algorithm(X509_ALGOR_new());
@@ -101,7 +79,7 @@ bool FillFrame(SignedContentInfo* info, X509* certificate, const Identifiers& na
         return false;
     }
     if (ASN1_INTEGER_set(data->version, 1) != 1 || !algorithm ||
-        !SetAlgorithm(algorithm.get(), OidOf(hash)) ||
+        !SetAlgorithm(algorithm.get(), OidOfHash(hash)) ||
         sk_X509_ALGOR_push(data->digestAlgorithms, algorithm.get()) <= 0) {
         return false;
     }
@@ -110,10 +88,10 @@ bool FillFrame(SignedContentInfo* info, X509* certificate, const Identifiers& na
     return data->certificates != nullptr;
 }
 
-bool FillSigner(SignerInfo* signer, X509* certificate, const Identifiers& names,
+bool FillSigner(SignerInfo* signer, X509* certificate, const MessageIdentifiers& names,
                 HashAlgorithm hash) {
     return ASN1_INTEGER_set(signer->version, 1) == 1 && Identify(signer, certificate) &&
-           SetAlgorithm(signer->digestAlgorithm, OidOf(hash)) &&
+           SetAlgorithm(signer->digestAlgorithm, OidOfHash(hash)) &&
            SetAlgorithm(signer->signatureAlgorithm, names.signature);
 }
 
@@ -122,7 +100,7 @@ bool FillSigner(SignerInfo* signer, X509* certificate, const Identifiers& names,
 int MakeSignedMessage(X509* certificate, HashAlgorithm hash, std::string_view digest,
                       std::time_t now, const DigestSigner& sign, std::string& message) {
     const bool national = hash == HashAlgorithm::kSm3;
-    const Identifiers& names = national ? kNational : kRfc;
+    const MessageIdentifiers& names = national ? kNationalIdentifiers : kRfcIdentifiers;
     const SignedContentHandle info(SignedContentInfo_new());
     SignerInfoHandle signer(SignerInfo_new());
     if (!info || !signer || !FillFrame(info.get(), certificate, names, hash) ||

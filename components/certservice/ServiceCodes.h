@@ -23,8 +23,26 @@ enum ServiceCode : int {
     kServiceMessageDamaged = 0x0B000041,  // no PKCS#7 that can be read
     kServiceDigestMismatch = 0x0B000042,
     kServiceAlgorithmUnknown = 0x0B000043,
+    kServiceSignerMissing = 0x0B000044,  // the message lacks its signer's certificate
     kServiceFileUnreadable = 0x0B000050,
     kServiceRevocationListDamaged = 0x0B000051,
     kServiceTokenFailure = 0x0B000060,  // the token's module reports a failure of its own
     kServiceNetworkFailure = 0x0B000070,
+    // Time stamps, in the order in which their parts are judged.
+    kServiceTimeStampMissing = 0x0B000080,             // the signature carries none
+    kServiceTimeStampRefused = 0x0B000081,             // the authority granted none
+    kServiceTimeStampDamaged = 0x0B000082,             // no token that can be read
+    kServiceTimeStampMismatch = 0x0B000083,            // it is over something else: the imprint
+    kServiceTimeStampCertificateMissing = 0x0B000084,  // the token lacks its authority's
+    kServiceTimeStampAlgorithmUnknown = 0x0B000085,
+    kServiceTimeStampDigestMismatch = 0x0B000086,  // what it tells isn't what was signed
+    kServiceTimeStampSignatureInvalid = 0x0B000087,
+    kServiceTimeStampCertificateUnbound = 0x0B000088,  // it names another certificate, or none
+    kServiceTimeStampPurpose = 0x0B000089,             // the certificate isn't one for time stamps
+    kServiceTimeStampUntrusted = 0x0B00008A,
+    kServiceTimeStampExpired = 0x0B00008B,
+    kServiceTimeStampNotYetValid = 0x0B00008C,
+    kServiceTimeStampRevoked = 0x0B00008D,
+    kServiceTimeStampIssuerRevoked = 0x0B00008E,
+    kServiceTimeStampRevocationUndecided = 0x0B00008F,
 };

@@ -1,6 +1,5 @@
 #include "components/certservice/SignatureAlgorithm.h"
 
-#include <string>
 #include <string_view>
 
 namespace {
@@ -8,14 +7,11 @@ namespace {
 std::string OidOf(const X509_ALGOR* algorithm) {
     const ASN1_OBJECT* object = nullptr;
     X509_ALGOR_get0(&object, nullptr, nullptr, algorithm);
-    char text[80];
-    const int length = OBJ_obj2txt(text, sizeof text, object, 1);
-    if (length <= 0 || static_cast<size_t>(length) >= sizeof text) return {};
-    return text;
+    return OidText(object);
 }
 
 struct NamedHash {
-    std::string_view oid;
+    const char* oid;
     HashAlgorithm hash;
 };
 
@@ -49,6 +45,35 @@ std::optional<HashAlgorithm> Find(const NamedHash (&table)[Count], std::string_v
 }
 
 }  // namespace
+
+std::string OidText(const ASN1_OBJECT* object) {
+    char text[80];
+    const int length = OBJ_obj2txt(text, sizeof text, object, 1);
+    if (length <= 0 || static_cast<size_t>(length) >= sizeof text) return {};
+    return text;
+}
+
+std::optional<HashAlgorithm> HashByNumber(int number) {
+    switch (number) {
+        case static_cast<int>(HashAlgorithm::kSm3): return HashAlgorithm::kSm3;
+        case static_cast<int>(HashAlgorithm::kSha1): return HashAlgorithm::kSha1;
+        case static_cast<int>(HashAlgorithm::kSha256): return HashAlgorithm::kSha256;
+    }
+    return std::nullopt;
+}
+
+const char* OidOfHash(HashAlgorithm hash) {
+    for (const NamedHash& entry : kHashes) {
+        if (entry.hash == hash) return entry.oid;
+    }
+    return "";
+}
+
+bool HasNoParameters(const X509_ALGOR* algorithm) {
+    int type = V_ASN1_UNDEF;
+    X509_ALGOR_get0(nullptr, &type, nullptr, algorithm);
+    return type == V_ASN1_UNDEF || type == V_ASN1_NULL;
+}
 
 std::optional<HashAlgorithm> HashOf(const X509_ALGOR* algorithm) {
     return Find(kHashes, OidOf(algorithm));

@@ -5,8 +5,22 @@
 #include <openssl/x509.h>
 
 #include <optional>
+#include <string>
 
 #include "components/crypto/Algorithm.h"
+
+// In digits and dots; empty if it can't be told.
+std::string OidText(const ASN1_OBJECT* object);
+
+// The hash that the service's calls give by that number: SM3, SHA-1 and SHA-256 have one.
+std::optional<HashAlgorithm> HashByNumber(int number);
+
+// The object identifier of a hash.
+const char* OidOfHash(HashAlgorithm hash);
+
+// True if the algorithm bears no parameters, or NULL, as all of HashAlgorithm's and their
+// signatures do.
+bool HasNoParameters(const X509_ALGOR* algorithm);
 
 // The hash that `algorithm` names; none if it isn't one of HashAlgorithm.
 std::optional<HashAlgorithm> HashOf(const X509_ALGOR* algorithm);

@@ -3,6 +3,7 @@
 #include <openssl/x509v3.h>
 
 #include <climits>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -17,6 +18,7 @@ struct SignedMessage::Content {
     std::vector<CertificateHandle> certificates;
 
     const SignedData& Data() const { return *info->signedData; }
+    const SignerInfo* FirstSigner() const { return sk_SignerInfo_value(Data().signers, 0); }
     X509* CertificateOf(const SignerId& id) const;
 };
 
@@ -44,6 +46,11 @@ std::string_view BytesOf(const ASN1_STRING* text) {
             static_cast<size_t>(ASN1_STRING_length(text))};
 }
 
+bool IsPlainData(const ASN1_OBJECT* type) {
+    const std::string oid = OidText(type);
+    return oid == kRfcIdentifiers.data || oid == kNationalIdentifiers.data;
+}
+
 // The one value of an attribute that has one; null otherwise.
 const ASN1_TYPE* AttributeValue(STACK_OF(X509_ATTRIBUTE) * attributes, int kind) {
     for (int i = 0; i < sk_X509_ATTRIBUTE_num(attributes); ++i) {
@@ -55,9 +62,22 @@ const ASN1_TYPE* AttributeValue(STACK_OF(X509_ATTRIBUTE) * attributes, int kind)
     return nullptr;
 }
 
+std::vector<std::string> AttributeValues(STACK_OF(X509_ATTRIBUTE) * attributes, int kind) {
+    std::vector<std::string> values;
+    for (int i = 0; i < sk_X509_ATTRIBUTE_num(attributes); ++i) {
+        X509_ATTRIBUTE* attribute = sk_X509_ATTRIBUTE_value(attributes, i);
+        if (OBJ_obj2nid(X509_ATTRIBUTE_get0_object(attribute)) != kind) continue;
+        for (int j = 0; j < X509_ATTRIBUTE_count(attribute); ++j) {
+            values.push_back(DerOf<i2d_ASN1_TYPE>(X509_ATTRIBUTE_get0_type(attribute, j)));
+        }
+    }
+    return values;
+}
+
+// What is signed says its type in an attribute, unless it is plain data (RFC 5652, section 5.3).
 bool ContentTypeAgrees(const SignerInfo& signer, const ASN1_OBJECT* type) {
     const ASN1_TYPE* value = AttributeValue(signer.signedAttributes, NID_pkcs9_contentType);
-    if (!value) return true;
+    if (!value) return IsPlainData(type);
     return value->type == V_ASN1_OBJECT && OBJ_cmp(value->value.object, type) == 0;
 }
 
@@ -71,13 +91,15 @@ bool VerifyAttributes(const SignerInfo& signer, EVP_PKEY* key, HashAlgorithm has
 int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* contentType,
                  const Subject& subject) {
     const std::optional<HashAlgorithm> hash = HashOf(signer.digestAlgorithm);
-    if (!hash || !FitsSignature(signer.signatureAlgorithm, KindOfKey(key), *hash)) {
+    if (!hash || !FitsSignature(signer.signatureAlgorithm, KindOfKey(key), *hash) ||
+        !HasNoParameters(signer.signatureAlgorithm)) {
         return kServiceAlgorithmUnknown;
     }
     if (!subject.fromData && subject.bytes.size() != DigestSize(*hash)) {
         return kServiceDigestMismatch;
     }
     if (!signer.signedAttributes) {
+        if (!IsPlainData(contentType)) return kServiceMessageDamaged;
         const std::string digest = subject.ToSign(key, *hash);
         const bool good = VerifyDigest(key, *hash, digest, BytesOf(signer.signature));
         return good ? kServiceOk : kServiceSignatureInvalid;
@@ -92,22 +114,71 @@ int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* con
     return VerifyAttributes(signer, key, *hash) ? kServiceOk : kServiceSignatureInvalid;
 }
 
-std::vector<CertificateHandle> CertificatesOf(const SignedData& data) {
-    std::vector<CertificateHandle> certificates;
+// False if one can't be read. Of another kind than X.509's they are left out.
+bool ReadCertificates(const SignedData& data, std::vector<CertificateHandle>& certificates) {
     for (int i = 0; i < sk_ASN1_TYPE_num(data.certificates); ++i) {
         const ASN1_TYPE* any = sk_ASN1_TYPE_value(data.certificates, i);
         if (any->type != V_ASN1_SEQUENCE) continue;
         CertificateHandle certificate = ParseCertificate(BytesOf(any->value.sequence));
-        if (certificate) certificates.push_back(std::move(certificate));
+        if (!certificate) return false;
+        certificates.push_back(std::move(certificate));
     }
-    return certificates;
+    return true;
+}
+
+bool IsVersion(const ASN1_INTEGER* version, std::int64_t expected) {
+    std::int64_t value = 0;
+    return ASN1_INTEGER_get_int64(&value, version) == 1 && value == expected;
+}
+
+bool HasOtherKinds(const STACK_OF(ASN1_TYPE) * list) {
+    for (int i = 0; i < sk_ASN1_TYPE_num(list); ++i) {
+        if (sk_ASN1_TYPE_value(list, i)->type != V_ASN1_SEQUENCE) return true;
+    }
+    return false;
+}
+
+// The versions follow from the contents (RFC 5652, sections 5.1 and 5.3). 1 is taken in any case,
+// as PKCS#7 has no other; no signature is over them.
+bool HaveVersions(const SignedData& data) {
+    bool byKeyId = false;
+    for (int i = 0; i < sk_SignerInfo_num(data.signers); ++i) {
+        const SignerInfo* signer = sk_SignerInfo_value(data.signers, i);
+        const bool named = signer->id->type == kByIssuerAndSerial;
+        if (!IsVersion(signer->version, 1) && (named || !IsVersion(signer->version, 3)))
+            return false;
+        byKeyId = byKeyId || !named;
+    }
+    if (IsVersion(data.version, 1)) return true;
+    if (HasOtherKinds(data.certificates) || HasOtherKinds(data.revocationLists)) {
+        return IsVersion(data.version, 4) || IsVersion(data.version, 5);
+    }
+    return IsVersion(data.version, 3) && (byKeyId || !IsPlainData(data.content->type));
 }
 
 bool IsMessage(const SignedContentInfo& info) {
     const SignedData* data = info.signedData;
-    if (!data || sk_SignerInfo_num(data->signers) <= 0) return false;
+    const std::string type = OidText(info.type);
+    if (type != kRfcIdentifiers.signedData && type != kNationalIdentifiers.signedData) return false;
+    if (!data || sk_SignerInfo_num(data->signers) <= 0 || !HaveVersions(*data)) return false;
     const ASN1_TYPE* content = data->content->content;
     return !content || content->type == V_ASN1_OCTET_STRING;
+}
+
+// The message names its signers' hashes in front, for readers that hash as they read.
+int CheckDigestAlgorithms(const SignedData& data) {
+    for (int i = 0; i < sk_X509_ALGOR_num(data.digestAlgorithms); ++i) {
+        const X509_ALGOR* algorithm = sk_X509_ALGOR_value(data.digestAlgorithms, i);
+        if (!HashOf(algorithm) || !HasNoParameters(algorithm)) return kServiceAlgorithmUnknown;
+    }
+    return kServiceOk;
+}
+
+bool NamesDigest(const SignedData& data, const X509_ALGOR* wanted) {
+    for (int i = 0; i < sk_X509_ALGOR_num(data.digestAlgorithms); ++i) {
+        if (HashOf(sk_X509_ALGOR_value(data.digestAlgorithms, i)) == HashOf(wanted)) return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -139,7 +210,7 @@ std::unique_ptr<SignedMessage> SignedMessage::Parse(std::string_view message) {
     const auto* cursor = reinterpret_cast<const unsigned char*>(message.data());
     content->info.reset(d2i_SignedContentInfo(nullptr, &cursor, static_cast<long>(message.size())));
     if (!content->info || !IsMessage(*content->info)) return nullptr;
-    content->certificates = CertificatesOf(content->Data());
+    if (!ReadCertificates(content->Data(), content->certificates)) return nullptr;
     return std::unique_ptr<SignedMessage>(new SignedMessage(std::move(content)));
 }
 
@@ -157,11 +228,14 @@ int SignedMessage::VerifyDigest(std::string_view digest) const { return Verify(d
 
 int SignedMessage::Verify(std::string_view bytes, bool fromData) const {
     const SignedData& data = m_content->Data();
+    if (const int code = CheckDigestAlgorithms(data)) return code;
     for (int i = 0; i < sk_SignerInfo_num(data.signers); ++i) {
         const SignerInfo* signer = sk_SignerInfo_value(data.signers, i);
         const X509* certificate = m_content->CertificateOf(*signer->id);
-        EVP_PKEY* key = certificate ? X509_get0_pubkey(certificate) : nullptr;
-        if (!key) return kServiceMessageDamaged;
+        if (!certificate) return kServiceSignerMissing;
+        if (!NamesDigest(data, signer->digestAlgorithm)) return kServiceMessageDamaged;
+        EVP_PKEY* key = X509_get0_pubkey(certificate);
+        if (!key) return kServiceAlgorithmUnknown;
         const int code = VerifySigner(*signer, key, data.content->type, Subject{bytes, fromData});
         if (code) return code;
     }
@@ -169,21 +243,39 @@ int SignedMessage::Verify(std::string_view bytes, bool fromData) const {
 }
 
 int SignedMessage::Field(int field, std::string& value) const {
-    const SignedData& data = m_content->Data();
-    const SignerInfo* signer = sk_SignerInfo_value(data.signers, 0);
     value.clear();
     if (field == 1) {
-        const ASN1_TYPE* inside = data.content->content;
+        const ASN1_TYPE* inside = m_content->Data().content->content;
         if (inside) value = BytesOf(inside->value.octet_string);
         return kServiceOk;
     }
     if (field == 3) {
-        value = BytesOf(signer->signature);
+        value = BytesOf(m_content->FirstSigner()->signature);
         return kServiceOk;
     }
     if (field != 2) return kServiceNoSuchField;
-    X509* certificate = m_content->CertificateOf(*signer->id);
-    if (!certificate) return kServiceMessageDamaged;
+    X509* certificate = SignerCertificate();
+    if (!certificate) return kServiceSignerMissing;
     value = DerOf<i2d_X509>(certificate);
     return kServiceOk;
+}
+
+std::string SignedMessage::ContentType() const { return OidText(m_content->Data().content->type); }
+
+int SignedMessage::CountSigners() const { return sk_SignerInfo_num(m_content->Data().signers); }
+
+X509* SignedMessage::SignerCertificate() const {
+    return m_content->CertificateOf(*m_content->FirstSigner()->id);
+}
+
+const std::vector<CertificateHandle>& SignedMessage::Certificates() const {
+    return m_content->certificates;
+}
+
+std::vector<std::string> SignedMessage::SignedAttribute(int kind) const {
+    return AttributeValues(m_content->FirstSigner()->signedAttributes, kind);
+}
+
+std::vector<std::string> SignedMessage::UnsignedAttribute(int kind) const {
+    return AttributeValues(m_content->FirstSigner()->unsignedAttributes, kind);
 }

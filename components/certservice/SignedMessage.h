@@ -9,8 +9,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "components/crypto/Algorithm.h"
+#include "components/crypto/Handles.h"
 
 // Signs a digest as KeyDevice::SignDigest does.
 using DigestSigner =
@@ -33,8 +35,8 @@ public:
     // kServiceOk if every signer's signature over `data` is good. The chain of the signer isn't
     // looked at. An attached message has to hold the same data, or `data` is empty and its own are
     // checked. kServiceDigestMismatch: the data are others; kServiceSignatureInvalid;
-    // kServiceAlgorithmUnknown; kServiceMessageDamaged: the signer's certificate is missing, or
-    // parts contradict each other.
+    // kServiceAlgorithmUnknown; kServiceSignerMissing; kServiceMessageDamaged: parts contradict
+    // each other.
     int VerifyData(std::string_view data) const;
     // The same from the data's hash; with SM2 the value e. One of another length than the signer's
     // hash is a mismatch.
@@ -43,6 +45,17 @@ public:
     // 1: the data, empty if detached. 2: the first signer's certificate, DER. 3: the first
     // signer's signature value. kServiceNoSuchField for another number.
     int Field(int field, std::string& value) const;
+
+    // The object identifier of what is signed, in digits and dots.
+    std::string ContentType() const;
+    int CountSigners() const;
+    // The first signer's; null if the message lacks it. Belongs to the message.
+    X509* SignerCertificate() const;
+    // All that stand in the message, the signers' among them.
+    const std::vector<CertificateHandle>& Certificates() const;
+    // All values of the first signer's attributes of a kind (OpenSSL's number), each in DER.
+    std::vector<std::string> SignedAttribute(int kind) const;
+    std::vector<std::string> UnsignedAttribute(int kind) const;
 
 private:
     struct Content;

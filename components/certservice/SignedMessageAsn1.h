@@ -8,6 +8,17 @@
 
 #include "components/crypto/Handles.h"
 
+// The names that one set of standards gives the parts of a message.
+struct MessageIdentifiers {
+    const char* signedData;
+    const char* data;
+    const char* signature;
+};
+constexpr MessageIdentifiers kRfcIdentifiers = {"1.2.840.113549.1.7.2", "1.2.840.113549.1.7.1",
+                                                "1.2.840.113549.1.1.1"};
+constexpr MessageIdentifiers kNationalIdentifiers = {
+    "1.2.156.10197.6.1.4.2.2", "1.2.156.10197.6.1.4.2.1", "1.2.156.10197.1.301.1"};
+
 struct SignerId {
     int type;  // kByIssuerAndSerial or kByKeyId
     union {

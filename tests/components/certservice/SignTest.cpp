@@ -381,11 +381,11 @@ TEST_F(ForeignMessageTest, AnAttachedMessageIsCheckedOverItsOwnDataIfNoneAreGive
     EXPECT_EQ(VerifyMessage(context, Make(""), ""), kServiceDigestMismatch);
 }
 
-TEST_F(ForeignMessageTest, AMessageWithoutTheSignersCertificateIsDamaged) {
+TEST_F(ForeignMessageTest, AMessageWithoutTheSignersCertificateSaysSo) {
     void* context = Open();
     const std::string message = Make("-nocerts");
-    EXPECT_EQ(VerifyMessage(context, message, "data"), kServiceMessageDamaged);
-    EXPECT_EQ(Info(context, message, 2).code, kServiceMessageDamaged);
+    EXPECT_EQ(VerifyMessage(context, message, "data"), kServiceSignerMissing);
+    EXPECT_EQ(Info(context, message, 2).code, kServiceSignerMissing);
 }
 
 TEST_F(ForeignMessageTest, ASignatureWithPssPaddingIsAnUnknownAlgorithm) {
