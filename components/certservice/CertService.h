@@ -19,6 +19,9 @@ constexpr int kMethodSm2 = 0x00020101;
 constexpr int kMethodRsaSha1 = 0x00010002;
 constexpr int kMethodRsaSha256 = 0x00010004;
 
+// Shorter data that are to be stamped are no signed message.
+constexpr size_t kShortestMessage = 11;
+
 // What a process has but once, whatever the number of its contexts.
 struct ServiceProcess {
     KeyRing keys;
@@ -74,6 +77,18 @@ public:
     // The list in force for Validate, as Base64 of DER or PEM; an empty text takes it away.
     // kServiceRevocationListDamaged leaves the one before in force.
     int SetRevocationList(std::string_view base64);
+
+    // A request to a time-stamp authority for a hash made by `algorithm` (1, 2 or 4).
+    int MakeTimeStampRequest(int algorithm, std::string_view hash, bool wantsCertificate,
+                             std::string& request);
+    // The signed message with the response's token in it in place of one that was there before.
+    // Data of less than kShortestMessage bytes are no message: the token itself comes out. The
+    // token has to be sound and over the SHA-256 of the signature value, or of those data; its
+    // chain isn't looked at.
+    int AddTimeStamp(std::string_view response, std::string_view signedData, std::string& stamped);
+    // Everything about the time stamp of a message, but nothing about its own signature.
+    int VerifyTimeStamp(std::string_view message, std::time_t now);
+    int TimeStampField(std::string_view message, int field, std::string& value);
 
 private:
     // What the last PrepareData was asked and gave. Data of some length are hashed anew in place of

@@ -21,6 +21,7 @@ enum class TwoStep {
     kSignData,
     kSignMessage,
     kSignHash,
+    kTimeStampRequest,
     kCount
 };
 

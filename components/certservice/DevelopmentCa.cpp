@@ -94,6 +94,8 @@ bool AddExtensions(X509* certificate, X509* issuer, const CertificateRequest& re
         (!issuer || AddExtension(certificate, issuer, NID_authority_key_identifier, "keyid")) &&
         (request.email.empty() ||
          AddExtension(certificate, issuer, NID_subject_alt_name, "email:" + request.email)) &&
+        (request.extendedKeyUsage.empty() ||
+         AddExtension(certificate, issuer, NID_ext_key_usage, request.extendedKeyUsage)) &&
         (request.distributionPoint.empty() ||
          AddExtension(certificate, issuer, NID_crl_distribution_points,
                       "URI:" + request.distributionPoint));

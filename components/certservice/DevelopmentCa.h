@@ -21,6 +21,7 @@ struct CertificateRequest {
     std::time_t notBefore = 0;        // 0: an hour ago
     std::time_t notAfter = 0;         // 0: three years after notBefore
     std::string distributionPoint{};  // URL of the revocation list
+    std::string extendedKeyUsage{};   // as OpenSSL's settings write it ("critical,timeStamping")
     // Further extensions that aren't critical: object identifier and the DER of the value.
     std::vector<std::pair<std::string, std::string>> extensions{};
 };

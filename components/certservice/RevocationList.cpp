@@ -11,6 +11,8 @@
 
 namespace {
 
+using EnumHandle = OpenSslHandle<ASN1_ENUMERATED, ASN1_ENUMERATED_free>;
+
 // The first element of the outer SEQUENCE, header and all; empty if there is none.
 std::string FirstElement(std::string_view der) {
     const auto* start = reinterpret_cast<const unsigned char*>(der.data());
@@ -35,6 +37,20 @@ std::string FromPem(std::string_view content) {
     return list ? DerOf<i2d_X509_CRL>(list.get()) : std::string();
 }
 
+bool Outlives(std::time_t stamped, const X509_REVOKED* entry) {
+    const EnumHandle reason(static_cast<ASN1_ENUMERATED*>(
+        X509_REVOKED_get_ext_d2i(entry, NID_crl_reason, nullptr, nullptr)));
+    if (!reason) return false;
+    switch (ASN1_ENUMERATED_get(reason.get())) {
+        case CRL_REASON_UNSPECIFIED:
+        case CRL_REASON_AFFILIATION_CHANGED:
+        case CRL_REASON_SUPERSEDED:
+        case CRL_REASON_CESSATION_OF_OPERATION: break;
+        default: return false;
+    }
+    return ASN1_TIME_cmp_time_t(X509_REVOKED_get0_revocationDate(entry), stamped) > 0;
+}
+
 }  // namespace
 
 RevocationList::RevocationList(RevocationListHandle list, std::string body)
@@ -52,13 +68,26 @@ std::unique_ptr<RevocationList> RevocationList::Parse(std::string_view content) 
 }
 
 Revocation RevocationList::Check(X509* certificate, X509* issuer, std::time_t now) const {
+    return Judge(certificate, issuer, std::nullopt, now);
+}
+
+Revocation RevocationList::CheckStamper(X509* authority, X509* issuer, std::time_t stamped,
+                                        std::time_t now) const {
+    return Judge(authority, issuer, stamped, now);
+}
+
+Revocation RevocationList::Judge(X509* certificate, X509* issuer,
+                                 std::optional<std::time_t> stamped, std::time_t now) const {
     if (X509_NAME_cmp(X509_CRL_get_issuer(m_list.get()), X509_get_issuer_name(certificate)) != 0) {
         return Revocation::kOtherIssuer;
     }
     if (!IsSignedBy(issuer)) return Revocation::kUndecided;
     X509_REVOKED* entry = nullptr;
     // 2: the entry takes an earlier revocation back.
-    if (X509_CRL_get0_by_cert(m_list.get(), &entry, certificate) == 1) return Revocation::kRevoked;
+    if (X509_CRL_get0_by_cert(m_list.get(), &entry, certificate) == 1 &&
+        !(stamped && Outlives(*stamped, entry))) {
+        return Revocation::kRevoked;
+    }
     return IsCurrent(now) && IsComplete() ? Revocation::kGood : Revocation::kUndecided;
 }
 

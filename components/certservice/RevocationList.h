@@ -3,6 +3,7 @@
 
 #include <ctime>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,8 +25,16 @@ public:
     // certificate that a list out of date, or a delta list, names stays revoked.
     Revocation Check(X509* certificate, X509* issuer, std::time_t now) const;
 
+    // The same about an authority for its time stamp of `stamped`: it outlives a later revocation
+    // for a reason that leaves the key its owner's alone (RFC 3161, section 4: unspecified,
+    // affiliationChanged, superseded, cessationOfOperation); without a reason it doesn't.
+    Revocation CheckStamper(X509* authority, X509* issuer, std::time_t stamped,
+                            std::time_t now) const;
+
 private:
     RevocationList(RevocationListHandle list, std::string body);
+    Revocation Judge(X509* certificate, X509* issuer, std::optional<std::time_t> stamped,
+                     std::time_t now) const;
     bool IsSignedBy(X509* issuer) const;
     bool IsCurrent(std::time_t now) const;
     bool IsComplete() const;

@@ -7,6 +7,8 @@ namespace {
 
 using StoreContextHandle = OpenSslHandle<X509_STORE_CTX, X509_STORE_CTX_free>;
 
+void FreeStack(STACK_OF(X509) * certificates) { sk_X509_free(certificates); }
+
 struct Findings {
     bool untrusted = false;
     bool expired = false;
@@ -35,12 +37,15 @@ bool HasForgeableSignature(STACK_OF(X509) * chain) {
     return false;
 }
 
+// `first` says what the list tells about the chain's first certificate, by its issuer.
+template <typename First>
 CertificateVerdict RevocationVerdict(STACK_OF(X509) * chain, const RevocationList& list,
-                                     std::time_t now) {
+                                     std::time_t now, First first) {
     bool undecided = false;
     // The anchor at the end is trusted by its own presence.
     for (int i = 0; i + 1 < sk_X509_num(chain); ++i) {
-        switch (list.Check(sk_X509_value(chain, i), sk_X509_value(chain, i + 1), now)) {
+        X509* issuer = sk_X509_value(chain, i + 1);
+        switch (i == 0 ? first(issuer) : list.Check(sk_X509_value(chain, i), issuer, now)) {
             case Revocation::kRevoked:
                 return i == 0 ? kCertificateRevoked : kCertificateIssuerRevoked;
             case Revocation::kUndecided: undecided = true; break;
@@ -99,21 +104,45 @@ void TrustStore::LoadFile(const std::string& path) {
 
 CertificateVerdict TrustStore::Validate(X509* certificate, const RevocationList* list,
                                         std::time_t now) {
+    return Judge(certificate, {}, now, [&](STACK_OF(X509) * chain) {
+        if (!list) return kCertificateGood;
+        return RevocationVerdict(
+            chain, *list, now, [&](X509* issuer) { return list->Check(certificate, issuer, now); });
+    });
+}
+
+CertificateVerdict TrustStore::ValidateStamper(X509* authority,
+                                               const std::vector<CertificateHandle>& helpers,
+                                               const RevocationList* list, std::time_t stamped,
+                                               std::time_t now) {
+    return Judge(authority, helpers, stamped, [&](STACK_OF(X509) * chain) {
+        if (!list) return kCertificateGood;
+        return RevocationVerdict(chain, *list, now, [&](X509* issuer) {
+            return list->CheckStamper(authority, issuer, stamped, now);
+        });
+    });
+}
+
+CertificateVerdict TrustStore::Judge(X509* certificate,
+                                     const std::vector<CertificateHandle>& helpers, std::time_t at,
+                                     const Revoked& revoked) {
     if (!IsUnchanged()) Load();
     const StoreContextHandle context(X509_STORE_CTX_new());
-    if (!context || !m_anchors ||
-        X509_STORE_CTX_init(context.get(), m_anchors.get(), certificate, m_intermediates) != 1) {
+    // Holds what others own.
+    const OpenSslHandle<STACK_OF(X509), FreeStack> untrusted(sk_X509_dup(m_intermediates));
+    if (!context || !m_anchors || !untrusted) return kCertificateUntrusted;
+    for (const CertificateHandle& helper : helpers) sk_X509_push(untrusted.get(), helper.get());
+    if (X509_STORE_CTX_init(context.get(), m_anchors.get(), certificate, untrusted.get()) != 1) {
         return kCertificateUntrusted;
     }
     Findings findings;
     X509_STORE_CTX_set_app_data(context.get(), &findings);
     X509_STORE_CTX_set_verify_cb(context.get(), NoteError);
-    X509_STORE_CTX_set_time(context.get(), 0, now);
+    X509_STORE_CTX_set_time(context.get(), 0, at);
     if (X509_verify_cert(context.get()) != 1 || findings.untrusted) return kCertificateUntrusted;
     STACK_OF(X509)* const chain = X509_STORE_CTX_get0_chain(context.get());
     if (HasForgeableSignature(chain)) return kCertificateUntrusted;
     if (findings.expired) return kCertificateExpired;
     if (findings.notYetValid) return kCertificateNotYetValid;
-    if (!list) return kCertificateGood;
-    return RevocationVerdict(chain, *list, now);
+    return revoked(chain);
 }

@@ -3,6 +3,7 @@
 
 #include <openssl/x509_vfy.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,7 +37,18 @@ public:
     // if it or a file in it has changed.
     CertificateVerdict Validate(X509* certificate, const RevocationList* list, std::time_t now);
 
+    // The same for the authority of a time stamp of `stamped`, when chain and validity have to have
+    // been good. The list is asked as of `now` (RevocationList::CheckStamper). `helpers`, the
+    // token's own certificates, help to build the chain beside the folder's.
+    CertificateVerdict ValidateStamper(X509* authority,
+                                       const std::vector<CertificateHandle>& helpers,
+                                       const RevocationList* list, std::time_t stamped,
+                                       std::time_t now);
+
 private:
+    using Revoked = std::function<CertificateVerdict(STACK_OF(X509) * chain)>;
+    CertificateVerdict Judge(X509* certificate, const std::vector<CertificateHandle>& helpers,
+                             std::time_t at, const Revoked& revoked);
     struct File {
         std::string path;
         FileStamp stamp;

@@ -1,24 +1,7 @@
 #include "components/certservice/ServiceCodes.h"
 #include "platform/closed/CertService.h"
 
-// Entry points that are bound with the others and do nothing yet: the time stamps, and those that
-// nobody calls.
-
-int SOF_TSGenREQ(void*, const unsigned char*, int, int, int, std::uint64_t, std::uint64_t,
-                 std::uint64_t, std::uint64_t, std::uint64_t, unsigned char*, int*) {
-    return kServiceNotSupported;
-}
-
-int SOF_TSGenPDFSignature(void*, const unsigned char*, int, const unsigned char*, int,
-                          unsigned char*, int*) {
-    return kServiceNotSupported;
-}
-
-int SOF_TSVerifyPDFSignature(void*, const unsigned char*, int) { return kServiceNotSupported; }
-
-int SOF_TSGetPDFSignatureInfo(void*, const unsigned char*, int, int, unsigned char*, int*) {
-    return kServiceNotSupported;
-}
+// Entry points that are bound with the others and that nobody calls.
 
 int SOF_InitializeEx() { return kServiceNotSupported; }
 int SOF_SignMessage() { return kServiceNotSupported; }

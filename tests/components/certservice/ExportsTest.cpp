@@ -89,14 +89,7 @@ TEST_F(ExportsTest, ANullPointerIsABadArgumentEverywhere) {
     EXPECT_EQ(SOF_GetUserList(c, m_out, &negative), kServiceBadArgument);
 }
 
-TEST_F(ExportsTest, WhatIsntThereYetSaysSo) {
-    void* c = Open();
-    EXPECT_EQ(SOF_TSGenREQ(c, m_bytes, 5, 4, 1, 0, 0, 0, 0, 0, m_out, &m_length),
-              kServiceNotSupported);
-    EXPECT_EQ(SOF_TSGenPDFSignature(c, m_bytes, 5, m_bytes, 5, m_out, &m_length),
-              kServiceNotSupported);
-    EXPECT_EQ(SOF_TSVerifyPDFSignature(c, m_bytes, 5), kServiceNotSupported);
-    EXPECT_EQ(SOF_TSGetPDFSignatureInfo(c, m_bytes, 5, 1, m_out, &m_length), kServiceNotSupported);
+TEST_F(ExportsTest, WhatNobodyCallsIsNotSupported) {
     for (const auto entry :
          {SOF_InitializeEx, SOF_SignMessage, SOF_SignHashData, SOF_EncryptData, SOF_EncryptDataEx,
           SOF_DecryptData, SOF_GetSignMethod, Brevane_VerifyTimeStamp, Brevane_GetTimeStampInfo,
