@@ -20,8 +20,6 @@ std::optional<BerElement> FirstBerElement(std::string_view bytes) {
     if (bytes.empty() || bytes.size() > INT_MAX) return std::nullopt;
     const auto* start = reinterpret_cast<const unsigned char*>(bytes.data());
     const auto size = static_cast<long>(bytes.size());
-    const unsigned char* end = start;
-    if (!AnyHandle(d2i_ASN1_TYPE(nullptr, &end, size))) return std::nullopt;
     const unsigned char* inside = start;
     long length = 0;
     int tag = 0;
@@ -29,13 +27,15 @@ std::optional<BerElement> FirstBerElement(std::string_view bytes) {
     const int form = ASN1_get_object(&inside, &length, &tag, &kind, size);
     if (form & kMalformed) return std::nullopt;
     const auto header = static_cast<std::size_t>(inside - start);
-    BerElement element{*start, bytes.substr(0, static_cast<std::size_t>(end - start)), {}};
-    element.content = element.whole.substr(header);
-    if (form & kIndefinite) {
-        if (element.content.size() < kEndMark) return std::nullopt;
-        element.content.remove_suffix(kEndMark);
+    if (!(form & kIndefinite)) {
+        const std::string_view whole = bytes.substr(0, header + static_cast<std::size_t>(length));
+        return BerElement{*start, whole, whole.substr(header)};
     }
-    return element;
+    const unsigned char* end = start;
+    if (!AnyHandle(d2i_ASN1_TYPE(nullptr, &end, size))) return std::nullopt;
+    const std::string_view whole = bytes.substr(0, static_cast<std::size_t>(end - start));
+    if (whole.size() < header + kEndMark) return std::nullopt;
+    return BerElement{*start, whole, whole.substr(header, whole.size() - header - kEndMark)};
 }
 
 std::optional<std::vector<BerElement>> SplitBer(std::string_view content) {

@@ -6,6 +6,7 @@
 
 #include "components/certservice/ServiceTest.h"
 #include "components/certservice/StampAuthority.h"
+#include "components/crypto/Hex.h"
 #include "components/crypto/Signature.h"
 
 class StampTest : public ServiceTest {
@@ -26,6 +27,8 @@ protected:
     std::string Imprint(const std::string& message) {
         return Digest(HashAlgorithm::kSha256, SignatureValue(message));
     }
+    // In hexadecimal, as programs take it.
+    std::string StampDigest(const std::string& message) { return LowerHexOf(Imprint(message)); }
     Answer Request(const std::string& hash, int algorithm = 4, int flag = 1) {
         return TwoSteps([&](unsigned char* out, int* outLen) {
             return SOF_TSGenREQ(m_context, Bytes(hash), Size(hash), algorithm, flag, 0, 0, 0, 0, 0,

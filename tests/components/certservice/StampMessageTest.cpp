@@ -1,0 +1,144 @@
+#include "components/certservice/StampMessage.h"
+
+#include <openssl/pem.h>
+
+#include "components/certservice/BerElements.h"
+#include "components/certservice/Certificate.h"
+#include "components/certservice/SignedMessage.h"
+#include "components/certservice/StampTest.h"
+
+namespace {
+
+// What becomes of the other parts of a message when a time stamp is put into it.
+class StampMessageTest : public StampTest {
+protected:
+    std::string Token(const std::string& message) {
+        return m_stamper.Token({.imprint = Imprint(message)});
+    }
+    // A message of the openssl program over the file "data".
+    std::string Foreign(const std::string& options) {
+        const KeyHandle key(GenerateKey(KeyKind::kRsa, 2048));
+        const CertificateHandle certificate =
+            ParseCertificate(Authority(KeyKind::kRsa).Issue(key.get(), {.commonName = "Other"}));
+        {
+            const BioHandle out(BIO_new_file(Path("key.pem").c_str(), "w"));
+            PEM_write_bio_PrivateKey(out.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr);
+        }
+        WriteFile(Path("signer.pem"), PemOf(certificate.get()));
+        WriteFile(Path("data"), "data");
+        const ProgramRun run = OpenSsl(
+            "cms -sign -binary -outform DER -in data -signer signer.pem -inkey key.pem -out "
+            "message " +
+            options);
+        EXPECT_EQ(run.status, 0) << run.output;
+        return ReadFile(Path("message"));
+    }
+
+    StampAuthority m_stamper = Stamper(KeyKind::kRsa);
+};
+
+TEST_F(StampMessageTest, EveryFormOfMessageTakesAStampAndStillVerifies) {
+    for (const char* options : {"", "-nodetach", "-noattr", "-noattr -nodetach", "-keyid",
+                                "-stream -indef -nodetach", "-stream -indef"}) {
+        const std::string message = Foreign(options);
+        const Answer stamped = Stamp(StampAuthority::Response(Token(message)), message);
+        ASSERT_EQ(stamped.code, 0) << options;
+        EXPECT_EQ(VerifyMessage(stamped.data), 0) << options;
+        EXPECT_EQ(VerifyStamp(stamped.data), 0) << options;
+        WriteFile(Path("stamped"), stamped.data);
+        const ProgramRun run = OpenSsl(
+            "cms -verify -binary -inform DER -in stamped -content data -out out -CAfile "
+            "trust/velmora-development-rsa.pem -purpose any");
+        EXPECT_EQ(run.status, 0) << options << run.output;
+    }
+}
+
+TEST_F(StampMessageTest, ALaterStampTakesThePlaceOfTheEarlierOne) {
+    const std::string message = Message();
+    const std::string once = StampMessage(message, Token(message));
+    const std::string token = Token(message);
+    const std::string twice = StampMessage(once, token);
+    EXPECT_EQ(twice, StampMessage(message, token));
+    EXPECT_EQ(VerifyStamp(twice), 0);
+}
+
+TEST_F(StampMessageTest, OtherUnsignedAttributesStay) {
+    const std::string message = Message();
+    std::string stamped = StampMessage(message, Token(message));
+    const std::string oid("\x2A\x86\x48\x86\xF7\x0D\x01\x09\x10\x02\x0E", 11);
+    const size_t at = stamped.find(oid);
+    ASSERT_NE(at, std::string::npos);
+    stamped[at + oid.size() - 1] = '\x7E';
+    EXPECT_EQ(VerifyStamp(stamped), kServiceTimeStampMissing);
+    const std::string token = Token(message);
+    const std::string both = StampMessage(stamped, token);
+    EXPECT_EQ(VerifyStamp(both), 0);
+    EXPECT_EQ(VerifyMessage(both), 0);
+    EXPECT_NE(both.find(oid.substr(0, oid.size() - 1) + '\x7E'), std::string::npos);
+    EXPECT_NE(both.find(token), std::string::npos);
+}
+
+TEST_F(StampMessageTest, AMessageWithSeveralStampsIsRefused) {
+    const std::string message = Message();
+    const std::string token = Token(message);
+    const std::string twice = StampMessage(message, token + token);
+    EXPECT_EQ(VerifyMessage(twice), 0);
+    EXPECT_EQ(VerifyStamp(twice), kServiceTimeStampDamaged);
+    EXPECT_EQ(VerifyStamp(StampMessage(message, std::string("\x30\0", 2))),
+              kServiceTimeStampDamaged);
+}
+
+TEST_F(StampMessageTest, TheFirstSignersValueIsStampedAndTheOthersKeepTheirPlaces) {
+    const std::string first = Foreign("");
+    for (const char* file : {"key", "signer"}) {
+        WriteFile(Path(file + std::string("1.pem")), ReadFile(Path(file + std::string(".pem"))));
+    }
+    const std::string both = Foreign("-signer signer1.pem -inkey key1.pem");
+    const Answer stamped = Stamp(StampAuthority::Response(Token(both)), both);
+    ASSERT_EQ(stamped.code, 0);
+    EXPECT_EQ(VerifyStamp(stamped.data), 0);
+    EXPECT_EQ(VerifyMessage(stamped.data), 0);
+    EXPECT_EQ(SignatureValue(stamped.data), SignatureValue(both));
+}
+
+TEST_F(StampMessageTest, BytesBehindTheMessageAreDropped) {
+    const std::string message = Message();
+    const std::string token = Token(message);
+    EXPECT_EQ(StampMessage(message + std::string(100, '\0'), token), StampMessage(message, token));
+}
+
+TEST_F(StampMessageTest, WhatIsNoMessageTakesNoStamp) {
+    const std::string message = Message();
+    EXPECT_EQ(StampMessage("", "token"), "");
+    EXPECT_EQ(StampMessage("no message", "token"), "");
+    for (size_t size = 1; size < message.size(); size += 11) {
+        EXPECT_EQ(StampMessage(message.substr(0, size), "token"), "");
+    }
+    EXPECT_EQ(StampMessage(DerElement(kBerSequence, ""), "token"), "");
+}
+
+TEST_F(StampMessageTest, ElementsAreReadWithDefiniteAndIndefiniteLengths) {
+    const std::string indefinite("\x30\x80\x02\x01\x05\x30\x80\0\0\0\0rest", 15);
+    const auto element = FirstBerElement(indefinite);
+    ASSERT_TRUE(element);
+    EXPECT_EQ(element->whole, indefinite.substr(0, 11));
+    EXPECT_EQ(element->content, indefinite.substr(2, 7));
+    const auto parts = SplitBer(element->content);
+    ASSERT_TRUE(parts);
+    ASSERT_EQ(parts->size(), 2u);
+    EXPECT_EQ((*parts)[0].content, "\x05");
+    EXPECT_EQ((*parts)[1].tag, kBerSequence);
+    EXPECT_EQ((*parts)[1].content, "");
+    EXPECT_FALSE(FirstBerElement(std::string("\x30\x80\x02\x01", 4)));
+    EXPECT_FALSE(SplitBer(std::string("\x02\x01\x05\x02", 4)));
+    EXPECT_TRUE(SplitBer("")->empty());
+    for (const size_t size : {0u, 1u, 127u, 128u, 255u, 256u, 65535u, 65536u}) {
+        const std::string made = DerElement(0x04, std::string(size, 'x'));
+        const auto read = FirstBerElement(made);
+        ASSERT_TRUE(read) << size;
+        EXPECT_EQ(read->content.size(), size);
+        EXPECT_EQ(read->whole.size(), made.size());
+    }
+}
+
+}  // namespace
