@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "components/certservice/Certificate.h"
+#include "components/certservice/MessageShape.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/SignatureAlgorithm.h"
 #include "components/certservice/SignedMessageAsn1.h"
@@ -92,7 +93,7 @@ int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* con
                  const Subject& subject) {
     const std::optional<HashAlgorithm> hash = HashOf(signer.digestAlgorithm);
     if (!hash || !FitsSignature(signer.signatureAlgorithm, KindOfKey(key), *hash) ||
-        !HasNoParameters(signer.signatureAlgorithm)) {
+        !HasNoParameters(signer.digestAlgorithm) || !HasNoParameters(signer.signatureAlgorithm)) {
         return kServiceAlgorithmUnknown;
     }
     if (!subject.fromData && subject.bytes.size() != DigestSize(*hash)) {
@@ -209,7 +210,7 @@ std::unique_ptr<SignedMessage> SignedMessage::Parse(std::string_view message) {
     auto content = std::make_unique<Content>();
     const auto* cursor = reinterpret_cast<const unsigned char*>(message.data());
     content->info.reset(d2i_SignedContentInfo(nullptr, &cursor, static_cast<long>(message.size())));
-    if (!content->info || !IsMessage(*content->info)) return nullptr;
+    if (!content->info || !IsMessage(*content->info) || !HasMessageShape(message)) return nullptr;
     if (!ReadCertificates(content->Data(), content->certificates)) return nullptr;
     return std::unique_ptr<SignedMessage>(new SignedMessage(std::move(content)));
 }
