@@ -6,14 +6,18 @@ namespace {
 
 using Elements = std::vector<BerElement>;
 
-// 1.2.840.113549.1.9.16.2.14 in DER.
-constexpr std::string_view kTimeStampToken("\x06\x0B\x2A\x86\x48\x86\xF7\x0D\x01\x09\x10\x02\x0E",
-                                           13);
+// 1.2.840.113549.1.9.16.2.14, the contents.
+constexpr std::string_view kTimeStampToken("\x2A\x86\x48\x86\xF7\x0D\x01\x09\x10\x02\x0E", 11);
 
 std::string Join(const Elements& elements) {
     std::string bytes;
     for (const BerElement& element : elements) bytes += element.whole;
     return bytes;
+}
+
+bool IsTimeStamp(const BerElement& attribute) {
+    const auto kind = FirstBerElement(attribute.content);
+    return kind && kind->tag == kBerObjectId && kind->content == kTimeStampToken;
 }
 
 // The attributes that are no time stamp.
@@ -22,7 +26,7 @@ std::optional<std::string> OtherAttributes(std::string_view content) {
     const auto attributes = SplitBer(content);
     if (!attributes) return std::nullopt;
     for (const BerElement& attribute : *attributes) {
-        if (!attribute.content.starts_with(kTimeStampToken)) others += attribute.whole;
+        if (!IsTimeStamp(attribute)) others += attribute.whole;
     }
     return others;
 }
@@ -37,8 +41,8 @@ std::string StampSigner(const BerElement& signer, std::string_view token) {
         attributes = *others;
         parts->pop_back();
     }
-    attributes +=
-        DerElement(kBerSequence, std::string(kTimeStampToken) + DerElement(kBerSet, token));
+    attributes += DerElement(
+        kBerSequence, DerElement(kBerObjectId, kTimeStampToken) + DerElement(kBerSet, token));
     return DerElement(kBerSequence, Join(*parts) + DerElement(kBerContext1, attributes));
 }
 

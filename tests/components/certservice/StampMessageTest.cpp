@@ -34,6 +34,19 @@ protected:
         return ReadFile(Path("message"));
     }
 
+    // `message` with `more` at the end of its last element, `levels` down: 5 is the signer.
+    static std::string Lengthened(std::string_view message, const std::string& more, int levels) {
+        const auto element = FirstBerElement(message);
+        EXPECT_TRUE(element);
+        if (levels == 1) return DerElement(element->tag, std::string(element->content) + more);
+        const auto parts = SplitBer(element->content);
+        EXPECT_TRUE(parts);
+        const std::string_view last = parts->back().whole;
+        std::string content(element->content.substr(0, element->content.size() - last.size()));
+        content += Lengthened(last, more, levels - 1);
+        return DerElement(element->tag, content);
+    }
+
     StampAuthority m_stamper = Stamper(KeyKind::kRsa);
 };
 
@@ -60,6 +73,17 @@ TEST_F(StampMessageTest, ALaterStampTakesThePlaceOfTheEarlierOne) {
     const std::string twice = StampMessage(once, token);
     EXPECT_EQ(twice, StampMessage(message, token));
     EXPECT_EQ(VerifyStamp(twice), 0);
+}
+
+TEST_F(StampMessageTest, AnEarlierStampIsFoundHoweverItsLengthsAreWritten) {
+    const std::string message = Message();
+    const std::string token = Token(message);
+    const std::string mark("\x06\x0B\x2A\x86\x48\x86\xF7\x0D\x01\x09\x10\x02\x0E", 13);
+    const std::string attribute =
+        DerElement(kBerSequence, "\x06\x81" + mark.substr(1) + DerElement(kBerSet, token));
+    const std::string other = Lengthened(message, DerElement(kBerContext1, attribute), 5);
+    EXPECT_EQ(VerifyStamp(other), 0);
+    EXPECT_EQ(StampMessage(other, token), StampMessage(message, token));
 }
 
 TEST_F(StampMessageTest, OtherUnsignedAttributesStay) {
