@@ -265,12 +265,15 @@ int SOF_GetCertInfoByOid(void* context, const unsigned char* cert, int certLen, 
     });
 }
 
+// The library takes every number but the verdicts for an acceptable certificate: what can't be
+// judged, for whatever cause, has to be one of them.
 int SOF_ValidateCert(void* context, const unsigned char* cert, int certLen) {
-    return WithContext(context, [&](CertService& service) -> int {
+    const int code = WithContext(context, [&](CertService& service) -> int {
         const In certificate(cert, certLen);
         if (!certificate.Given()) return kServiceBadArgument;
         return service.Validate(certificate.bytes, std::time(nullptr));
     });
+    return code > 0 ? kCertificateUntrusted : code;
 }
 
 int SetUserConfig(void* context, int number, const char* text) {

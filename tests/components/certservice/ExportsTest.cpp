@@ -20,7 +20,8 @@ TEST_F(ExportsTest, NothingWorksWithoutAnOpenContext) {
         EXPECT_EQ(SOF_GetUserList(context, m_out, &m_length), kServiceNotInitialised);
         EXPECT_EQ(SOF_Login(context, "DevKeys/key", kPin), kServiceNotInitialised);
         EXPECT_EQ(SOF_SetSignMethod(context, 0), kServiceNotInitialised);
-        EXPECT_EQ(SOF_ValidateCert(context, m_bytes, 5), kServiceNotInitialised);
+        EXPECT_EQ(SOF_ValidateCert(context, m_bytes, 5), -1);
+        EXPECT_EQ(SOF_TSVerifyPDFSignature(context, m_bytes, 5), kServiceNotInitialised);
         EXPECT_EQ(SOF_Finalize(context), kServiceNotInitialised);
     }
     EXPECT_EQ(SOF_Initialize(nullptr), kServiceBadArgument);
@@ -74,8 +75,15 @@ TEST_F(ExportsTest, ANullPointerIsABadArgumentEverywhere) {
         SOF_GetCertInfo(c, m_bytes, 0, 2, m_out, &m_length),
         SOF_GetCertInfoByOid(c, null, 5, "2.5.29.31", m_out, &m_length),
         SOF_GetCertInfoByOid(c, m_bytes, 5, nullptr, m_out, &m_length),
-        SOF_ValidateCert(c, null, 5),
-        SOF_ValidateCert(c, m_bytes, -5),
+        SOF_TSGenREQ(c, null, 32, 4, 1, 0, 0, 0, 0, 0, m_out, &m_length),
+        SOF_TSGenREQ(c, m_bytes, 5, 4, 1, 0, 0, 0, 0, 0, m_out, &m_length),
+        SOF_TSGenPDFSignature(c, null, 5, m_bytes, 5, m_out, &m_length),
+        SOF_TSGenPDFSignature(c, m_bytes, 5, null, 5, m_out, &m_length),
+        SOF_TSGenPDFSignature(c, m_bytes, 5, m_bytes, 5, m_out, nullptr),
+        SOF_TSVerifyPDFSignature(c, null, 5),
+        SOF_TSVerifyPDFSignature(c, m_bytes, 0),
+        SOF_TSGetPDFSignatureInfo(c, null, 5, 1, m_out, &m_length),
+        SOF_TSGetPDFSignatureInfo(c, m_bytes, 5, 1, m_out, nullptr),
         SetUserConfig(c, 5, nullptr),
         SOF_Base64Encode(c, null, 5, m_out, &m_length),
         SOF_Base64Encode(c, m_bytes, 5, m_out, nullptr),
@@ -87,6 +95,14 @@ TEST_F(ExportsTest, ANullPointerIsABadArgumentEverywhere) {
     }
     int negative = -1;
     EXPECT_EQ(SOF_GetUserList(c, m_out, &negative), kServiceBadArgument);
+}
+
+TEST_F(ExportsTest, ACertificateThatCantBeJudgedIsUntrustedWhateverTheCause) {
+    void* c = Open();
+    EXPECT_EQ(SOF_ValidateCert(c, nullptr, 5), -1);
+    EXPECT_EQ(SOF_ValidateCert(c, m_bytes, -5), -1);
+    EXPECT_EQ(SOF_ValidateCert(c, m_bytes, 0), -1);
+    EXPECT_EQ(SOF_ValidateCert(c, m_bytes, 5), -1);
 }
 
 TEST_F(ExportsTest, WhatNobodyCallsIsNotSupported) {
@@ -139,7 +155,7 @@ TEST_F(ExportsTest, TheHostsOwnErrorsOfOpenSslStayAndOursDont) {
     void* c = Open();
     ERR_clear_error();
     ERR_raise(ERR_LIB_USER, 42);
-    EXPECT_EQ(SOF_ValidateCert(c, m_bytes, 5), kServiceCertificateDamaged);
+    EXPECT_EQ(SOF_ValidateCert(c, m_bytes, 5), -1);
     EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 42);
     EXPECT_EQ(ERR_get_error(), 0u);
 }

@@ -106,8 +106,8 @@ TEST_F(ValidateTest, AChangedCertificateIsUntrusted) {
     }
 }
 
-TEST_F(ValidateTest, BytesThatAreNoCertificateAreDamaged) {
-    EXPECT_EQ(Validate(m_context, "no certificate"), kServiceCertificateDamaged);
+TEST_F(ValidateTest, BytesThatAreNoCertificateAreUntrusted) {
+    EXPECT_EQ(Validate(m_context, "no certificate"), -1);
 }
 
 TEST_F(ValidateTest, AChainThroughAnIntermediateNeedsItInTheFolder) {
