@@ -11,6 +11,11 @@
 
 namespace {
 
+constexpr int kAbsent = -1;   // of X509_CRL_get_ext_d2i
+constexpr int kFullName = 0;  // of a DIST_POINT_NAME
+
+using ScopeHandle = OpenSslHandle<ISSUING_DIST_POINT, ISSUING_DIST_POINT_free>;
+using PointsHandle = OpenSslHandle<CRL_DIST_POINTS, CRL_DIST_POINTS_free>;
 using EnumHandle = OpenSslHandle<ASN1_ENUMERATED, ASN1_ENUMERATED_free>;
 
 // The first element of the outer SEQUENCE, header and all; empty if there is none.
@@ -35,6 +40,53 @@ std::string FromPem(std::string_view content) {
     if (!in) return {};
     const RevocationListHandle list(PEM_read_bio_X509_CRL(in.get(), nullptr, nullptr, nullptr));
     return list ? DerOf<i2d_X509_CRL>(list.get()) : std::string();
+}
+
+bool HasUnknownCondition(const X509_CRL* list) {
+    for (int i = -1; (i = X509_CRL_get_ext_by_critical(list, 1, i)) >= 0;) {
+        X509_EXTENSION* extension = X509_CRL_get_ext(list, i);
+        if (OBJ_obj2nid(X509_EXTENSION_get_object(extension)) != NID_issuing_distribution_point) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool HasCommonName(const GENERAL_NAMES* one, const GENERAL_NAMES* other) {
+    for (int i = 0; i < sk_GENERAL_NAME_num(one); ++i) {
+        for (int j = 0; j < sk_GENERAL_NAME_num(other); ++j) {
+            if (GENERAL_NAME_cmp(sk_GENERAL_NAME_value(one, i), sk_GENERAL_NAME_value(other, j)) ==
+                0) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// One of several lists of an issuer is for the certificates that name its place. Names relative to
+// the issuer's aren't looked into.
+bool IsNamedBy(const DIST_POINT_NAME& place, X509* certificate) {
+    const PointsHandle points(static_cast<CRL_DIST_POINTS*>(
+        X509_get_ext_d2i(certificate, NID_crl_distribution_points, nullptr, nullptr)));
+    if (place.type != kFullName) return false;
+    for (int i = 0; i < sk_DIST_POINT_num(points.get()); ++i) {
+        const DIST_POINT_NAME* name = sk_DIST_POINT_value(points.get(), i)->distpoint;
+        if (name && name->type == kFullName &&
+            HasCommonName(name->name.fullname, place.name.fullname)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// RFC 5280, section 5.2.5. What an indirect list, or one for some reasons alone, leaves out isn't
+// known.
+bool ScopeCovers(const ISSUING_DIST_POINT& scope, X509* certificate) {
+    if (scope.indirectCRL > 0 || scope.onlyattr > 0 || scope.onlysomereasons) return false;
+    const bool authority = X509_get_extension_flags(certificate) & EXFLAG_CA;
+    if (authority ? scope.onlyuser > 0 : scope.onlyCA > 0) return false;
+    return !scope.distpoint || IsNamedBy(*scope.distpoint, certificate);
 }
 
 bool Outlives(std::time_t stamped, const X509_REVOKED* entry) {
@@ -88,12 +140,18 @@ Revocation RevocationList::Judge(X509* certificate, X509* issuer,
         !(stamped && Outlives(*stamped, entry))) {
         return Revocation::kRevoked;
     }
-    return IsCurrent(now) && IsComplete() ? Revocation::kGood : Revocation::kUndecided;
+    return IsCurrent(now) && Covers(certificate) ? Revocation::kGood : Revocation::kUndecided;
 }
 
 // A delta list (RFC 5280, section 5.2.4) tells what has changed since another one.
-bool RevocationList::IsComplete() const {
-    return X509_CRL_get_ext_by_NID(m_list.get(), NID_delta_crl, -1) < 0;
+bool RevocationList::Covers(X509* certificate) const {
+    if (X509_CRL_get_ext_by_NID(m_list.get(), NID_delta_crl, -1) >= 0) return false;
+    if (HasUnknownCondition(m_list.get())) return false;
+    int critical = 0;
+    const ScopeHandle scope(static_cast<ISSUING_DIST_POINT*>(
+        X509_CRL_get_ext_d2i(m_list.get(), NID_issuing_distribution_point, &critical, nullptr)));
+    if (!scope) return critical == kAbsent;
+    return ScopeCovers(*scope, certificate);
 }
 
 // OpenSSL's own check knows no signer's id for lists.

@@ -13,7 +13,9 @@ enum class Revocation {
     kOtherIssuer,  // the list isn't this issuer's and says nothing about the certificate
     kGood,
     kRevoked,
-    kUndecided,  // the list can't be relied on: wrong signature, out of date, a delta list, no CA's
+    // The list can't be relied on: wrong signature, out of date, a delta list, no CA's, with a
+    // critical extension that isn't known, or for other certificates (issuingDistributionPoint).
+    kUndecided,
 };
 
 class RevocationList {
@@ -22,7 +24,7 @@ public:
     static std::unique_ptr<RevocationList> Parse(std::string_view content);
 
     // What the list says about `certificate`, issued by `issuer`, at the moment `now`. A
-    // certificate that a list out of date, or a delta list, names stays revoked.
+    // certificate that a list out of date, or one that doesn't cover it, names stays revoked.
     Revocation Check(X509* certificate, X509* issuer, std::time_t now) const;
 
     // The same about an authority for its time stamp of `stamped`: it outlives a later revocation
@@ -37,7 +39,7 @@ private:
                      std::time_t now) const;
     bool IsSignedBy(X509* issuer) const;
     bool IsCurrent(std::time_t now) const;
-    bool IsComplete() const;
+    bool Covers(X509* certificate) const;
 
     RevocationListHandle m_list;
     std::string m_body;  // what the signature is over, as it came in

@@ -1,4 +1,5 @@
 #include <openssl/pem.h>
+#include <openssl/x509v3.h>
 
 #include <filesystem>
 
@@ -240,6 +241,34 @@ TEST_F(ValidateTest, ADeltaListRevokesButVouchesForNobody) {
     ASSERT_EQ(SetRevocationList(m_context, DerOf<i2d_X509_CRL>(delta.get())), 0);
     EXPECT_EQ(Validate(m_context, revoked), -3);
     EXPECT_EQ(Validate(m_context, other), -4);
+}
+
+TEST_F(ValidateTest, AListForOtherCertificatesRevokesButVouchesForNobody) {
+    const DevelopmentCa& authority = Authority(KeyKind::kRsa);
+    CertificateRequest placed = Named("5678");
+    placed.distributionPoint = "http://192.0.2.7/2.crl";
+    const std::string revoked = MakeCertificate(KeyKind::kRsa, Named("1234"));
+    const std::string other = MakeCertificate(KeyKind::kRsa, placed);
+    for (const auto& [scope, verdict] :
+         {std::pair("critical,onlyuser:TRUE", 0), std::pair("critical,onlyCA:TRUE", -4),
+          std::pair("critical,onlyAA:TRUE", -4), std::pair("critical,indirectCRL:TRUE", -4),
+          std::pair("critical,onlysomereasons:superseded", -4),
+          std::pair("critical,fullname:URI:http://192.0.2.7/2.crl", 0),
+          std::pair("critical,fullname:URI:http://192.0.2.7/1.crl", -4)}) {
+        const std::string list = List(authority, "1234");
+        const auto* cursor = reinterpret_cast<const unsigned char*>(list.data());
+        const RevocationListHandle scoped(
+            d2i_X509_CRL(nullptr, &cursor, static_cast<long>(list.size())));
+        ASSERT_TRUE(scoped);
+        const OpenSslHandle<X509_EXTENSION, X509_EXTENSION_free> extension(
+            X509V3_EXT_conf_nid(nullptr, nullptr, NID_issuing_distribution_point, scope));
+        ASSERT_TRUE(extension) << scope;
+        ASSERT_EQ(X509_CRL_add_ext(scoped.get(), extension.get(), -1), 1);
+        ASSERT_GT(X509_CRL_sign(scoped.get(), authority.Key(), EVP_sha256()), 0);
+        ASSERT_EQ(SetRevocationList(m_context, DerOf<i2d_X509_CRL>(scoped.get())), 0);
+        EXPECT_EQ(Validate(m_context, revoked), -3) << scope;
+        EXPECT_EQ(Validate(m_context, other), verdict) << scope;
+    }
 }
 
 TEST_F(ValidateTest, AListIsItsContextsOwn) {
