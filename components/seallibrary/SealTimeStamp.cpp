@@ -1,28 +1,30 @@
 #include "components/seallibrary/SealTimeStamp.h"
 
-#include "components/crypto/Signature.h"
+#include "components/certservice/ServiceCodes.h"
+#include "components/certservice/TimeStampToken.h"
+#include "components/crypto/Handles.h"
 #include "components/seallibrary/SealCertificate.h"
 #include "components/seallibrary/SealCodes.h"
-#include "components/timestamptoken/TimeStampToken.h"
 
 namespace {
 
-int CodeOf(TimeStampStep failed) {
-    switch (failed) {
-        case TimeStampStep::kNone: return kSealOk;
-        case TimeStampStep::kStructure: return kSealTimeStampDamaged;
-        case TimeStampStep::kImprint: return kSealTimeStampForeign;
-        case TimeStampStep::kSignature: return kSealTimeStampInvalid;
-        case TimeStampStep::kNamedCertificate:
-        case TimeStampStep::kPurpose: break;
+int CodeOf(int serviceCode) {
+    switch (serviceCode) {
+        case kServiceOk: return kSealOk;
+        case kServiceTimeStampDigestMismatch:
+        case kServiceTimeStampSignatureInvalid:
+        case kServiceTimeStampAlgorithmUnknown: return kSealTimeStampInvalid;
+        case kServiceTimeStampCertificateUnbound:
+        case kServiceTimeStampPurpose: return kSealTimeStampAuthorityUnfit;
     }
-    return kSealTimeStampAuthorityUnfit;
+    return kSealTimeStampDamaged;
 }
 
-int CheckAuthority(const CTimeStampToken& token, CertificateJudge& judge) {
+int CheckAuthority(const TimeStampToken& token, CertificateJudge& judge) {
+    const std::string der = DerOf<i2d_X509>(token.Certificate());
     CSealCertificate authority;
-    if (!authority.Read(token.Certificate())) return kSealTimeStampDamaged;
-    const int result = judge.Validate(token.Certificate());
+    if (!authority.Read(der)) return kSealTimeStampDamaged;
+    const int result = judge.Validate(der);
     switch (TrustOf(result)) {
         case Trust::kGood:
         case Trust::kOutOfValidity:
@@ -38,12 +40,11 @@ int CheckAuthority(const CTimeStampToken& token, CertificateJudge& judge) {
 
 int JudgeTimeStamp(std::string_view der, std::string_view stamped, CertificateJudge& judge,
                    std::time_t& time) {
-    CTimeStampToken token;
-    if (!token.Read(der)) return kSealTimeStampDamaged;
-    const TimeStampStep failed =
-        token.Verify([stamped](HashAlgorithm hash) { return Digest(hash, stamped); });
-    if (const int code = CodeOf(failed)) return code;
-    if (const int code = CheckAuthority(token, judge)) return code;
-    time = token.Time();
+    const auto token = TimeStampToken::Parse(der);
+    if (!token || !token->Certificate()) return kSealTimeStampDamaged;
+    if (token->CheckImprint(stamped)) return kSealTimeStampForeign;
+    if (const int code = CodeOf(token->CheckSignature())) return code;
+    if (const int code = CheckAuthority(*token, judge)) return code;
+    time = token->Time();
     return kSealOk;
 }

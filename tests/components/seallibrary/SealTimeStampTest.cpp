@@ -6,8 +6,8 @@
 #include "components/seallibrary/DataDigest.h"
 #include "components/seallibrary/SealSignature.h"
 #include "tests/components/seallibrary/HandMade.h"
+#include "tests/components/seallibrary/HandMadeToken.h"
 #include "tests/components/seallibrary/VerdictFixture.h"
-#include "tests/components/timestamptoken/HandMadeToken.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/components/timestamptoken/HandMadeToken.h"
+#include "tests/components/seallibrary/HandMadeToken.h"
 
 #include "components/crypto/Signature.h"
 #include "tests/components/seallibrary/HandMade.h"
