@@ -72,17 +72,22 @@ CPdfFailure CannotBeOpened(const std::string& path) {
             "\"" + platform::Utf8FromPath(path) + "\" can't be opened."};
 }
 
-[[noreturn]] void ThrowFor(const QPDFExc& error) {
+CPdfFailure IsEncrypted(CPdfBase::Use use) {
+    return {StampError::kEncrypted, use == CPdfBase::Use::kStamp
+                                        ? "The PDF is encrypted; decrypt it before it is stamped."
+                                        : "The PDF is encrypted and can't be read."};
+}
+
+[[noreturn]] void ThrowFor(const QPDFExc& error, CPdfBase::Use use = CPdfBase::Use::kStamp) {
     if (error.getErrorCode() == qpdf_e_password || error.getErrorCode() == qpdf_e_unsupported) {
-        throw CPdfFailure(StampError::kEncrypted,
-                          "The PDF is encrypted; decrypt it before it is stamped.");
+        throw IsEncrypted(use);
     }
     throw CPdfFailure(StampError::kDamaged, "The PDF is damaged: " + DamageSentence(error) + ".");
 }
 
 }  // namespace
 
-CPdfBase::CPdfBase(const std::string& path) {
+CPdfBase::CPdfBase(const std::string& path, Use use) {
     std::error_code error;
     const std::string text = platform::Utf8FromPath(path);
     const std::filesystem::path file(std::u8string(text.begin(), text.end()));
@@ -90,7 +95,7 @@ CPdfBase::CPdfBase(const std::string& path) {
         throw CPdfFailure(StampError::kInputUnreadable, "There is no file \"" + text + "\".");
     }
     ReadEnds(path);
-    Process(path);
+    Process(path, use);
 }
 
 void CPdfBase::ReadEnds(const std::string& path) {
@@ -109,7 +114,7 @@ void CPdfBase::ReadEnds(const std::string& path) {
     m_hasXrefStream = !StandsXrefTable(ReadPart(file, m_headerOffset + m_startXref, 32));
 }
 
-void CPdfBase::Process(const std::string& path) {
+void CPdfBase::Process(const std::string& path, Use use) {
     m_pdf.setSuppressWarnings(true);
     m_pdf.setAttemptRecovery(false);
     // Opened here: by itself qpdf takes paths in UTF-8 on Windows.
@@ -118,15 +123,12 @@ void CPdfBase::Process(const std::string& path) {
     try {
         m_pdf.processFile(path.c_str(), file, true);
     } catch (const QPDFExc& error) {
-        ThrowFor(error);
+        ThrowFor(error, use);
     } catch (const std::exception& error) {
         throw CPdfFailure(StampError::kDamaged,
                           "The PDF can't be read: " + DamageSentence(error) + ".");
     }
-    if (m_pdf.isEncrypted()) {
-        throw CPdfFailure(StampError::kEncrypted,
-                          "The PDF is encrypted; decrypt it before it is stamped.");
-    }
+    if (use == Use::kStamp && m_pdf.isEncrypted()) throw IsEncrypted(use);
     // Warnings so far tell of things that change no object, like a wrong /Size.
     m_pdf.getWarnings();
 }

@@ -2,19 +2,29 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFXRefEntry.hh>
 #include <string>
 
 // Opened for reading, as it stands: qpdf never repairs it, because an update on top of a guess
 // would be read differently by every reader.
 class CPdfBase {
 public:
+    enum class Use {
+        kStamp,  // an encrypted file is refused: an update would have to be encrypted too
+        kRead    // only one that asks for a password is
+    };
+
     // Throws CPdfFailure: kInputUnreadable, kNotPdf, kDamaged, kEncrypted. Reads the ends of the
     // file and its cross-reference sections, not its streams.
-    explicit CPdfBase(const std::string& path);
+    explicit CPdfBase(const std::string& path, Use use = Use::kStamp);
 
     QPDFObjectHandle Trailer() { return m_pdf.getTrailer(); }
     QPDFObjectHandle Catalog() { return m_pdf.getRoot(); }
+    QPDFObjectHandle Object(QPDFObjGen number) { return m_pdf.getObjectByObjGen(number); }
+    // Where each object stands.
+    std::map<QPDFObjGen, QPDFXRefEntry> Objects() { return m_pdf.getXRefTable(); }
     // Throws kDamaged if an object that was asked for since the start could not be read: qpdf
     // gives null for it, and an update would then lose what it holds.
     void CheckWhatWasRead();
@@ -33,7 +43,7 @@ public:
 
 private:
     void ReadEnds(const std::string& path);
-    void Process(const std::string& path);
+    void Process(const std::string& path, Use use);
 
     QPDF m_pdf;
     std::uint64_t m_fileSize = 0;

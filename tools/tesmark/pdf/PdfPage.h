@@ -16,3 +16,6 @@ struct PdfPage {
 PdfPage FindPdfPage(CPdfBase& base, int number);
 // What the catalog says, without a look at the tree.
 int PdfPageCount(CPdfBase& base);
+// The number of a page that is known by its object, from 1; 0 if it isn't to be found on the way up
+// the tree from it. Reads the nodes above it and beside these, never another page of a flat list.
+int PdfPageNumber(CPdfBase& base, QPDFObjectHandle page);

@@ -122,7 +122,38 @@ PageGeometry GeometryOf(const Node& leaf) {
     return geometry;
 }
 
+// How many pages stand before `kid` below `node`; negative if it isn't one of its kids.
+long long PagesBefore(QPDFObjectHandle node, QPDFObjGen kid) {
+    auto kids = node.getKey("/Kids");
+    if (!kids.isArray()) return -1;
+    const bool flat = kids.getArrayNItems() == LeafCount(node);
+    long long before = 0;
+    for (int i = 0; i < kids.getArrayNItems(); ++i) {
+        auto item = kids.getArrayItem(i);
+        if (item.getObjGen() == kid) return before;
+        before += flat ? 1 : LeafCount(item);
+    }
+    return -1;
+}
+
 }  // namespace
+
+int PdfPageNumber(CPdfBase& base, QPDFObjectHandle page) {
+    const QPDFObjGen root = base.Catalog().getKey("/Pages").getObjGen();
+    long long before = 0;
+    for (int depth = 0; depth < kDeepestTree && page.isDictionary() && page.isIndirect(); ++depth) {
+        if (page.getObjGen() == root) {
+            return depth > 0 && before < PdfPageCount(base) ? static_cast<int>(before) + 1 : 0;
+        }
+        auto parent = page.getKey("/Parent");
+        if (!parent.isDictionary()) return 0;
+        const long long here = PagesBefore(parent, page.getObjGen());
+        if (here < 0) return 0;
+        before += here;
+        page = parent;
+    }
+    return 0;
+}
 
 int PdfPageCount(CPdfBase& base) {
     auto root = base.Catalog().getKey("/Pages");

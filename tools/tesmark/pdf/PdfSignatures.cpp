@@ -1,0 +1,206 @@
+#include "pdf/PdfSignatures.h"
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+
+#include "pdf/PdfBase.h"
+#include "pdf/PdfChanges.h"
+#include "pdf/PdfFailure.h"
+#include "pdf/PdfPage.h"
+#include "pdf/SignedRange.h"
+
+namespace {
+
+// Of a form's tree of fields. More is no document that somebody signed.
+constexpr int kDeepestField = 64;
+constexpr std::size_t kMostFields = 200'000;
+constexpr std::size_t kMostSignatures = 1'000;
+// Each comparison reads the document up to there.
+constexpr int kMostCompared = 16;
+
+[[noreturn]] void ThrowFormDamaged() {
+    throw CPdfFailure(StampError::kDamaged, "The PDF is damaged: its form can't be followed.");
+}
+
+QPDFObjectHandle KeyOf(QPDFObjectHandle object, const char* key) {
+    return object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
+}
+
+std::string TextOf(QPDFObjectHandle object) {
+    return object.isString() ? object.getUTF8Value() : "";
+}
+
+std::string NameOf(QPDFObjectHandle object) {
+    return object.isName() ? object.getName().substr(1) : "";
+}
+
+// ISO 32000-2, 12.8.2.2; 2 where a DocMDP transform tells no /P.
+int Certifies(QPDFObjectHandle dictionary) {
+    auto references = dictionary.getKey("/Reference");
+    if (!references.isArray()) return 0;
+    for (int i = 0; i < references.getArrayNItems() && i < 16; ++i) {
+        auto reference = references.getArrayItem(i);
+        if (NameOf(KeyOf(reference, "/TransformMethod")) != "DocMDP") continue;
+        auto permission = KeyOf(KeyOf(reference, "/TransformParams"), "/P");
+        const long long told = permission.isInteger() ? permission.getIntValue() : 2;
+        return told >= 1 && told <= 3 ? static_cast<int>(told) : 2;
+    }
+    return 0;
+}
+
+void ReadRectangle(QPDFObjectHandle array, std::array<double, 4>& rectangle) {
+    if (!array.isRectangle()) return;
+    const auto told = array.getArrayAsRectangle();
+    rectangle = {std::min(told.llx, told.urx), std::min(told.lly, told.ury),
+                 std::max(told.llx, told.urx), std::max(told.lly, told.ury)};
+}
+
+// What a field inherits from those above it.
+struct Field {
+    QPDFObjectHandle object;
+    std::string name;
+    bool signature = false;
+    QPDFObjectHandle value;
+    int depth = 0;
+};
+
+class CSignatureReader {
+public:
+    CSignatureReader(CPdfBase& base, std::ifstream& file, PdfSignatures& found)
+        : m_base(base), m_file(file), m_found(found) {}
+
+    void Run() {
+        auto fields = KeyOf(m_base.Catalog().getKey("/AcroForm"), "/Fields");
+        if (fields.isNull()) return;
+        if (!fields.isArray()) ThrowFormDamaged();
+        FollowAll(fields, {QPDFObjectHandle::newNull(), "", false, QPDFObjectHandle::newNull(), 0});
+    }
+
+private:
+    void FollowAll(QPDFObjectHandle list, const Field& parent) {
+        for (int i = 0; i < list.getArrayNItems(); ++i) Follow(list.getArrayItem(i), parent);
+    }
+
+    void Follow(QPDFObjectHandle object, const Field& parent) {
+        if (!object.isDictionary()) return;
+        // A field that is reached twice, or that holds itself, is read once.
+        if (object.isIndirect() && !m_seen.insert(object.getObjGen()).second) return;
+        if (++m_fields > kMostFields || parent.depth > kDeepestField) ThrowFormDamaged();
+        Field field = parent;
+        field.object = object;
+        ++field.depth;
+        const std::string part = TextOf(object.getKey("/T"));
+        if (!part.empty()) field.name += (field.name.empty() ? "" : ".") + part;
+        auto type = object.getKey("/FT");
+        if (!type.isNull()) field.signature = NameOf(type) == "Sig";
+        auto value = object.getKey("/V");
+        if (!value.isNull()) field.value = value;
+        auto kids = object.getKey("/Kids");
+        if (HasFields(kids)) {
+            FollowAll(kids, field);
+        } else if (field.signature) {
+            Add(field, kids);
+        }
+    }
+
+    // Kids without a name of their own are a field's widgets.
+    static bool HasFields(QPDFObjectHandle kids) {
+        if (!kids.isArray()) return false;
+        for (int i = 0; i < kids.getArrayNItems(); ++i) {
+            if (KeyOf(kids.getArrayItem(i), "/T").isString()) return true;
+        }
+        return false;
+    }
+
+    void Add(const Field& field, QPDFObjectHandle kids) {
+        QPDFObjectHandle value = field.value;
+        if (!value.isDictionary()) {
+            ++m_found.emptyFields;
+            return;
+        }
+        if (m_found.list.size() >= kMostSignatures) ThrowFormDamaged();
+        PdfSignature signature;
+        signature.fieldName = field.name;
+        signature.filter = NameOf(value.getKey("/Filter"));
+        signature.subFilter = NameOf(value.getKey("/SubFilter"));
+        signature.name = TextOf(value.getKey("/Name"));
+        signature.reason = TextOf(value.getKey("/Reason"));
+        signature.location = TextOf(value.getKey("/Location"));
+        signature.time = TextOf(value.getKey("/M"));
+        signature.certifies = Certifies(value);
+        auto widget =
+            kids.isArray() && kids.getArrayNItems() > 0 ? kids.getArrayItem(0) : field.object;
+        ReadRectangle(KeyOf(widget, "/Rect"), signature.rectangle);
+        signature.page = PdfPageNumber(m_base, KeyOf(widget, "/P"));
+        ReadSignedRange(value, m_file, m_base.FileSize(), m_base.HeaderOffset(), signature);
+        m_found.list.push_back(std::move(signature));
+    }
+
+    CPdfBase& m_base;
+    std::ifstream& m_file;
+    PdfSignatures& m_found;
+    std::set<QPDFObjGen> m_seen;
+    std::size_t m_fields = 0;
+};
+
+// Those whose range is unsound come last.
+bool StandsBefore(const PdfSignature& one, const PdfSignature& other) {
+    if (one.end == 0 || other.end == 0) return one.end != 0 && other.end == 0;
+    return one.end < other.end;
+}
+
+void TellAdditions(CPdfBase& base, const std::string& path, PdfSignatures& found) {
+    int compared = 0;
+    for (PdfSignature& signature : found.list) {
+        if (signature.problem != RangeProblem::kNone) continue;
+        signature.after.bytes = found.fileSize - signature.end;
+        if (signature.after.bytes == 0) continue;
+        signature.after.signature =
+            std::any_of(found.list.begin(), found.list.end(), [&](const PdfSignature& other) {
+                return other.problem == RangeProblem::kNone && other.gapStart >= signature.end;
+            });
+        if (++compared > kMostCompared) continue;
+        CompareWithRevision(base, path, signature.end, signature.after);
+    }
+}
+
+void Read(const std::string& path, PdfSignatures& found) {
+    CPdfBase base(path, CPdfBase::Use::kRead);
+    std::ifstream file(path, std::ios::binary);
+    found.fileSize = base.FileSize();
+    CSignatureReader(base, file, found).Run();
+    base.CheckWhatWasRead();
+    std::stable_sort(found.list.begin(), found.list.end(), StandsBefore);
+    TellAdditions(base, path, found);
+    base.CheckWhatWasRead();
+}
+
+}  // namespace
+
+StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
+                             std::string& message) {
+    signatures = {};
+    message.clear();
+    try {
+        Read(path, signatures);
+        return StampError::kNone;
+    } catch (const CPdfFailure& failure) {
+        message = failure.what();
+        signatures = {};
+        return failure.Error();
+    } catch (const std::exception& error) {
+        message = "The PDF can't be read: " + DamageSentence(error) + ".";
+        signatures = {};
+        return StampError::kDamaged;
+    }
+}
+
+bool ReadSignedBytes(const std::string& path, const PdfSignature& signature, std::string& bytes) {
+    std::ifstream file(path, std::ios::binary);
+    const auto tail = signature.end - signature.gapEnd;
+    bytes.resize(static_cast<std::size_t>(signature.gapStart + tail));
+    if (!file.read(bytes.data(), static_cast<std::streamsize>(signature.gapStart))) return false;
+    file.seekg(static_cast<std::streamoff>(signature.gapEnd));
+    return file.read(bytes.data() + signature.gapStart, static_cast<std::streamsize>(tail)).good();
+}

@@ -1,0 +1,136 @@
+#include "pdf/SignedRange.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+// Far above every signature with its seal, chain and time stamp.
+constexpr std::uint64_t kLargestGap = 64 * 1024 * 1024;
+
+int HexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+// The bytes of "<...>" without blanks in it and with all digits in pairs, as a gap has to be whose
+// every byte is accounted for.
+bool DecodeGap(std::string_view gap, std::string& bytes) {
+    if (gap.size() < 2 || gap.size() % 2 || gap.front() != '<' || gap.back() != '>') return false;
+    gap = gap.substr(1, gap.size() - 2);
+    bytes.clear();
+    bytes.reserve(gap.size() / 2);
+    for (std::size_t i = 0; i < gap.size(); i += 2) {
+        const int high = HexDigit(gap[i]);
+        const int low = HexDigit(gap[i + 1]);
+        if (high < 0 || low < 0) return false;
+        bytes += static_cast<char>(high * 16 + low);
+    }
+    return true;
+}
+
+// The length of the element at the start; 0 if it has none of its own (BER) or isn't whole.
+std::size_t ElementLength(std::string_view bytes) {
+    if (bytes.size() < 2) return 0;
+    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    std::size_t header = 2;
+    std::size_t length = at(1);
+    if (length == 0x80) return 0;
+    if (length > 0x80) {
+        const std::size_t count = length - 0x80;
+        if (count > 4 || bytes.size() < 2 + count) return 0;
+        length = 0;
+        for (std::size_t i = 0; i < count; ++i) length = length << 8 | at(2 + i);
+        header += count;
+    }
+    return header + length <= bytes.size() ? header + length : 0;
+}
+
+RangeProblem CutZeros(std::string& contents) {
+    const auto last = contents.find_last_not_of('\0');
+    if (last == std::string::npos) return RangeProblem::kEmptyContents;
+    const std::size_t length = ElementLength(contents);
+    // Zeros may be the end of a signature too.
+    contents.resize(std::max(last + 1, length));
+    return length && length < contents.size() ? RangeProblem::kBehindSignature
+                                              : RangeProblem::kNone;
+}
+
+RangeProblem ReadNumbers(QPDFObjectHandle array, std::uint64_t (&numbers)[4]) {
+    if (!array.isArray()) return RangeProblem::kMissing;
+    if (array.getArrayNItems() != 4) return RangeProblem::kMalformed;
+    for (int i = 0; i < 4; ++i) {
+        auto item = array.getArrayItem(i);
+        if (!item.isInteger() || item.getIntValue() < 0) return RangeProblem::kMalformed;
+        numbers[i] = static_cast<std::uint64_t>(item.getIntValue());
+    }
+    return RangeProblem::kNone;
+}
+
+RangeProblem CheckNumbers(const std::uint64_t (&numbers)[4], std::uint64_t fileSize) {
+    const auto [start, length, secondStart, secondLength] = numbers;
+    if (start != 0) return RangeProblem::kNotFromStart;
+    if (length > fileSize || secondStart > fileSize || secondLength > fileSize - secondStart) {
+        return RangeProblem::kBeyondFile;
+    }
+    if (secondStart < length) return RangeProblem::kOverlapping;
+    return secondStart - length > kLargestGap ? RangeProblem::kGapNotContents : RangeProblem::kNone;
+}
+
+bool ReadGap(std::ifstream& file, const PdfSignature& signature, std::string& gap) {
+    gap.resize(static_cast<std::size_t>(signature.gapEnd - signature.gapStart));
+    file.clear();
+    file.seekg(static_cast<std::streamoff>(signature.gapStart));
+    return file.read(gap.data(), static_cast<std::streamsize>(gap.size())).good();
+}
+
+RangeProblem Read(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
+                  std::uint64_t headerOffset, PdfSignature& signature) {
+    std::uint64_t numbers[4] = {};
+    const auto problem = ReadNumbers(dictionary.getKey("/ByteRange"), numbers);
+    if (problem != RangeProblem::kNone) return problem;
+    auto contents = dictionary.getKey("/Contents");
+    if (!contents.isString() || contents.isIndirect()) return RangeProblem::kMissing;
+    const auto wrong = CheckNumbers(numbers, fileSize);
+    if (wrong != RangeProblem::kNone) return wrong;
+    signature.gapStart = numbers[1];
+    signature.gapEnd = numbers[2];
+    signature.end = numbers[2] + numbers[3];
+    // The place and the value: the same digits elsewhere in the file are not this string.
+    const qpdf_offset_t offset = contents.getParsedOffset();
+    std::string gap;
+    const bool same = offset > 0 &&
+                      static_cast<std::uint64_t>(offset) + headerOffset == signature.gapStart &&
+                      ReadGap(file, signature, gap) && DecodeGap(gap, signature.contents) &&
+                      signature.contents == contents.getStringValue();
+    return same ? CutZeros(signature.contents) : RangeProblem::kGapNotContents;
+}
+
+}  // namespace
+
+void ReadSignedRange(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
+                     std::uint64_t headerOffset, PdfSignature& signature) {
+    signature.problem = Read(dictionary, file, fileSize, headerOffset, signature);
+    if (signature.problem == RangeProblem::kNone) return;
+    signature.gapStart = signature.gapEnd = signature.end = 0;
+    signature.contents.clear();
+}
+
+std::string RangeProblemText(RangeProblem problem) {
+    switch (problem) {
+        case RangeProblem::kNone: return "";
+        case RangeProblem::kMissing: return "The signature doesn't tell what it covers.";
+        case RangeProblem::kMalformed: return "The signature's byte range can't be understood.";
+        case RangeProblem::kNotFromStart:
+            return "The signature leaves out bytes at the start of the file.";
+        case RangeProblem::kOverlapping: return "The signature's byte ranges overlap.";
+        case RangeProblem::kBeyondFile: return "The signature covers bytes that the file lacks.";
+        case RangeProblem::kGapNotContents:
+            return "The signature leaves out other bytes than its own value.";
+        case RangeProblem::kEmptyContents: return "The signature has no value.";
+        case RangeProblem::kBehindSignature:
+            return "Unsigned bytes stand behind the signature's value.";
+    }
+    return "";
+}
