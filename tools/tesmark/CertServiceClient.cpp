@@ -1,7 +1,5 @@
 #include "CertServiceClient.h"
 
-#include <string_view>
-
 #include "Failure.h"
 #include "TerminalText.h"
 #include "TwoStep.h"
@@ -139,4 +137,27 @@ int CertServiceClient::ReadFile(const std::string& certId, const std::string& na
             return SERVICE_CALL(SOF_ReadFile, m_context, certId.c_str(), name.c_str(), out, outLen);
         },
         content);
+}
+
+int CertServiceClient::VerifyMessage(std::string_view signature, std::string_view data) const {
+    return SERVICE_CALL(SOF_VerifySignedMessage, m_context, Bytes(signature),
+                        static_cast<int>(signature.size()), Bytes(data),
+                        static_cast<int>(data.size()));
+}
+
+int CertServiceClient::VerifySm2File(std::string_view signature, const std::string& path,
+                                     const std::string& signerDer) const {
+    // The default signer of GB/T 35276.
+    constexpr std::string_view kUserId = "1234567812345678";
+    constexpr int kSm3 = 1;
+    unsigned char hash[32] = {};
+    int length = sizeof hash;
+    const int code =
+        SERVICE_CALL(SOF_HashFile, m_context, kSm3, path.c_str(), Bytes(signerDer),
+                     static_cast<int>(signerDer.size()), kUserId.data(),
+                     static_cast<int>(kUserId.size()), static_cast<unsigned char*>(hash), &length);
+    if (code) return code;
+    return SERVICE_CALL(SOF_VerifySignedHashMessage, m_context, Bytes(signature),
+                        static_cast<int>(signature.size()), static_cast<const unsigned char*>(hash),
+                        length);
 }

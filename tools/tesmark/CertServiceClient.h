@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Module.h"
@@ -36,6 +37,12 @@ public:
     std::string DeviceKind(const std::string& certId) const;
     int ListFiles(const std::string& certId, std::vector<std::string>& names) const;
     int ReadFile(const std::string& certId, const std::string& name, std::string& content) const;
+
+    // Of a PKCS#7: what the service says to it over data, or over a file that it reads itself; the
+    // latter as the library asks for it, so it is for SM2 signers alone.
+    int VerifyMessage(std::string_view signature, std::string_view data) const;
+    int VerifySm2File(std::string_view signature, const std::string& path,
+                      const std::string& signerDer) const;
 
 private:
     template <typename Function, typename... Arguments>

@@ -13,22 +13,26 @@
 namespace {
 
 // In the order of the help text: what a day's work needs first.
-constexpr std::array<DeclareCommand, 8> kCommands = {DeclareStamp,  DeclareSign,  DeclareHash,
-                                                     DeclareList,   DeclareKey,   DeclareSeal,
-                                                     DeclareConfig, DeclareDoctor};
+constexpr std::array<DeclareCommand, 10> kCommands = {
+    DeclareStamp, DeclareSign, DeclareVerify, DeclareTimestamp, DeclareHash,
+    DeclareList,  DeclareKey,  DeclareSeal,   DeclareConfig,    DeclareDoctor};
 
 constexpr char kDescription[] =
-    "Stamps PDFs with electronic seals, and signs and hashes files, with the keys of this machine.";
+    "Stamps PDFs with electronic seals, signs and hashes files with the keys of this machine, and "
+    "verifies signatures.";
 
 constexpr char kFooter[] =
     "\nExamples:\n"
     "  tesmark key new --name \"Velmora Ltd\"        a development key, to begin with\n"
     "  tesmark seal new --name \"Velmora Ltd\"       and a seal in it\n"
     "  tesmark stamp contract.pdf stamped.pdf      stamp and sign the last page\n"
+    "  tesmark verify stamped.pdf                  are its signatures good?\n"
     "  tesmark doctor                              what is set up, and what is wrong\n"
     "\n"
     "Exit codes: 0 done; 1 failed; 2 the command line; 3 something is missing on this machine;\n"
-    "4 a file; 5 name a certificate or seal; 6 the PIN; 130 interrupted.\n"
+    "4 a file; 5 name a certificate or seal; 6 the PIN; 7 a signature isn't good; 8 the document "
+    "was\n"
+    "changed after it; 130 interrupted.\n"
     "\"tesmark COMMAND --help\" tells more.";
 
 void Declare(CLI::App& app, Invocation& invocation) {

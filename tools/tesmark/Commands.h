@@ -25,6 +25,8 @@ void DeclareSeal(CLI::App& parent, Invocation& invocation);
 void DeclareList(CLI::App& parent, Invocation& invocation);
 void DeclareStamp(CLI::App& parent, Invocation& invocation);
 void DeclareSign(CLI::App& parent, Invocation& invocation);
+void DeclareVerify(CLI::App& parent, Invocation& invocation);
+void DeclareTimestamp(CLI::App& parent, Invocation& invocation);
 void DeclareHash(CLI::App& parent, Invocation& invocation);
 void DeclareConfig(CLI::App& parent, Invocation& invocation);
 void DeclareDoctor(CLI::App& parent, Invocation& invocation);

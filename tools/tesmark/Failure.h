@@ -13,6 +13,8 @@ enum class ExitCode : int {
     kFile = 4,          // an input can't be read or used, or an output can't be written
     kChoice = 5,        // several certificates or seals would do; name one
     kPin = 6,           // the PIN is wrong, missing or locked
+    kNotGood = 7,       // a signature isn't good, or there is none where one is looked for
+    kNotCovered = 8,    // all signatures are good, but the document was changed after one of them
     kInterrupted = 130  // by a signal; nothing was written
 };
 

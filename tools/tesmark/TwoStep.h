@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 // Calls `call(out, outLen)` for the size and again for the bytes, with `spare` bytes of room more
 // than were asked for, since a signature may have another length at each call. Returns the code of
@@ -21,6 +22,6 @@ int FetchInTwoSteps(Call call, std::string& bytes, int spare = 0) {
     return 0;
 }
 
-inline const unsigned char* Bytes(const std::string& text) {
+inline const unsigned char* Bytes(std::string_view text) {
     return reinterpret_cast<const unsigned char*>(text.data());
 }

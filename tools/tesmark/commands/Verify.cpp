@@ -1,0 +1,269 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Declare.h"
+#include "FileAccess.h"
+#include "Library.h"
+#include "PathText.h"
+#include "SignatureTime.h"
+#include "Terminal.h"
+#include "TerminalText.h"
+#include "commands/VerdictOutput.h"
+#include "components/certservice/ServiceCodes.h"
+#include "pdf/PdfSignatures.h"
+#include "platform/Files.h"
+
+namespace {
+
+// The interface counts lengths in 32 bits, and a seal signature's data goes through it in Base64.
+constexpr std::uint64_t kLargestInMemory = 1024 * 1024 * 1024;
+// From here on a component reads a file by its path, where that is an SM2 signer's.
+constexpr std::uint64_t kByPath = 64 * 1024 * 1024;
+constexpr std::uint64_t kLargestSignature = 64 * 1024 * 1024;
+constexpr std::uint64_t kLongWork = 64 * 1024 * 1024;
+
+struct Options {
+    std::string input;
+    std::string signature;
+    std::string picture;
+};
+
+// Forms of ISO 32000 whose contents are no PKCS#7 over the signed bytes.
+constexpr std::array kOtherForms = {"adbe.pkcs7.sha1", "adbe.x509.rsa_sha1", "ETSI.RFC3161"};
+
+SignatureVerdict Refused(const std::string& failed, int code, const std::string& reason) {
+    SignatureVerdict verdict;
+    verdict.steps.push_back(
+        {failed == "coverage" ? "coverage" : "signature", false, failed, code, reason});
+    return verdict;
+}
+
+// The sentence without its full stop and with a small letter.
+std::string AsClause(std::string sentence) {
+    if (sentence.ends_with('.')) sentence.pop_back();
+    if (!sentence.empty()) sentence[0] = static_cast<char>(sentence[0] | 0x20);
+    return sentence;
+}
+
+SignatureVerdict Judge(const std::string& path, const PdfSignature& signature) {
+    if (signature.problem != RangeProblem::kNone) {
+        return Refused("coverage", 0, AsClause(RangeProblemText(signature.problem)));
+    }
+    if (std::find(kOtherForms.begin(), kOtherForms.end(), signature.subFilter) !=
+        kOtherForms.end()) {
+        return Refused("form", kServiceNotSupported,
+                       "signatures of the form " + signature.subFilter + " can't be verified here");
+    }
+    if (signature.end > kLargestInMemory) {
+        return Refused("component", kServiceNotSupported,
+                       "it covers more than " + SizeText(kLargestInMemory));
+    }
+    std::string bytes;
+    if (!ReadSignedBytes(path, signature, bytes)) {
+        throw Failure{ExitCode::kFile, "The document was changed while it was read."};
+    }
+    const auto time = ReadPdfTime(signature.time);
+    return JudgeSignature(signature.contents, {bytes, ""}, time ? LocalTimeText(*time) : "");
+}
+
+// A further signature that covers the rest of the file speaks for what it brought with it.
+Standing StandingOf(const SignatureVerdict& verdict, const PdfSignature& signature,
+                    const PdfSignatures& all) {
+    if (!verdict.Good()) return Standing::kBad;
+    const PdfAddition& after = signature.after;
+    if (after.bytes == 0) return Standing::kGood;
+    const bool answered = std::any_of(all.list.begin(), all.list.end(), [&](const PdfSignature& s) {
+        return s.problem == RangeProblem::kNone && s.end == all.fileSize;
+    });
+    return after.compared && after.altered.empty() && after.signature && answered
+               ? Standing::kGood
+               : Standing::kChanged;
+}
+
+std::string Upper(std::string text) {
+    for (char& c : text) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c);
+    return text;
+}
+
+// "good   " or "BAD    ", and what follows in lines below it starts there.
+std::string Mark(Standing standing) {
+    const std::string word = StandingText(standing);
+    return Padded(standing == Standing::kGood ? word : Upper(word), 9);
+}
+
+constexpr char kIndent[] = "         ";
+
+std::string FileNameOf(const std::string& field) {
+    std::string name = field.empty() ? "signature" : field;
+    for (char& c : name) {
+        const bool plain = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') ||
+                           (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
+        if (!plain) c = '_';
+    }
+    return name;
+}
+
+// Writes the pictures of seal signatures: into a folder under the names of their fields, or a
+// single one into a file.
+class CPictureSaver {
+public:
+    explicit CPictureSaver(const std::string& path) : m_path(path) {
+        std::error_code error;
+        m_isFolder = std::filesystem::is_directory(FileAt(path), error);
+    }
+
+    void Save(const std::string& field, const SignatureVerdict& verdict, Json::Value& json,
+              std::string& text) {
+        if (m_path.empty() || !verdict.seal || verdict.seal->picture.empty()) return;
+        if (!m_isFolder && m_saved) {
+            throw Failure{ExitCode::kChoice, "There are several seals: name a folder for them."};
+        }
+        const std::string path =
+            m_isFolder
+                ? TextOf(FileAt(m_path) / FileAt(FileNameOf(field) + verdict.seal->extension))
+                : m_path;
+        WriteWholeFile(path, verdict.seal->picture);
+        m_saved = true;
+        json["seal"]["savedAs"] = path;
+        text += std::string(kIndent) + "picture " + path + "\n";
+    }
+
+    void CheckSaved() const {
+        if (m_path.empty() || m_saved) return;
+        throw Failure{ExitCode::kNotGood, "There is no seal whose picture could be saved."};
+    }
+
+private:
+    std::string m_path;
+    bool m_isFolder = false;
+    bool m_saved = false;
+};
+
+ExitCode ExitCodeOf(Standing standing) {
+    switch (standing) {
+        case Standing::kGood: return ExitCode::kOk;
+        case Standing::kChanged: return ExitCode::kNotCovered;
+        case Standing::kBad: break;
+    }
+    return ExitCode::kNotGood;
+}
+
+PdfSignatures ReadSignatures(const std::string& path) {
+    PdfSignatures signatures;
+    std::string message;
+    const StampError error = ReadPdfSignatures(path, signatures, message);
+    if (error != StampError::kNone) throw Failure{ExitCode::kFile, message};
+    return signatures;
+}
+
+Standing AddSignature(const std::string& path, const PdfSignatures& all,
+                      const PdfSignature& signature, CPictureSaver& saver, Report& report) {
+    const SignatureVerdict verdict = Judge(path, signature);
+    const Standing standing = StandingOf(verdict, signature, all);
+    Json::Value json = PdfSignatureJson(signature, all.fileSize);
+    const Json::Value judged = VerdictJson(verdict);
+    for (const auto& name : judged.getMemberNames()) json[name] = judged[name];
+    json["verdict"] = StandingText(standing);
+    report.text += Mark(standing) + Printable(signature.fieldName) +
+                   (signature.page ? ", page " + std::to_string(signature.page) : "") + ", " +
+                   SignatureKindText(verdict.kind) + " (" + Printable(signature.subFilter) + ")\n" +
+                   VerdictText(verdict, kIndent) +
+                   PdfSignatureText(signature, all.fileSize, kIndent);
+    saver.Save(signature.fieldName, verdict, json, report.text);
+    report.json["signatures"].append(json);
+    return standing;
+}
+
+Report Unsigned(Report report) {
+    report.json["verdict"] = "unsigned";
+    report.text = "There is no signature in it.\n";
+    report.exitCode = ExitCode::kNotGood;
+    return report;
+}
+
+Report VerifyPdf(const Options& options) {
+    const std::string path = platform::PathFromUtf8(options.input);
+    const PdfSignatures all = ReadSignatures(path);
+    Report report;
+    report.json["file"] = options.input;
+    report.json["size"] = static_cast<Json::UInt64>(all.fileSize);
+    report.json["emptyFields"] = all.emptyFields;
+    report.json["signatures"] = Json::Value(Json::arrayValue);
+    if (all.list.empty()) return Unsigned(std::move(report));
+    const LibrarySession library;
+    const Progress progress(all.fileSize > kLongWork ? "Verifying " + SizeText(all.fileSize) : "");
+    CPictureSaver saver(options.picture);
+    Standing worst = Standing::kGood;
+    for (const PdfSignature& signature : all.list) {
+        worst = std::max(worst, AddSignature(path, all, signature, saver, report));
+    }
+    saver.CheckSaved();
+    report.json["verdict"] = StandingText(worst);
+    report.exitCode = ExitCodeOf(worst);
+    return report;
+}
+
+SignatureVerdict JudgeDetached(const Options& options, const std::string& signature) {
+    const SignatureKind kind = KindOf(signature);
+    // The data may stand in the signature itself.
+    if (options.input.empty()) return JudgeSignature(signature, {"", ""}, "");
+    const std::uint64_t size = options.input == "-" ? 0 : CheckReadable(options.input);
+    const Progress progress(size > kLongWork ? "Verifying " + SizeText(size) : "");
+    if (size > kByPath && (kind == SignatureKind::kSeal || SignedBySm2(signature))) {
+        return JudgeSignature(signature, {"", platform::PathFromUtf8(options.input)}, "");
+    }
+    const std::string data = ReadWholeFile(options.input, kLargestInMemory);
+    return JudgeSignature(signature, {data, ""}, "");
+}
+
+Report VerifyDetached(const Options& options) {
+    const std::string signature = ReadWholeFile(options.signature, kLargestSignature);
+    const LibrarySession library;
+    const SignatureVerdict verdict = JudgeDetached(options, signature);
+    const Standing standing = verdict.Good() ? Standing::kGood : Standing::kBad;
+    Report report;
+    report.json = VerdictJson(verdict);
+    report.json["signature"] = options.signature;
+    report.json["file"] = options.input;
+    report.json["verdict"] = StandingText(standing);
+    report.text = Mark(standing) + options.signature + ", " + SignatureKindText(verdict.kind) +
+                  "\n" + VerdictText(verdict, kIndent);
+    CPictureSaver saver(options.picture);
+    saver.Save("seal", verdict, report.json, report.text);
+    saver.CheckSaved();
+    report.exitCode = ExitCodeOf(standing);
+    return report;
+}
+
+Report Verify(const Options& options) {
+    if (!options.signature.empty()) return VerifyDetached(options);
+    if (options.input.empty()) {
+        throw Failure{ExitCode::kUsage, "Name a PDF, or a signature with --detached."};
+    }
+    return VerifyPdf(options);
+}
+
+void Bind(CLI::App& command, Options& options) {
+    command.add_option("FILE", options.input, "The signed PDF; with --detached what was signed");
+    command.add_option("--detached", options.signature,
+                       "A signature in a file of its own; without FILE what was signed is in it");
+    command.add_option("--save-seal-picture", options.picture,
+                       "Write the picture of the seal to this file, or those of all into this "
+                       "folder");
+}
+
+}  // namespace
+
+void DeclareVerify(CLI::App& parent, Invocation& invocation) {
+    AddCommand<Options>(parent, invocation, "verify",
+                        "Verify the signatures of a PDF, or a signature in a file of its own",
+                        "  tesmark verify stamped.pdf\n"
+                        "  tesmark verify stamped.pdf --json\n"
+                        "  tesmark verify stamped.pdf --save-seal-picture seal.png\n"
+                        "  tesmark verify --detached report.txt.p7s report.txt",
+                        Bind, Verify);
+}
