@@ -1,6 +1,7 @@
 // Which signatures stand in a PDF and what of it each covers; hostile files too.
 #include "pdf/PdfSignatures.h"
 
+#include "tools/PdfsigSigner.h"
 #include "tools/pdf/PdfFixture.h"
 
 namespace {
@@ -20,23 +21,6 @@ protected:
             bytes = ReadFile(request.outputPath);
         }
         return bytes;
-    }
-
-    // A document that poppler has signed, with a key in an NSS database.
-    std::string SignedByPdfsig() const {
-        WriteFile(Path("plain.pdf"), SimplePdf());
-        const std::string keys = "sql:" + Path("");
-        RunCommand({"openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout",
-                    Path("key.pem"), "-out", Path("cert.pem"), "-subj", "/CN=Other Signer"});
-        RunCommand({"openssl", "pkcs12", "-export", "-in", Path("cert.pem"), "-inkey",
-                    Path("key.pem"), "-name", "other", "-out", Path("other.p12"), "-passout",
-                    "pass:x"});
-        RunCommand({"certutil", "-N", "-d", keys, "--empty-password"});
-        RunCommand({"pk12util", "-i", Path("other.p12"), "-d", keys, "-W", "x"});
-        RunCommand({"pdfsig", "-nssdir", keys, "-add-signature", "-nick", "other",
-                    "-new-signature-field-name", "Other", "-reason", "Seen", Path("plain.pdf"),
-                    Path("other.pdf")});
-        return ReadFile(Path("other.pdf"));
     }
 
     PdfSignatures Read(std::string_view bytes) const {
@@ -451,7 +435,9 @@ TEST_F(PdfSignaturesTest, AnEncryptedPdfIsReadUnlessItWantsAPassword) {
 }
 
 TEST_F(PdfSignaturesTest, ASignatureOfPdfsigIsReadAndStaysWholeBelowOurs) {
-    const std::string theirs = SignedByPdfsig();
+    WriteFile(Path("plain.pdf"), SimplePdf());
+    SignByPdfsig(m_folder, "plain.pdf");
+    const std::string theirs = ReadFile(Path("other.pdf"));
     const auto alone = Read(theirs);
     ASSERT_EQ(alone.list.size(), 1u);
     EXPECT_EQ(alone.list[0].problem, RangeProblem::kNone)
@@ -459,6 +445,10 @@ TEST_F(PdfSignaturesTest, ASignatureOfPdfsigIsReadAndStaysWholeBelowOurs) {
     EXPECT_EQ(alone.list[0].fieldName, "Other");
     EXPECT_EQ(alone.list[0].reason, "Seen");
     EXPECT_EQ(alone.list[0].after.bytes, 0u);
+    // They write BER, whose end is zeros too.
+    ASSERT_GT(alone.list[0].contents.size(), 1'000u);
+    EXPECT_EQ(alone.list[0].contents.substr(0, 2), "\x30\x80");
+    EXPECT_TRUE(alone.list[0].contents.ends_with(std::string(6, '\0')));
     const auto both = Read(Stamped(1, theirs));
     ASSERT_EQ(both.list.size(), 2u);
     EXPECT_EQ(both.list[0].fieldName, "Other");

@@ -30,21 +30,43 @@ bool DecodeGap(std::string_view gap, std::string& bytes) {
     return true;
 }
 
-// The length of the element at the start; 0 if it has none of its own (BER) or isn't whole.
-std::size_t ElementLength(std::string_view bytes) {
-    if (bytes.size() < 2) return 0;
+// No signature goes deeper; a hostile one could without end.
+constexpr int kDeepestElement = 64;
+
+// A tag and a length, at most four bytes of it; the tags of signatures have one byte.
+struct Header {
+    std::size_t size = 0;  // 0: there is none
+    std::size_t length = 0;
+    bool indefinite = false;
+};
+
+Header ReadHeader(std::string_view bytes) {
+    if (bytes.size() < 2 || (bytes[0] & 0x1F) == 0x1F) return {};
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-    std::size_t header = 2;
-    std::size_t length = at(1);
-    if (length == 0x80) return 0;
-    if (length > 0x80) {
-        const std::size_t count = length - 0x80;
-        if (count > 4 || bytes.size() < 2 + count) return 0;
-        length = 0;
-        for (std::size_t i = 0; i < count; ++i) length = length << 8 | at(2 + i);
-        header += count;
+    if (at(1) < 0x80) return {2, at(1), false};
+    if (at(1) == 0x80) return {2, 0, true};
+    const std::size_t count = at(1) - 0x80u;
+    if (count > 4 || bytes.size() < 2 + count) return {};
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < count; ++i) length = length << 8 | at(2 + i);
+    return {2 + count, length, false};
+}
+
+// The length of the element at the start, its header and in BER its end-of-contents included; 0 if
+// it isn't whole.
+std::size_t ElementLength(std::string_view bytes, int depth = 0) {
+    const Header header = ReadHeader(bytes);
+    if (header.size == 0 || depth > kDeepestElement) return 0;
+    if (!header.indefinite) {
+        return header.length <= bytes.size() - header.size ? header.size + header.length : 0;
     }
-    return header + length <= bytes.size() ? header + length : 0;
+    std::size_t at = header.size;
+    while (bytes.substr(at, 2) != std::string_view("\0\0", 2)) {
+        const std::size_t length = ElementLength(bytes.substr(at), depth + 1);
+        if (length == 0) return 0;
+        at += length;
+    }
+    return at + 2;
 }
 
 RangeProblem CutZeros(std::string& contents) {
