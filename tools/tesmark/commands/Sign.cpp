@@ -7,6 +7,7 @@
 #include "Selection.h"
 #include "Terminal.h"
 #include "TerminalText.h"
+#include "TimeStampWish.h"
 #include "include/TesmarkOpt.h"
 #include "platform/Files.h"
 
@@ -23,12 +24,18 @@ struct Options {
     std::string output;
     bool raw = false;
     bool big = false;
+    bool timeStamp = false;
     SelectionOptions selection;
 };
 
 int Make(const Options& options, std::uint64_t size, std::string& signature) {
     const Progress progress(size > kLongWork ? "Signing " + SizeText(size) : "");
     if (options.raw) return MakeRawSignature(ReadWholeFile(options.input, kLargestRaw), signature);
+    if (options.timeStamp) {
+        // Only data gets one from the library, no file by its path.
+        const int code = MakeSignature(ReadWholeFile(options.input, kLargestRaw), "", signature);
+        return code || signature.empty() ? code : CheckTimeStamped(signature);
+    }
     if (options.big || size > kInMemory) {
         return MakeFileSignature(platform::PathFromUtf8(options.input), "", signature);
     }
@@ -50,6 +57,7 @@ Report Sign(const Options& options) {
     const std::uint64_t size = CheckReadable(options.input);
     const std::string output =
         options.output.empty() ? options.input + (options.raw ? ".sig" : ".p7s") : options.output;
+    if (options.timeStamp) RequireTimeStamps();
     const LibrarySession library;
     const SelectedCert selected = SelectCertificate(options.selection);
     const InterruptGuard guard;
@@ -76,8 +84,12 @@ void Bind(CLI::App& command, Options& options) {
                        "The signature's file, or - for standard output; without it FILE.p7s");
     auto* raw = command.add_flag("--raw", options.raw,
                                  "The bare signature value (PKCS#1, or r and s), in FILE.sig");
-    command.add_flag("--big", options.big, "Hash the file by its path, as files over 8 MB are")
-        ->excludes(raw);
+    auto* big =
+        command.add_flag("--big", options.big, "Hash the file by its path, as files over 8 MB are")
+            ->excludes(raw);
+    command.add_flag("--timestamp", options.timeStamp, "No signature without a good time stamp")
+        ->excludes(raw)
+        ->excludes(big);
     BindSelection(command, options.selection, false);
 }
 

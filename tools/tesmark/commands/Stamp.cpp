@@ -14,6 +14,7 @@
 #include "Selection.h"
 #include "Terminal.h"
 #include "TerminalText.h"
+#include "TimeStampWish.h"
 #include "commands/StampSubFilter.h"
 #include "include/TesmarkOpt.h"
 #include "pdf/InputCopy.h"
@@ -29,6 +30,8 @@ constexpr double kMarginMm = 25;
 
 // A file that is read, hashed and copied in more than a moment.
 constexpr std::uint64_t kLongWork = 32 * 1024 * 1024;
+// The interface counts lengths in 32 bits.
+constexpr std::uint64_t kLargestStamped = 1024 * 1024 * 1024;
 
 // No result of the library or a component; the signer ends with it when the user interrupts.
 constexpr int kInterruptedCode = -100'000;
@@ -42,6 +45,7 @@ struct Options {
     std::string size;
     std::string reason;
     std::string location;
+    bool timeStamp = false;
     SelectionOptions selection;
 };
 
@@ -156,11 +160,28 @@ StampRequest MakeRequest(const Options& options, const PdfPageSize& page,
     return request;
 }
 
-StampSigner SignerFor(const StampRequest& request) {
-    return [property = Property(request)](const SignedRanges& ranges, std::string& contents) {
+// Only data gets a time stamp from the library, no file by its path.
+int MakeStampedSignature(const SignedRanges& ranges, std::string& contents) {
+    const int code =
+        ranges.path.empty()
+            ? MakeSignature(ranges.data, "", contents)
+            : MakeSignature(ReadWholeFile(platform::Utf8FromPath(ranges.path), kLargestStamped), "",
+                            contents);
+    return code || contents.empty() ? code : CheckTimeStamped(contents);
+}
+
+int Make(const SignedRanges& ranges, const std::string& property, bool timeStamp,
+         std::string& contents) {
+    if (timeStamp) return MakeStampedSignature(ranges, contents);
+    return ranges.path.empty() ? MakeSignature(ranges.data, property, contents)
+                               : MakeFileSignature(ranges.path, property, contents);
+}
+
+StampSigner SignerFor(const StampRequest& request, bool timeStamp) {
+    return [property = Property(request), timeStamp](const SignedRanges& ranges,
+                                                     std::string& contents) {
         if (InterruptGuard::Interrupted()) return kInterruptedCode;
-        const int code = ranges.path.empty() ? MakeSignature(ranges.data, property, contents)
-                                             : MakeFileSignature(ranges.path, property, contents);
+        const int code = Make(ranges, property, timeStamp, contents);
         if (InterruptGuard::Interrupted()) return kInterruptedCode;
         return code == 0 && contents.empty() ? kNothingSignedCode : code;
     };
@@ -200,7 +221,7 @@ StampResult StampShown(const Options& options, const StampRequest& request, CInp
     const std::uint64_t size = CheckReadable(options.input);
     const LogMark mark;
     const Progress progress(size > kLongWork ? "Stamping " + SizeText(size) : "");
-    const StampResult result = StampPdf(request, SignerFor(request), copy);
+    const StampResult result = StampPdf(request, SignerFor(request, options.timeStamp), copy);
     CheckStamped(result, mark);
     return result;
 }
@@ -231,7 +252,15 @@ Report Describe(const Options& options, const SelectedSeal& selected, const Stam
     return report;
 }
 
+void CheckCanCarryTimeStamp(const Options& options, const SelectedSeal& selected) {
+    if (!options.timeStamp || selected.mode == 0) return;
+    throw Failure{ExitCode::kFailed,
+                  "A signature with this seal carries no time stamp: only that with a seal of the "
+                  "form es does."};
+}
+
 Report Stamp(const Options& options) {
+    if (options.timeStamp) RequireTimeStamps();
     const PdfPageSize page = Measure(options);
     // From the first byte beside the output on an interrupt has to wait until that is removed.
     std::optional<InterruptGuard> guard;
@@ -242,6 +271,7 @@ Report Stamp(const Options& options) {
     }
     const LibrarySession library;
     const SelectedSeal selected = Select(options.selection);
+    CheckCanCarryTimeStamp(options, selected);
     const StampRequest request = MakeRequest(options, page, selected);
     if (!guard) guard.emplace();
     const StampResult result = StampShown(options, request, copy);
@@ -262,6 +292,7 @@ void Bind(CLI::App& command, Options& options) {
                        "Size of the seal, WIDTHxHEIGHT in mm; without it the seal's own");
     command.add_option("--reason", options.reason, "Reason, shown with the signature");
     command.add_option("--location", options.location, "Place, shown with the signature");
+    command.add_flag("--timestamp", options.timeStamp, "No stamp without a good time stamp");
     BindSelection(command, options.selection, true);
 }
 
