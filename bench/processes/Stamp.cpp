@@ -4,21 +4,17 @@
 //   the output is on the disk, against a peer that waits as well;
 // - the file's part: of what it takes longer than the stamp of a page without content;
 // - the same against a peer that leaves its output to the system to write later.
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "bench/processes/BigPdf.h"
+#include "bench/processes/Process.h"
 #include "bench/processes/StampPeer.h"
 #include "support/TemporaryPrefix.h"
 
@@ -33,101 +29,6 @@ constexpr long kMemoryGoalKiB = 2 << 10;
 constexpr char kPin[] = "12345678";
 constexpr char kSelf[] = "/proc/self/exe";
 constexpr char kPeerWord[] = "--peer";
-
-struct Measured {
-    double milliseconds = -1;
-    double processorMs = 0;
-    long peakKiB = 0;
-};
-
-double Now() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) * 1000 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
-double Milliseconds(const timeval& time) {
-    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
-}
-
-// Negative milliseconds if it can't be started or fails. What it prints is dropped.
-Measured Run(const std::vector<std::string>& command) {
-    std::vector<char*> arguments;
-    for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    const double start = Now();
-    pid_t process = 0;
-    const bool started =
-        posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), environ) == 0;
-    posix_spawn_file_actions_destroy(&actions);
-    int status = 0;
-    rusage usage{};
-    if (!started || wait4(process, &status, 0, &usage) != process || status != 0) return {};
-    return {Now() - start, Milliseconds(usage.ru_utime) + Milliseconds(usage.ru_stime),
-            usage.ru_maxrss};
-}
-
-// Writes a PDF of one page beside whose objects a stream of `size` bytes stands. Nothing in it
-// repeats, so that no file system makes it smaller.
-class CPdfWriter {
-public:
-    explicit CPdfWriter(const std::string& path) : m_file(path, std::ios::binary) {}
-
-    bool Write(std::size_t size) {
-        m_file << "%PDF-1.7\n";
-        Object("<< /Type /Catalog /Pages 2 0 R >>");
-        Object("<< /Type /Pages /Kids [3 0 R] /Count 1 >>");
-        Object("<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] >>");
-        Begin();
-        m_file << "<< /Length " << size << " >>\nstream\n";
-        Noise(size);
-        m_file << "\nendstream\nendobj\n";
-        Table();
-        return m_file.flush().good();
-    }
-
-private:
-    void Begin() {
-        m_offsets.push_back(m_file.tellp());
-        m_file << m_offsets.size() << " 0 obj\n";
-    }
-
-    void Object(const char* body) {
-        Begin();
-        m_file << body << "\nendobj\n";
-    }
-
-    void Noise(std::size_t size) {
-        unsigned long long state = 1;
-        std::string piece;
-        for (std::size_t left = size; left > 0; left -= piece.size()) {
-            piece.resize(std::min<std::size_t>(left, 64 << 10));
-            for (char& byte : piece) {
-                state = state * 6364136223846793005u + 1442695040888963407u;
-                byte = static_cast<char>(state >> 56);
-            }
-            m_file.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-        }
-    }
-
-    void Table() {
-        const auto start = m_file.tellp();
-        m_file << "xref\n0 " << m_offsets.size() + 1 << "\n0000000000 65535 f \n";
-        for (const auto offset : m_offsets) {
-            char line[32];
-            std::snprintf(line, sizeof line, "%010lld 00000 n \n", static_cast<long long>(offset));
-            m_file << line;
-        }
-        m_file << "trailer\n<< /Size " << m_offsets.size() + 1 << " /Root 1 0 R >>\nstartxref\n"
-               << start << "\n%%EOF\n";
-    }
-
-    std::ofstream m_file;
-    std::vector<std::streamoff> m_offsets;
-};
 
 // One key with its seal, the only one of its prefix.
 struct KeyCase {
@@ -204,8 +105,8 @@ bool Measure(const KeyCase& which) {
     const std::string bigFile = prefix.Path() + "/big.pdf";
     const std::string smallFile = prefix.Path() + "/small.pdf";
     const std::string output = prefix.Path() + "/stamped.pdf";
-    const bool ready = SetUp(prefix, which) && CPdfWriter(bigFile).Write(kBigContent) &&
-                       CPdfWriter(smallFile).Write(kSmallContent);
+    const bool ready = SetUp(prefix, which) && WriteBigPdf(bigFile, kBigContent) &&
+                       WriteBigPdf(smallFile, kSmallContent);
     if (!ready) return false;
     sync();
     CSeries big, small, waiting, leaving;

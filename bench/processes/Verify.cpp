@@ -1,0 +1,62 @@
+// `tesmark verify` of a PDF of 10 MB as a whole process, against pdfsig, which verifies an RSA
+// stamp as well but reads no seal signature. Each starts anew; both judge value and coverage, and
+// tesmark the signer's certificate too.
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "bench/processes/BigPdf.h"
+#include "bench/processes/Process.h"
+#include "support/TemporaryPrefix.h"
+
+namespace {
+
+constexpr int kRounds = 31;
+constexpr std::size_t kContent = 10'000'000;
+constexpr double kGoal = 0.5;
+constexpr char kPin[] = "12345678";
+
+bool Done(const std::vector<std::string>& command) { return Run(command).milliseconds >= 0; }
+
+bool MakeKey(const char* name, const char* algorithm, const char* form) {
+    return Done({TESMARK, "key", "new", "--name", name, "--id", name, "--algorithm", algorithm,
+                 "--pin", kPin}) &&
+           Done({TESMARK, "seal", "new", "--cert", name, "--name", name, "--form", form, "--pin",
+                 kPin});
+}
+
+// Negative if one of the runs failed.
+double MedianOf(const std::vector<std::string>& command) {
+    std::vector<double> times;
+    for (int i = 0; i < kRounds; ++i) {
+        times.push_back(Run(command).milliseconds);
+        if (times.back() < 0) return -1;
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+}  // namespace
+
+int main() {
+    const TemporaryPrefix prefix;
+    prefix.RegisterCertService(SERVICE_FILE);
+    const std::string plain = prefix.Below("plain.pdf");
+    const std::string rsa = prefix.Below("rsa.pdf");
+    const std::string seal = prefix.Below("seal.pdf");
+    const bool ready = WriteBigPdf(plain, kContent) && MakeKey("rsa", "rsa2048", "es") &&
+                       MakeKey("sm2", "sm2", "gb2020") &&
+                       Done({TESMARK, "stamp", plain, rsa, "--cert", "rsa", "--pin", kPin}) &&
+                       Done({TESMARK, "stamp", plain, seal, "--cert", "sm2", "--pin", kPin});
+    if (!ready) return 1;
+    const double ours = MedianOf({TESMARK, "verify", rsa});
+    const double ourSeal = MedianOf({TESMARK, "verify", seal});
+    const double peer = MedianOf({"/usr/bin/pdfsig", "-nocert", rsa});
+    if (ours < 0 || ourSeal < 0 || peer < 0) return 1;
+    const double ratio = ours / peer;
+    std::printf("verify an RSA stamp, 10 MB: %.2f of pdfsig (%.1f ms to %.1f), goal %.2f%s\n",
+                ratio, ours, peer, kGoal, ratio <= kGoal ? "" : ": MISSED");
+    std::printf("verify a seal signature, 10 MB: %.1f ms, no goal: pdfsig reads none\n", ourSeal);
+    return ratio <= kGoal ? 0 : 1;
+}
