@@ -189,6 +189,25 @@ TEST_F(PdfSignaturesTest, AnAnnotationThatIsNoSignatureIsNoPartOfOne) {
     EXPECT_EQ(found.list[0].after.altered, std::vector<int>{3});
 }
 
+TEST_F(PdfSignaturesTest, AnotherCatalogIsAnotherDocumentEvenIfAllObjectsStandAsTheyStood) {
+    std::string pdf = Updated(Stamped(), 70, "<< /Type /Catalog /Pages 2 0 R >>");
+    pdf.replace(pdf.rfind("/Root 1 0 R"), 11, "/Root 70 0 R");
+    // No form of the new catalog: the signature is not even found by a reader. With the old one's
+    // form it is.
+    EXPECT_TRUE(Read(pdf).list.empty());
+    const std::string stamped = Stamped();
+    const auto form = stamped.find("/AcroForm <<", stamped.rfind("\n1 0 obj"));
+    ASSERT_NE(form, std::string::npos);
+    const auto end = stamped.find(">>", form) + 2;
+    std::string other = Updated(
+        stamped, 70, "<< /Type /Catalog /Pages 2 0 R " + stamped.substr(form, end - form) + " >>");
+    other.replace(other.rfind("/Root 1 0 R"), 11, "/Root 70 0 R");
+    const auto found = Read(other);
+    ASSERT_EQ(found.list.size(), 1u);
+    EXPECT_TRUE(found.list[0].after.changed.empty());
+    EXPECT_EQ(found.list[0].after.altered, std::vector<int>{1});
+}
+
 TEST_F(PdfSignaturesTest, AnObjectThatIsWrittenAgainAsItWasIsNotChanged) {
     const std::string pdf = Stamped();
     const auto found =

@@ -76,6 +76,8 @@ Standing StandingOf(const SignatureVerdict& verdict, const PdfSignature& signatu
     if (!verdict.Good()) return Standing::kBad;
     const PdfAddition& after = signature.after;
     if (after.bytes == 0) return Standing::kGood;
+    // A certification may forbid even signatures.
+    if (signature.certifies == 1) return Standing::kChanged;
     const bool answered = std::any_of(all.list.begin(), all.list.end(), [&](const PdfSignature& s) {
         return s.problem == RangeProblem::kNone && s.end == all.fileSize;
     });

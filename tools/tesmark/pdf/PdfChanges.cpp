@@ -156,10 +156,18 @@ public:
             m_addition.removed.push_back(number.getObj());
             m_addition.altered.push_back(number.getObj());
         }
+        CompareCatalogs();
         std::sort(m_addition.altered.begin(), m_addition.altered.end());
     }
 
 private:
+    // Another catalog is another document, though every object stands as it stood.
+    void CompareCatalogs() {
+        const QPDFObjGen before = m_revision.getTrailer().getKey("/Root").getObjGen();
+        if (before == m_base.Trailer().getKey("/Root").getObjGen()) return;
+        m_addition.altered.push_back(before.getObj());
+    }
+
     void Compare(QPDFObjGen number) {
         auto before = m_revision.getObjectByObjGen(number);
         auto now = m_base.Object(number);
