@@ -60,6 +60,14 @@ const char* OfSealLibrary(int code) {
         case kSealMakerRevoked:
         case kSealNotYetValid:
         case kSealExpired: return "seal";
+        case kSealPictureUnusable: return "picture";
+        case kSealTimeStampDamaged:
+        case kSealTimeStampForeign:
+        case kSealTimeStampInvalid:
+        case kSealTimeStampAuthorityUnfit:
+        case kSealTimeStampNotTrusted:
+        case kSealTimeStampAuthorityExpired:
+        case kSealTimeStampRevoked: return "time stamp";
         case kSealFileUnreadable: return "file";
         default: return nullptr;
     }

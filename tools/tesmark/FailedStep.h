@@ -4,6 +4,7 @@
 #include <string>
 
 // "digest", "signature value", "form", "chain", "validity", "revocation", "seal",
-// "signer not in the seal", "time stamp", "file", or "component" for what is none of a signature's
-// own parts: codes of the library, the open certificate service and the open seal library.
+// "signer not in the seal", "picture", "time stamp", "file", or "component" for what is none of a
+// signature's own parts: codes of the library, the open certificate service and the open seal
+// library.
 std::string FailedStepOf(int code);

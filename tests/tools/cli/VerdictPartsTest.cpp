@@ -65,6 +65,8 @@ TEST(FailedStepTest, EachComponentsCodeStandsForAPartOfTheSignature) {
     EXPECT_EQ(FailedStepOf(TESMARK_CRL_FAILED), "revocation");
     EXPECT_EQ(FailedStepOf(kSealSignerNotListed), "signer not in the seal");
     EXPECT_EQ(FailedStepOf(kSealMakerNotTrusted), "seal");
+    EXPECT_EQ(FailedStepOf(kSealPictureUnusable), "picture");
+    EXPECT_EQ(FailedStepOf(kSealTimeStampForeign), "time stamp");
     EXPECT_EQ(FailedStepOf(kServiceTimeStampUntrusted), "time stamp");
     EXPECT_EQ(FailedStepOf(TESMARK_SERVICE_NOT_FOUND), "component");
 }
