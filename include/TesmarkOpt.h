@@ -4,9 +4,10 @@
  * Plain C, one session for the process, to be called from one thread at a time. Texts are in the
  * system's ANSI code page (GBK on Linux) and end with a zero byte; paths are the file system's
  * bytes (on Windows text in the ANSI code page); binary data is a pointer with a 32-bit length.
- * Every function that returns an int gives 0 for success or a code: one of TesmarkResult, or a
- * positive or negative code of the certificate service or the seal library passed through, any
- * value but 0 being a failure. A record of every call stands in the user's Fenmoor.log.
+ * Every function that returns an int, but GetEsealMode, gives 0 for success or a code: one of
+ * TesmarkResult, or a positive or negative code of the certificate service or the seal library
+ * passed through, any value but 0 being a failure. What was done and what failed stands in the
+ * user's Fenmoor.log.
  *
  * Data comes out through a pair of `out` and `outLen`, without a zero byte behind it, in one of
  * five forms:
@@ -22,9 +23,10 @@
  *                     an empty state nothing is touched, and the result is 0.
  *
  * An impossible string operation (a null pointer with a length, a negative length) leaves the
- * library as a C++ exception that carries 0x80070057, 0x80004005 or 0x8007000E. It is one of GCC's:
- * on Windows it ends a host in C or built by Visual C++, so check pointers and lengths first. A
- * failed call of the time-stamp engine leaves in the same way, with the engine's negative status.
+ * library as a C++ exception that carries 0x80070057, 0x80004005 or 0x8007000E; exhausted memory
+ * does too, or as std::bad_alloc. They are GCC's: on Windows they end a host in C or built by
+ * Visual C++, so check pointers and lengths first. A failed call of the time-stamp engine leaves in
+ * the same way, with the engine's negative status.
  *
  * The C heap of this header is the C library's; on Windows that of msvcrt.dll, which a host built
  * by Visual C++ doesn't use by itself: it takes malloc and free from there with GetProcAddress.
@@ -180,10 +182,11 @@ TESMARK_EXPORT int ParseCertFieldData(const unsigned char* cert, int certLen, in
 TESMARK_EXPORT int P1SignData(const unsigned char* data, int dataLen, unsigned char* out,
                               int* outLen);
 
-/* Mode 0: a detached PKCS#7, with a time stamp if the setting bSignWithTimeStamp is on (then
- * TESMARK_TIME_STAMP_FAILED, and every call, a query too, asks the authority). Modes 1 and 2: a
- * seal signature, for which `property` is handed to the seal library. Any other mode: 0 with
- * nothing touched. Form 3. A failure ends the selection. */
+/* Mode 0: a detached PKCS#7, with a time stamp if the setting bSignWithTimeStamp is on. Then every
+ * call, a query too, asks the authority; TESMARK_TIME_STAMP_FAILED is also what a buffer gets that
+ * is too small. Modes 1 and 2: a seal signature, for which `property` is handed to the seal
+ * library. Any other mode: 0 with nothing touched. Form 3. A failure ends the selection, but an
+ * exception of the time-stamp engine leaves it. */
 TESMARK_EXPORT int P7SignData(const unsigned char* data, int dataLen, const unsigned char* property,
                               int propertyLen, unsigned char* out, int* outLen);
 
@@ -216,12 +219,15 @@ TESMARK_EXPORT int P1VerifySignData(const unsigned char* cert, int certLen,
 
 /* A detached PKCS#7 or a seal signature over data: the certificate service is asked first, and what
  * it refuses goes to the seal library, with the signer's revocation list ahead of it.
- * TESMARK_CRL_FAILED, TESMARK_CRL_NOT_ACCEPTED, the seal library's result. */
+ * TESMARK_CRL_FAILED, TESMARK_CRL_NOT_ACCEPTED, TESMARK_NO_MEMORY, the seal library's result, also
+ * where it can't tell the signer. */
 TESMARK_EXPORT int P7VerifyData(const unsigned char* data, int dataLen,
                                 const unsigned char* signature, int signatureLen);
 
 /* The same for a file of any size, by its path and without a revocation list.
- * TESMARK_SIGNED_MESSAGE_FAILED: no PKCS#7, and not accepted by the seal library.
+ * TESMARK_SIGNED_MESSAGE_FAILED: no PKCS#7, and not accepted by the seal library; or one whose
+ * signer can't be had. TESMARK_CERT_FIELD_FAILED, TESMARK_CERT_INFO_NO_MEMORY, the result of the
+ * hash.
  * TESMARK_FILE_NOT_VERIFIED: accepted by neither; so is what P7SignBigFile makes in mode 0 with an
  * RSA key, since it signs SHA-256 and this function checks SHA-1. */
 TESMARK_EXPORT int P7VerifyBigFile(const char* filePath, const unsigned char* signature,
@@ -229,20 +235,21 @@ TESMARK_EXPORT int P7VerifyBigFile(const char* filePath, const unsigned char* si
 
 /* The DER certificate of a signature's signer; `field` must be 2, TESMARK_BAD_ARGUMENT otherwise
  * and for a null `signature`. Form 1 for a PKCS#7, form 2 for a seal signature: give it the size
- * of the query. */
+ * of the query. TESMARK_NO_MEMORY, the seal library's result. */
 TESMARK_EXPORT int ParseP7FieldData(const unsigned char* signature, int signatureLen, int field,
                                     unsigned char* out, int* outLen);
 
 /* Whether a DER certificate is trusted, within its validity and not revoked. With a revocation list
- * a revocation that came after `time`, the moment of the signature, is forgiven; without one
- * `time` isn't read. TESMARK_NOT_TRUSTED, TESMARK_CERT_EXPIRED, TESMARK_CERT_REVOKED,
- * TESMARK_CRL_FAILED, TESMARK_CRL_NOT_ACCEPTED. */
+ * a revocation that came after `time`, the moment of the signature in a form that the seal library
+ * reads, is forgiven; without one `time` isn't read. TESMARK_NOT_TRUSTED, TESMARK_CERT_EXPIRED,
+ * TESMARK_CERT_REVOKED, TESMARK_CRL_FAILED, TESMARK_CRL_NOT_ACCEPTED. */
 TESMARK_EXPORT int VerifySignCert(const unsigned char* cert, int certLen, const char* time);
 
 /* Whether `time` lies within a DER certificate's validity, both ends included:
  * TESMARK_TIME_OUTSIDE_VALIDITY if not. Three forms, all local time: "D:20261121093000+08'00'",
  * a Chinese date with its six units, "2026-11-21 09:30:00". What has no year from 1900 on or a part
- * out of range leaves the library as the exception 0x80004005. */
+ * out of range, a null text too, leaves the library as the exception 0x80004005, and so does a
+ * validity that is no date. TESMARK_CERT_FIELD_FAILED. */
 TESMARK_EXPORT int VerifySignTime(const unsigned char* cert, int certLen, const char* time);
 
 /* --- hash of the original PDF ---------------------------------------------------------------- */

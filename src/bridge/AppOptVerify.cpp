@@ -1,4 +1,3 @@
-#include <cstring>
 #include <string>
 
 #include "TesmarkOpt.h"
@@ -9,6 +8,7 @@
 #include "bridge/TimeText.h"
 #include "bridge/TwoStep.h"
 #include "foundation/Logger.h"
+#include "foundation/StringFailure.h"
 #include "foundation/Text.h"
 #include "platform/closed/SealLibrary.h"
 
@@ -20,6 +20,9 @@ constexpr int kSealLibraryCrl = 3;
 const unsigned char* Bytes(const std::string& text) {
     return reinterpret_cast<const unsigned char*>(text.data());
 }
+
+// A null text is an empty one.
+std::string TimeArgument(const char* time) { return time != nullptr ? time : ""; }
 
 int Length(const std::string& text) { return static_cast<int>(text.size()); }
 
@@ -63,14 +66,13 @@ int HashForSigner(const CAppOpt& appOpt, const CBuffer& signer, const char* file
 
 // Whether a certificate that is revoked now was still good at `time`. A certificate whose serial
 // number can't be read counts as good.
-int CheckRevocationTime(CAppOpt& appOpt, const unsigned char* cert, int certLen, const char* time,
-                        const std::string& crl) {
+int CheckRevocationTime(CAppOpt& appOpt, const unsigned char* cert, int certLen,
+                        const std::string& time, const std::string& crl) {
     if (crl.empty()) return TESMARK_CERT_REVOKED;
     CBuffer serial;
     if (appOpt.GetCertificateInfoEx(cert, certLen, kSerialField, serial) != 0) return 0;
     const int result = TVK_Check_CRL_Time(Bytes(crl), Length(crl), serial.Data(), serial.Length(),
-                                          reinterpret_cast<const unsigned char*>(time),
-                                          static_cast<int>(std::strlen(time)));
+                                          Bytes(time), Length(time));
     if (result == 0) return 0;
     TESMARK_LOG(kLogError, "[VerifySignCert]call TVK_Check_CRL_Time error:%d", result);
     return TESMARK_CERT_REVOKED;
@@ -104,7 +106,7 @@ int CAppOpt::VerifyPlainDataEx(const unsigned char* signature, int signatureLen,
     if (verifyCrl) {
         if (const int code = GiveCrlToSealLibrary(*this, signature, signatureLen)) return code;
     }
-    const std::string text = Base64EncodeBytes(data, static_cast<unsigned int>(dataLen));
+    const std::string text = Base64EncodeBytes(data, CheckedLength(dataLen));
     if (const int result =
             TVK_Verify_SES_Sign(signature, signatureLen, Bytes(text), Length(text))) {
         TESMARK_LOG(kLogError, "[VerifyPlainData]TVK_Verify_SES_Sign: error:%d", result);
@@ -177,7 +179,7 @@ int CAppOpt::VerifySignCert(const unsigned char* cert, int certLen, const char* 
     if (const int refusal = RefusalOf(verdict)) {
         TESMARK_LOG(kLogError, "[VerifySignCert]call SOF_ValidateCert error:%d", verdict);
         if (refusal != TESMARK_CERT_REVOKED) return refusal;
-        return CheckRevocationTime(*this, cert, certLen, time, crl);
+        return CheckRevocationTime(*this, cert, certLen, TimeArgument(time), crl);
     }
     TESMARK_LOG(kLogTrace, "[VerifySignCert]: %s", "ok");
     return 0;
@@ -186,7 +188,7 @@ int CAppOpt::VerifySignCert(const unsigned char* cert, int certLen, const char* 
 int CAppOpt::VerifySignTime(const unsigned char* cert, int certLen, const char* time) {
     TESMARK_LOG(kLogTrace, "[VerifyTimeStamp]: %s", "begin");
     if (const int code = CheckKVLOKStatus()) return code;
-    const TimeParts parts = ReadTimeText(time);
+    const TimeParts parts = ReadTimeText(TimeArgument(time));
     std::string from;
     std::string to;
     if (const int code = QueryValidity(*this, cert, certLen, from, to)) return code;

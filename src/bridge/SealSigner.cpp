@@ -2,11 +2,12 @@
 
 #include "TesmarkOpt.h"
 #include "bridge/TwoStep.h"
+#include "foundation/StringFailure.h"
 #include "foundation/Text.h"
 #include "platform/closed/SealLibrary.h"
 
 int GetSealSigner(const unsigned char* signature, int signatureLen, std::string& cert) {
-    const std::string text = Base64EncodeBytes(signature, static_cast<unsigned int>(signatureLen));
+    const std::string text = Base64EncodeBytes(signature, CheckedLength(signatureLen));
     CBuffer certText;
     const TwoStepOutcome asked = FetchInTwoSteps(
         [&](unsigned char* out, int* outLen) {
@@ -16,6 +17,8 @@ int GetSealSigner(const unsigned char* signature, int signatureLen, std::string&
         1, certText);
     if (asked.noMemory) return TESMARK_NO_MEMORY;
     if (asked.result != 0) return asked.result;
-    cert = Base64Decode(certText.View());
+    // Some count the text's zero byte.
+    const std::string_view told = certText.View();
+    cert = Base64Decode(told.substr(0, told.find('\0')));
     return 0;
 }

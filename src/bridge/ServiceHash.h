@@ -1,6 +1,8 @@
 // ServiceHash.h - a hash that the certificate service makes.
 #pragma once
 
+#include <algorithm>
+
 #include "bridge/AppOpt.h"
 
 // The service's numbers of hashes.
@@ -28,9 +30,12 @@ struct ServiceHash {
 };
 
 // Fills `hash` from the file at `filePath`, which the service reads. A certificate (DER) gives SM3
-// its public key. The service's result.
+// its public key. The service's result; a length that the hash can't have is cut to what it can.
 inline int HashFileInto(const CAppOpt& appOpt, ServiceHash& hash, const char* filePath,
                         const unsigned char* cert, int certLen) {
-    return appOpt.kvl->SOF_HashFile(appOpt.context, hash.number, filePath, cert, certLen,
-                                    hash.userId, hash.userIdLen, hash.value, &hash.length);
+    const int result =
+        appOpt.kvl->SOF_HashFile(appOpt.context, hash.number, filePath, cert, certLen, hash.userId,
+                                 hash.userIdLen, hash.value, &hash.length);
+    hash.length = std::clamp(hash.length, 0, kHashCapacity);
+    return result;
 }

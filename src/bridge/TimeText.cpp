@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "foundation/StringFailure.h"
+#include "platform/Clock.h"
 
 namespace {
 
@@ -53,5 +54,5 @@ std::time_t CalendarTime(const TimeParts& parts) {
     local.tm_min = parts.minute;
     local.tm_sec = parts.second;
     local.tm_isdst = -1;
-    return std::mktime(&local);
+    return platform::TimeFromLocal(local);
 }

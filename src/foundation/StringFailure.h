@@ -16,3 +16,9 @@ public:
 private:
     std::uint32_t m_value;
 };
+
+// A length as the host gave it. Throws kInvalidArgument for a negative one.
+inline unsigned int CheckedLength(int length) {
+    if (length < 0) throw StringFailure(StringFailure::kInvalidArgument);
+    return static_cast<unsigned int>(length);
+}

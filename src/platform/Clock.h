@@ -12,5 +12,8 @@ int CurrentThreadId();
 // Broken-down time, local and of Greenwich, without the shared buffer of the C library.
 std::tm LocalTime(std::time_t time);
 std::tm UtcTime(std::time_t time);
+// mktime for any year from 1900 on: parts that are out of range run over into the next, and
+// tm_isdst is as there.
+std::time_t TimeFromLocal(std::tm local);
 
 }  // namespace platform

@@ -56,4 +56,18 @@ TEST(ClockTest, UtcFollowsNoTimeZone) {
     EXPECT_EQ(utc.tm_yday, 1);
 }
 
+TEST(ClockTest, ALocalTimeIsTurnedBackInAnyYear) {
+    const SavedVariable zone("TZ");
+    SetVariable("TZ", "CST-8");
+    tzset();
+    for (const std::time_t time :
+         {std::time_t{-2'208'988'800}, std::time_t{-315'619'200}, std::time_t{-1}, std::time_t{0},
+          std::time_t{86400}, std::time_t{1'795'253'400}, std::time_t{32'535'216'000},
+          std::time_t{253'402'271'999}}) {
+        std::tm local = platform::LocalTime(time);
+        local.tm_isdst = -1;
+        EXPECT_EQ(platform::TimeFromLocal(local), time);
+    }
+}
+
 }  // namespace

@@ -61,7 +61,7 @@ constexpr auto kLibrary = std::to_array<Meaning>({
      "the certificate service is too old to tell the last login"},
     {TESMARK_NOT_SHORT, kFailed, "the short way does not apply"},
     {TESMARK_CERT_REVOKED, kFailed, "the certificate is revoked"},
-    {TESMARK_CRL_FAILED, kFailed, "the certificate names no usable address of a revocation list"},
+    {TESMARK_CRL_FAILED, kFailed, "the revocation list could not be obtained"},
     {TESMARK_LOGIN_FAILED, kPin, "the login to the key failed"},
 });
 

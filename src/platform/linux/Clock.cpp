@@ -44,4 +44,6 @@ std::tm UtcTime(std::time_t time) {
     return utc;
 }
 
+std::time_t TimeFromLocal(std::tm local) { return std::mktime(&local); }
+
 }  // namespace platform

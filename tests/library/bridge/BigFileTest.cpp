@@ -207,4 +207,13 @@ TEST_F(BigFileTest, AnyOtherModeReturnsZeroAndTouchesNothing) {
     EXPECT_THAT(fakes::Calls(), IsEmpty());
 }
 
+TEST_F(BigFileTest, ALengthThatNoHashHasIsCutToItsRoom) {
+    Select(0);
+    fakes::On("SOF_HashFile").ReportsSize(4000);
+    EXPECT_EQ(Sign(), 0);
+    EXPECT_THAT(fakes::CallTexts("SOF_SignHashMessage"),
+                ElementsAre("SOF_SignHashMessage(ctx, \"A\", 0, 1, "
+                            "32 \"0123456789ABCDEF0123456789abcdef\", out[400])"));
+}
+
 }  // namespace

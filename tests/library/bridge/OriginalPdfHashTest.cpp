@@ -274,4 +274,13 @@ TEST_F(OriginalPdfHashTest, TheSelectedCertificatePlaysNoPart) {
     EXPECT_EQ(length, 1);
 }
 
+TEST_F(OriginalPdfHashTest, EachMakingStartsTheServiceByItself) {
+    for (const auto& make : {&OriginalPdfHashTest::OfData, &OriginalPdfHashTest::OfFile}) {
+        UnInitKVLLib();
+        fakes::ClearCalls();
+        EXPECT_EQ(make(), 0);
+        EXPECT_EQ(fakes::CalledFunctions()[0], "SOF_Initialize");
+    }
+}
+
 }  // namespace

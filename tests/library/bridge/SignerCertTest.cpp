@@ -157,4 +157,13 @@ TEST_F(SignerCertTest, TheSelectionOutlivesAFailure) {
     EXPECT_EQ(length, 6);
 }
 
+TEST_F(SignerCertTest, ATextWhoseZeroByteIsCountedIsReadToItsEnd) {
+    HoldASealSignature();
+    fakes::On("TVK_Get_Sign_Cert_From_SIG").Gives(std::string("REVSIG9m\r\nIEE=\r\n\0", 17));
+    OutPair out;
+    EXPECT_EQ(Signer(out.buffer, &out.length), 0);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(out.buffer), 8), "DER of A");
+    EXPECT_EQ(out.length, 8);
+}
+
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "foundation/StringFailure.h"
 #include "platform/Clock.h"
+#include "support/Environment.h"
 
 // For messages of a failed test.
 void PrintTo(const TimeParts& parts, std::ostream* out) {
@@ -110,6 +111,14 @@ TEST(TimeTextTest, PartsOutOfRangeAreTheStringFailure) {
 TEST(TimeTextTest, PartsAtTheirLimitsAreNone) {
     EXPECT_EQ(FailureOf({1900, 1, 1, 0, 0, 0}), std::nullopt);
     EXPECT_EQ(FailureOf({2999, 12, 31, 23, 59, 59}), std::nullopt);
+}
+
+TEST(TimeTextTest, ATimeIsLocal) {
+    const SavedVariable zone("TZ");
+    SetVariable("TZ", "CST-8");
+    tzset();
+    EXPECT_EQ(CalendarTime({1970, 1, 2, 8, 0, 0}), 86400);
+    EXPECT_EQ(CalendarTime({9999, 12, 31, 23, 59, 59}), 253'402'271'999);
 }
 
 }  // namespace

@@ -121,6 +121,13 @@ TEST_F(VerifyCertByListTest, ACertificateRevokedAfterTheTimeCountsAsGood) {
     }
 }
 
+TEST_F(VerifyCertByListTest, ANullTimeIsAnEmptyOne) {
+    m_certificate.validity = kRevoked;
+    EXPECT_EQ(VerifySignCert(AsBytes("DER of A"), 8, nullptr), 0);
+    EXPECT_EQ(fakes::CallTexts().back(),
+              "TVK_Check_CRL_Time(6 \"a list\", 11 \"serial of A\", 0 \"\")");
+}
+
 TEST_F(VerifyCertByListTest, ACertificateRevokedBeforeTheTimeIsRefused) {
     m_certificate.validity = kRevoked;
     for (const int result : {99, -1}) {
@@ -196,6 +203,13 @@ TEST_F(VerifyCertByListTest, AnExtensionThatCannotBeReadAtEitherStepEndsTheCheck
     EXPECT_THAT(Errors(),
                 ElementsAre("GetCrlDataFromCert error:111", "GetCrlDataFromCert error:112"));
     EXPECT_THAT(m_server.Requests(), IsEmpty());
+}
+
+TEST_F(VerifyCertTest, StartsTheServiceByItself) {
+    UnInitKVLLib();
+    fakes::ClearCalls();
+    EXPECT_EQ(Verify(), 0);
+    EXPECT_EQ(fakes::CalledFunctions()[0], "SOF_Initialize");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "ExportCalls.h"
 #include "fakes/LibraryTest.h"
+#include "foundation/StringFailure.h"
 
 namespace {
 
@@ -132,6 +133,17 @@ TEST_F(VerifyDataTest, AServiceThatCannotBeStartedIsToldAndNothingIsVerified) {
               TESMARK_SERVICE_NOT_FOUND);
     EXPECT_TRUE(out.Untouched());
     EXPECT_THAT(fakes::Calls(), IsEmpty());
+}
+
+TEST_F(VerifyDataTest, ANegativeLengthThatNobodyAcceptsRaisesTheFailure) {
+    fakes::On("SOF_VerifySignedMessage").Returns(91);
+    try {
+        P7VerifyData(AsBytes("data"), -1, AsBytes("signature"), 9);
+        ADD_FAILURE() << "no failure";
+    } catch (const StringFailure& failure) {
+        EXPECT_EQ(failure.Value(), StringFailure::kInvalidArgument);
+    }
+    EXPECT_EQ(fakes::CountCalls("TVK_Verify_SES_Sign"), 0);
 }
 
 }  // namespace

@@ -163,4 +163,22 @@ TEST_F(VerifyFileTest, TheSelectionOutlivesARefusal) {
     EXPECT_EQ(length, 6);
 }
 
+TEST_F(VerifyFileTest, ALengthThatNoHashHasIsCutToItsRoom) {
+    for (const auto& [told, passed] : {std::pair{4000, "32 \"" + std::string(kHash) + "\""},
+                                       std::pair{-5, std::string("0 \"\"")}}) {
+        fakes::ClearCalls();
+        fakes::On("SOF_HashFile").ReportsSize(told);
+        EXPECT_EQ(Verify(), 0);
+        EXPECT_EQ(fakes::CallTexts().back(),
+                  "SOF_VerifySignedHashMessage(ctx, 9 \"signature\", " + passed + ")");
+    }
+}
+
+TEST_F(VerifyFileTest, StartsTheServiceByItself) {
+    UnInitKVLLib();
+    fakes::ClearCalls();
+    EXPECT_EQ(Verify(), 0);
+    EXPECT_EQ(fakes::CalledFunctions()[0], "SOF_Initialize");
+}
+
 }  // namespace

@@ -128,4 +128,30 @@ TEST_F(VerifyTimeTest, TheSelectionOutlivesARefusal) {
     EXPECT_EQ(length, 1);
 }
 
+TEST_F(VerifyTimeTest, ANullTextIsAnEmptyOne) {
+    try {
+        VerifySignTime(AsBytes("DER of A"), 8, nullptr);
+        ADD_FAILURE() << "no failure";
+    } catch (const StringFailure& failure) {
+        EXPECT_EQ(failure.Value(), StringFailure::kGeneral);
+    }
+}
+
+TEST_F(VerifyTimeTest, AValidityUntilTheEndOfTheCalendarHolds) {
+    m_certificate.notAfter = "99991231235959";
+    EXPECT_EQ(Verify("2026-11-21 09:30:00"), 0);
+    EXPECT_EQ(Verify("9999-12-31 23:59:59"), 0);
+    EXPECT_EQ(Verify("1969-12-31 23:59:59"), TESMARK_TIME_OUTSIDE_VALIDITY);
+    m_certificate.notBefore = "19600101000000";
+    EXPECT_EQ(Verify("1960-01-01 00:00:00"), 0);
+    EXPECT_EQ(Verify("1959-12-31 23:59:59"), TESMARK_TIME_OUTSIDE_VALIDITY);
+}
+
+TEST_F(VerifyTimeTest, StartsTheServiceByItself) {
+    UnInitKVLLib();
+    fakes::ClearCalls();
+    EXPECT_EQ(Verify("2025-11-21 09:30:00"), 0);
+    EXPECT_EQ(fakes::CalledFunctions()[0], "SOF_Initialize");
+}
+
 }  // namespace
