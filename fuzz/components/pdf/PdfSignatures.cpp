@@ -9,6 +9,7 @@
 #include <string>
 
 #include "fuzz/driver/Require.h"
+#include "pdf/DocumentBytes.h"
 #include "pdf/PdfSignatures.h"
 
 namespace {
@@ -37,8 +38,9 @@ void CheckSound(const std::string& path, const std::string& input, const PdfSign
     REQUIRE(!signature.contents.empty());
     REQUIRE(signature.after.bytes == input.size() - signature.end);
     REQUIRE(signature.after.compared || signature.after.altered.empty());
-    std::string bytes;
-    REQUIRE(ReadSignedBytes(path, signature, bytes));
+    CDocumentBytes document(path, input.size());
+    std::string_view bytes;
+    REQUIRE(document.Signed(signature, bytes));
     REQUIRE(bytes == input.substr(0, signature.gapStart) +
                          input.substr(signature.gapEnd, signature.end - signature.gapEnd));
 }

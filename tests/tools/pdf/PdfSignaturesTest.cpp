@@ -1,6 +1,7 @@
 // Which signatures stand in a PDF and what of it each covers; hostile files too.
 #include "pdf/PdfSignatures.h"
 
+#include "pdf/DocumentBytes.h"
 #include "tools/PdfsigSigner.h"
 #include "tools/pdf/PdfFixture.h"
 
@@ -110,8 +111,9 @@ TEST_F(PdfSignaturesTest, TheSignedBytesAreAllButTheValueAndItsBrackets) {
     const PdfSignature& signature = found.list.front();
     EXPECT_EQ(pdf[signature.gapStart], '<');
     EXPECT_EQ(pdf[signature.gapEnd - 1], '>');
-    std::string bytes;
-    ASSERT_TRUE(ReadSignedBytes(Path("read.pdf"), signature, bytes));
+    CDocumentBytes document(Path("read.pdf"), pdf.size());
+    std::string_view bytes;
+    ASSERT_TRUE(document.Signed(signature, bytes));
     EXPECT_TRUE(bytes == pdf.substr(0, signature.gapStart) + pdf.substr(signature.gapEnd));
     // The DER alone, which openssl takes with the bytes.
     WriteFile(Path("signature"), signature.contents);
@@ -128,8 +130,9 @@ TEST_F(PdfSignaturesTest, AFileThatBecameShorterGivesNoBytes) {
     const std::string pdf = Stamped();
     const auto found = Read(pdf);
     WriteFile(Path("read.pdf"), pdf.substr(0, pdf.size() - 1));
-    std::string bytes;
-    EXPECT_FALSE(ReadSignedBytes(Path("read.pdf"), found.list.at(0), bytes));
+    CDocumentBytes document(Path("read.pdf"), pdf.size());
+    std::string_view bytes;
+    EXPECT_FALSE(document.Signed(found.list.at(0), bytes));
 }
 
 TEST_F(PdfSignaturesTest, ASecondStampIsAllThatWasAddedBehindTheFirst) {

@@ -14,6 +14,7 @@
 #include "TerminalText.h"
 #include "commands/VerdictOutput.h"
 #include "components/certservice/ServiceCodes.h"
+#include "pdf/DocumentBytes.h"
 #include "pdf/PdfSignatures.h"
 #include "platform/Files.h"
 
@@ -49,7 +50,7 @@ std::string AsClause(std::string sentence) {
     return sentence;
 }
 
-SignatureVerdict Judge(const std::string& path, const PdfSignature& signature) {
+SignatureVerdict Judge(CDocumentBytes& document, const PdfSignature& signature) {
     if (signature.problem != RangeProblem::kNone) {
         return Refused("coverage", 0, AsClause(RangeProblemText(signature.problem)));
     }
@@ -62,8 +63,8 @@ SignatureVerdict Judge(const std::string& path, const PdfSignature& signature) {
         return Refused("component", kServiceNotSupported,
                        "it covers more than " + SizeText(kLargestInMemory));
     }
-    std::string bytes;
-    if (!ReadSignedBytes(path, signature, bytes)) {
+    std::string_view bytes;
+    if (!document.Signed(signature, bytes)) {
         throw Failure{ExitCode::kFile, "The document was changed while it was read."};
     }
     const auto time = ReadPdfTime(signature.time);
@@ -162,9 +163,9 @@ PdfSignatures ReadSignatures(const std::string& path) {
     return signatures;
 }
 
-Standing AddSignature(const std::string& path, const PdfSignatures& all,
+Standing AddSignature(CDocumentBytes& document, const PdfSignatures& all,
                       const PdfSignature& signature, CPictureSaver& saver, Report& report) {
-    const SignatureVerdict verdict = Judge(path, signature);
+    const SignatureVerdict verdict = Judge(document, signature);
     const Standing standing = StandingOf(verdict, signature, all);
     Json::Value json = PdfSignatureJson(signature, all.fileSize);
     const Json::Value judged = VerdictJson(verdict);
@@ -189,6 +190,7 @@ Report Unsigned(Report report) {
 
 Report VerifyPdf(const Options& options) {
     const std::string path = platform::PathFromUtf8(options.input);
+    CDocumentBytes document(path, kLargestInMemory);
     const PdfSignatures all = ReadSignatures(path);
     Report report;
     report.json["file"] = options.input;
@@ -201,7 +203,7 @@ Report VerifyPdf(const Options& options) {
     CPictureSaver saver(options.picture);
     Standing worst = Standing::kGood;
     for (const PdfSignature& signature : all.list) {
-        worst = std::max(worst, AddSignature(path, all, signature, saver, report));
+        worst = std::max(worst, AddSignature(document, all, signature, saver, report));
     }
     saver.CheckSaved();
     report.json["verdict"] = StandingText(worst);

@@ -195,12 +195,3 @@ StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
         return StampError::kDamaged;
     }
 }
-
-bool ReadSignedBytes(const std::string& path, const PdfSignature& signature, std::string& bytes) {
-    std::ifstream file(path, std::ios::binary);
-    const auto tail = signature.end - signature.gapEnd;
-    bytes.resize(static_cast<std::size_t>(signature.gapStart + tail));
-    if (!file.read(bytes.data(), static_cast<std::streamsize>(signature.gapStart))) return false;
-    file.seekg(static_cast<std::streamoff>(signature.gapEnd));
-    return file.read(bytes.data() + signature.gapStart, static_cast<std::streamsize>(tail)).good();
-}

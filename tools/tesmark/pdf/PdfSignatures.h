@@ -20,7 +20,3 @@ struct PdfSignatures {
 // multiple of its size; its streams aren't read, unless something was added behind a signature.
 StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
                              std::string& message);
-
-// The bytes that a signature with a sound range signs. False if the file can't be read, or has
-// become shorter.
-bool ReadSignedBytes(const std::string& path, const PdfSignature& signature, std::string& bytes);
