@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "foundation/Text.h"
+#include "platform/Memory.h"
 
 namespace {
 
@@ -12,6 +13,14 @@ constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx
 // Output is made in pieces on the stack and appended: a string can't grow without being filled
 // first, and the piece stays in the cache.
 constexpr std::size_t kPieceGroups = 1024;
+
+// From here on it pays to tell the system what becomes of the memory.
+constexpr std::size_t kLarge = 4 * 1024 * 1024;
+
+void Reserve(std::size_t size, std::string& text) {
+    text.reserve(size);
+    if (size >= kLarge) platform::ExpectToBeWritten(text.data(), size);
+}
 
 // The first byte in memory is the highest.
 std::uint64_t LoadBytes(const unsigned char* bytes) {
@@ -58,7 +67,7 @@ void AppendLastGroup(const unsigned char* data, std::size_t count, std::string& 
 
 std::string Encode(const unsigned char* data, std::size_t length) {
     std::string text;
-    text.reserve(length / 3 * 4 + (length % 3 != 0 ? 4 : 0));
+    Reserve(length / 3 * 4 + (length % 3 != 0 ? 4 : 0), text);
     char piece[kPieceGroups * 4];
     for (std::size_t left = length / 3; left > 0;) {
         const std::size_t groups = left < kPieceGroups ? left : kPieceGroups;
@@ -135,7 +144,7 @@ char* DecodeGroups(const unsigned char*& text, const unsigned char* end, char* o
 
 // False if the text is one for the strict path; `data` then holds what was decoded before.
 bool DecodeFast(std::string_view input, std::string& data) {
-    data.reserve(input.size() / 4 * 3 + 3);
+    Reserve(input.size() / 4 * 3 + 3, data);
     const auto* text = reinterpret_cast<const unsigned char*>(input.data());
     const auto* const end = text + input.size();
     char piece[kPieceGroups * 3 + 1];

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "platform/Files.h"
+#include "platform/Memory.h"
 
 namespace {
 
@@ -30,6 +31,7 @@ CDocumentBytes::CDocumentBytes(std::string path, std::uint64_t limit) {
     m_size = static_cast<std::size_t>(size);
     // Not filled: the first touch of the memory is the thread's, as it reads.
     m_bytes.reset(new char[m_size]);
+    platform::ExpectToBeWritten(m_bytes.get(), m_size);
     m_reading = std::async(std::launch::async | std::launch::deferred,
                            [this, path = std::move(path)] { Read(path); });
 }
