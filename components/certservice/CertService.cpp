@@ -7,12 +7,12 @@
 #include "components/certservice/FileHash.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/SignatureAlgorithm.h"
-#include "components/certservice/SignedMessage.h"
 #include "components/crypto/Signature.h"
 
 namespace {
 
 constexpr std::size_t kMostDataKept = 64 * 1024;
+constexpr std::size_t kLongestMessageKept = 64 * 1024;
 
 // None if the method isn't for that kind of key.
 std::optional<HashAlgorithm> HashOfMethod(int method, KeyKind kind) {
@@ -147,18 +147,28 @@ int CertService::VerifyData(std::string_view certificate, std::string_view data,
     return kServiceSignatureInvalid;
 }
 
+std::shared_ptr<const SignedMessage> CertService::ReadMessage(std::string_view message) {
+    if (m_message && m_messageBytes == message) return m_message;
+    std::shared_ptr<const SignedMessage> read = SignedMessage::Parse(message);
+    if (read && message.size() <= kLongestMessageKept) {
+        m_messageBytes = message;
+        m_message = read;
+    }
+    return read;
+}
+
 int CertService::VerifyMessage(std::string_view message, std::string_view data) {
-    const auto parsed = SignedMessage::Parse(message);
+    const auto parsed = ReadMessage(message);
     return parsed ? parsed->VerifyData(data) : kServiceMessageDamaged;
 }
 
 int CertService::VerifyMessageDigest(std::string_view message, std::string_view digest) {
-    const auto parsed = SignedMessage::Parse(message);
+    const auto parsed = ReadMessage(message);
     return parsed ? parsed->VerifyDigest(digest) : kServiceMessageDamaged;
 }
 
 int CertService::MessageField(std::string_view message, int field, std::string& value) {
-    const auto parsed = SignedMessage::Parse(message);
+    const auto parsed = ReadMessage(message);
     return parsed ? parsed->Field(field, value) : kServiceMessageDamaged;
 }
 

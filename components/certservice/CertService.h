@@ -11,6 +11,7 @@
 #include "components/certservice/DataOut.h"
 #include "components/certservice/KeyRing.h"
 #include "components/certservice/RevocationList.h"
+#include "components/certservice/SignedMessage.h"
 #include "components/certservice/TrustStore.h"
 
 // SOF_SetSignMethod's numbers. With kMethodByKey SM2 keys sign SM3 and RSA keys SHA-256.
@@ -101,6 +102,9 @@ private:
         ToSign toSign;
     };
 
+    // The message read; null if it is none. Several calls ask about the same one, so a message that
+    // isn't long is kept.
+    std::shared_ptr<const SignedMessage> ReadMessage(std::string_view message);
     int FillDigest(std::string_view data, ToSign& toSign);
     int FindCertificate(const std::string& certId, ToSign& toSign);
     int HashPrefix(int algorithm, std::string_view certificate, std::string_view userId,
@@ -111,5 +115,7 @@ private:
     CertificateCache m_certificates;
     std::unique_ptr<RevocationList> m_revocationList;
     Prepared m_prepared;
+    std::string m_messageBytes;
+    std::shared_ptr<const SignedMessage> m_message;  // what those bytes are
     int m_method = kMethodByKey;
 };

@@ -1,7 +1,6 @@
 #include "components/certservice/CertService.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/SignatureAlgorithm.h"
-#include "components/certservice/SignedMessage.h"
 #include "components/certservice/StampMessage.h"
 #include "components/certservice/TimeStampRequest.h"
 #include "components/certservice/TimeStampToken.h"
@@ -17,8 +16,7 @@ struct Stamped {
     std::string value;
 };
 
-int ReadStamped(std::string_view bytes, Stamped& stamped) {
-    const auto message = SignedMessage::Parse(bytes);
+int ReadStamped(const std::shared_ptr<const SignedMessage>& message, Stamped& stamped) {
     if (!message) return kServiceMessageDamaged;
     const auto tokens = message->UnsignedAttribute(NID_id_smime_aa_timeStampToken);
     if (tokens.empty()) return kServiceTimeStampMissing;
@@ -62,7 +60,7 @@ int CertService::AddTimeStamp(std::string_view response, std::string_view signed
     const bool isMessage = signedData.size() >= kShortestMessage;
     std::string value(signedData);
     if (isMessage) {
-        const auto message = SignedMessage::Parse(signedData);
+        const auto message = ReadMessage(signedData);
         if (!message) return kServiceMessageDamaged;
         message->Field(kSignatureValue, value);
     }
@@ -78,7 +76,7 @@ int CertService::AddTimeStamp(std::string_view response, std::string_view signed
 
 int CertService::VerifyTimeStamp(std::string_view message, std::time_t now) {
     Stamped stamped;
-    if (const int code = ReadStamped(message, stamped)) return code;
+    if (const int code = ReadStamped(ReadMessage(message), stamped)) return code;
     if (const int code = CheckStamp(*stamped.token, stamped.value)) return code;
     return CodeOf(m_process->trust.ValidateStamper(
         stamped.token->Certificate(), stamped.token->Certificates(), m_revocationList.get(),
@@ -87,6 +85,6 @@ int CertService::VerifyTimeStamp(std::string_view message, std::time_t now) {
 
 int CertService::TimeStampField(std::string_view message, int field, std::string& value) {
     Stamped stamped;
-    if (const int code = ReadStamped(message, stamped)) return code;
+    if (const int code = ReadStamped(ReadMessage(message), stamped)) return code;
     return stamped.token->Field(field, value);
 }

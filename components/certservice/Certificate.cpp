@@ -3,10 +3,15 @@
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
 
+#include <algorithm>
+
 #include "components/crypto/Signature.h"
 #include "components/crypto/Sm3.h"
 
 namespace {
+
+// Far above any certificate; it may come with whatever stands behind it.
+constexpr std::size_t kLong = 64 * 1024;
 
 // OpenSSL checks an SM2 signature with the empty id unless told otherwise, and can't check any
 // other signature with an id.
@@ -83,24 +88,36 @@ std::string CommonNameOf(const X509* certificate) {
     return text;
 }
 
+CertificateCache::Entry* CertificateCache::Find(std::string_view der) {
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [der](const Entry& entry) { return entry.der == der; });
+    if (found != m_entries.end()) {
+        std::rotate(m_entries.begin(), found, found + 1);
+        return &m_entries.front();
+    }
+    CertificateHandle certificate = ParseCertificate(der);
+    if (!certificate) return nullptr;
+    if (der.size() > kLong) m_entries.clear();
+    if (m_entries.size() == kMost) m_entries.pop_back();
+    m_entries.insert(m_entries.begin(), Entry{std::string(der), std::move(certificate), ""});
+    return &m_entries.front();
+}
+
 X509* CertificateCache::Parse(std::string_view der) {
-    if (m_certificate && m_der == der) return m_certificate.get();
-    m_certificate = ParseCertificate(der);
-    m_der = m_certificate ? std::string(der) : std::string();
-    m_za.clear();
-    return m_certificate.get();
+    const Entry* entry = Find(der);
+    return entry ? entry->certificate.get() : nullptr;
 }
 
 std::string CertificateCache::DigestFor(std::string_view der, HashAlgorithm hash,
                                         std::string_view data) {
-    const X509* certificate = Parse(der);
-    if (!certificate) return {};
-    const EVP_PKEY* key = X509_get0_pubkey(certificate);
+    Entry* entry = Find(der);
+    if (!entry) return {};
+    const EVP_PKEY* key = X509_get0_pubkey(entry->certificate.get());
     if (::KindOfKey(key) != KeyKind::kSm2) return DigestForKey(key, hash, data);
-    if (m_za.empty()) m_za = Sm2Za(key);
-    if (m_za.empty() || hash != HashAlgorithm::kSm3) return {};
+    if (entry->za.empty()) entry->za = Sm2Za(key);
+    if (entry->za.empty() || hash != HashAlgorithm::kSm3) return {};
     Sm3 sum;
-    sum.Update(m_za);
+    sum.Update(entry->za);
     sum.Update(data);
     return sum.Finish();
 }

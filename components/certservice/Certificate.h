@@ -24,18 +24,29 @@ std::string SerialOf(const X509* certificate);  // hexadecimal, capital letters,
 // The last common name of the subject in UTF-8; empty if there is none.
 std::string CommonNameOf(const X509* certificate);
 
-// Remembers the certificate that was parsed last, as one signature asks about the same one six
-// times.
+// Remembers the certificates that were parsed last: one signature asks about the same one six
+// times, and the verification of a seal about its signer and its maker in turn. Nothing is
+// remembered but what stands in them.
 class CertificateCache {
 public:
-    // As ParseCertificate. Belongs to the cache, and stays until the next call with another one.
+    static constexpr std::size_t kMost = 8;
+
+    // As ParseCertificate. Belongs to the cache, and stays until it is the one that was asked for
+    // longest ago of more than kMost.
     X509* Parse(std::string_view der);
     // DigestForKey with the key of a certificate, whose ZA is remembered with it; empty on failure
     // and for bytes that are no certificate.
     std::string DigestFor(std::string_view der, HashAlgorithm hash, std::string_view data);
 
 private:
-    std::string m_der;
-    CertificateHandle m_certificate;
-    std::string m_za;
+    struct Entry {
+        std::string der;
+        CertificateHandle certificate;
+        std::string za;
+    };
+
+    // Null if it is none.
+    Entry* Find(std::string_view der);
+
+    std::vector<Entry> m_entries;  // the latest first
 };

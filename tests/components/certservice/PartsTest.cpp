@@ -1,3 +1,4 @@
+#include "components/certservice/Certificate.h"
 #include "components/certservice/DataOut.h"
 #include "components/certservice/KeyImport.h"
 #include "components/certservice/KeyRing.h"
@@ -346,6 +347,72 @@ TEST_F(PlacesTest, ASettingIsTakenAsItStandsButForItsLastSeparator) {
     SetServicePath("KeyFolder", "");
     EXPECT_EQ(TrustFolderPath(), "/srv/trust");
     EXPECT_EQ(KeyFolderPath(), standard) << "an empty one counts as absent";
+}
+
+class CertificateCacheTest : public ServiceTest {
+protected:
+    std::string Make(const std::string& serial, KeyKind kind = KeyKind::kSm2) {
+        CertificateRequest request;
+        request.commonName = "Cached";
+        request.serial = serial;
+        return MakeCertificate(kind, request);
+    }
+    std::string SerialIn(std::string_view der) {
+        const X509* certificate = m_cache.Parse(der);
+        return certificate ? SerialOf(certificate) : "none";
+    }
+
+    CertificateCache m_cache;
+};
+
+TEST_F(CertificateCacheTest, OneOfSeveralIsReadOnceAndTellsItsOwn) {
+    const std::string first = Make("11");
+    const std::string second = Make("22");
+    const X509* const object = m_cache.Parse(first);
+    EXPECT_EQ(SerialIn(first), "11");
+    EXPECT_EQ(SerialIn(second), "22");
+    EXPECT_EQ(m_cache.Parse(first), object);
+    EXPECT_EQ(SerialIn("no certificate"), "none");
+    EXPECT_EQ(SerialIn(""), "none");
+    EXPECT_EQ(SerialIn(first + "x"), "11");
+}
+
+TEST_F(CertificateCacheTest, TheOneAskedForLongestAgoGivesWay) {
+    std::vector<std::string> ders;
+    for (std::size_t i = 0; i <= CertificateCache::kMost; ++i) {
+        ders.push_back(Make(std::to_string(10 + i)));
+    }
+    const std::vector<std::string> all(ders.begin(), ders.end() - 1);
+    for (const std::string& der : all) m_cache.Parse(der);
+    const X509* const first = m_cache.Parse(ders[0]);
+    EXPECT_EQ(SerialIn(ders.back()), std::to_string(10 + CertificateCache::kMost));
+    EXPECT_EQ(m_cache.Parse(ders[0]), first);
+    for (std::size_t i = 0; i < ders.size(); ++i) {
+        EXPECT_EQ(SerialIn(ders[i]), std::to_string(10 + i));
+    }
+}
+
+TEST_F(CertificateCacheTest, EachDigestIsThatOfItsOwnKey) {
+    const std::string ders[] = {Make("11"), Make("22"), Make("33", KeyKind::kRsa)};
+    for (int i = 0; i < 2; ++i) {
+        for (const std::string& der : ders) {
+            const CertificateHandle parsed = ParseCertificate(der);
+            const bool rsa = der == ders[2];
+            const HashAlgorithm hash = rsa ? HashAlgorithm::kSha256 : HashAlgorithm::kSm3;
+            EXPECT_EQ(m_cache.DigestFor(der, hash, "data"),
+                      DigestForKey(X509_get0_pubkey(parsed.get()), hash, "data"));
+        }
+    }
+    EXPECT_EQ(m_cache.DigestFor("no certificate", HashAlgorithm::kSm3, "data"), "");
+}
+
+TEST_F(CertificateCacheTest, ALongOneTakesThePlaceOfTheOthers) {
+    const std::string plain = Make("11");
+    const std::string longOne = Make("22") + std::string(1 << 20, 'x');
+    EXPECT_EQ(SerialIn(plain), "11");
+    EXPECT_EQ(SerialIn(longOne), "22");
+    EXPECT_EQ(SerialIn(plain), "11");
+    EXPECT_EQ(SerialIn(longOne), "22");
 }
 
 }  // namespace

@@ -420,4 +420,24 @@ TEST_F(ForeignMessageTest, EverySignerHasToBeGood) {
     EXPECT_EQ(VerifyMessage(context, changed, "data"), kServiceSignatureInvalid);
 }
 
+TEST_F(SignTest, EachOfTwoMessagesInTurnIsJudgedByItself) {
+    void* context = Open();
+    const std::string rsa = LoggedIn(context, KeyKind::kRsa);
+    const std::string sm2 = LoggedIn(context, KeyKind::kSm2);
+    const std::string first = SignMessage(context, rsa, "first").data;
+    const std::string second = SignMessage(context, sm2, "second").data;
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(VerifyMessage(context, first, "first"), 0);
+        EXPECT_EQ(VerifyMessage(context, first, "second"), kServiceDigestMismatch);
+        EXPECT_EQ(Info(context, first, 2), Export(context, rsa));
+        EXPECT_EQ(VerifyMessage(context, second, "second"), 0);
+        EXPECT_EQ(Info(context, second, 2), Export(context, sm2));
+        EXPECT_EQ(VerifyMessage(context, "no message", "first"), kServiceMessageDamaged);
+    }
+    std::string damaged = first;
+    damaged.back() = static_cast<char>(damaged.back() ^ 1);
+    EXPECT_EQ(VerifyMessage(context, damaged, "first"), kServiceSignatureInvalid);
+    EXPECT_EQ(VerifyMessage(context, first, "first"), 0);
+}
+
 }  // namespace

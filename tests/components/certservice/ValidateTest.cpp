@@ -75,6 +75,19 @@ TEST_F(ValidateTest, TheTrustFolderIsReadAgainWhenItChanges) {
     EXPECT_EQ(Validate(m_context, certificate), 0);
 }
 
+TEST_F(ValidateTest, OfSeveralCertificatesInTurnEachIsJudgedAnew) {
+    const std::string sm2 = MakeCertificate(KeyKind::kSm2, Named("11"));
+    const std::string rsa = MakeCertificate(KeyKind::kRsa, Named("22"));
+    const auto both = [&] { return std::pair(Validate(m_context, sm2), Validate(m_context, rsa)); };
+    EXPECT_EQ(both(), std::pair(0, 0));
+    ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kRsa), "22")), 0);
+    EXPECT_EQ(both(), std::pair(0, -3));
+    ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kSm2), "11")), 0);
+    EXPECT_EQ(both(), std::pair(-3, 0));
+    std::filesystem::remove_all(Path("trust"));
+    EXPECT_EQ(both(), std::pair(-1, -1));
+}
+
 TEST_F(ValidateTest, ValidityIsJudgedOnBothSides) {
     for (const KeyKind kind : kKinds) {
         CertificateRequest expired = Named();
