@@ -47,6 +47,17 @@ TEST(TextTest, AFileIsReadWholeWithItsZeroBytes) {
     EXPECT_EQ(ReadFileToString(path), contents);
 }
 
+TEST(TextTest, AFileOfAnySizeIsReadWhole) {
+    const TemporaryPrefix prefix;
+    const std::string path = prefix.Path() + "/file";
+    for (const std::size_t size : {0, 1, 4095, 4096, 4097, 3'000'000}) {
+        std::string contents(size, 'x');
+        if (size > 0) contents.back() = 'e';
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << contents;
+        EXPECT_TRUE(ReadFileToString(path) == contents) << size;
+    }
+}
+
 TEST(TextTest, AFileThatCannotBeOpenedOrReadIsEmpty) {
     const TemporaryPrefix prefix;
     EXPECT_EQ(ReadFileToString(prefix.Path() + "/none"), "");
