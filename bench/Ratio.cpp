@@ -33,7 +33,6 @@ private:
     std::map<std::string, Times> m_medians;
 };
 
-// Both must be in the same unit of time.
 bool PrintRatio(const Ratio& ratio, MedianReporter& reporter) {
     const Times ours = reporter.Median(ratio.ours);
     const Times peer = reporter.Median(ratio.peer);
@@ -42,10 +41,14 @@ bool PrintRatio(const Ratio& ratio, MedianReporter& reporter) {
         return false;
     }
     const double found = ours.wall / peer.wall;
-    const bool reached = found <= ratio.goal;
-    std::printf("%-40s %5.2f of %s (processor time %.2f), goal %.2f%s\n", ratio.title.c_str(),
-                found, ratio.peer.c_str(), ours.processor / peer.processor, ratio.goal,
-                reached ? "" : ": MISSED");
+    const double more = ours.wall - peer.wall;
+    const bool reached = (ratio.more ? more : found) <= ratio.goal;
+    std::printf("%-40s %5.2f of %s (processor time %.2f)", ratio.title.c_str(), found,
+                ratio.peer.c_str(), ours.processor / peer.processor);
+    if (ratio.more) {
+        std::printf(", longer by %.1f (%.1f)", more, ours.processor - peer.processor);
+    }
+    std::printf(", goal %.2f%s\n", ratio.goal, reached ? "" : ": MISSED");
     return reached;
 }
 

@@ -4,13 +4,15 @@
 #include <string>
 #include <vector>
 
-// `ours` and `peer` are names of benchmarks; `goal` is the largest ratio of their times that is
-// good enough.
+// `ours` and `peer` are names of benchmarks in the same unit of time; `goal` is the largest ratio
+// of their times that is good enough. With `more`, it is by how much longer ours may take at most,
+// in that unit, and the ratio is told only.
 struct Ratio {
     std::string title;
     std::string ours;
     std::string peer;
     double goal;
+    bool more = false;
 };
 
 // Runs all benchmarks of the program `repetitions` times in mixed order (options of Google
