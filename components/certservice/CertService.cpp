@@ -149,7 +149,7 @@ int CertService::VerifyData(std::string_view certificate, std::string_view data,
 
 std::shared_ptr<const SignedMessage> CertService::ReadMessage(std::string_view message) {
     if (m_message && m_messageBytes == message) return m_message;
-    std::shared_ptr<const SignedMessage> read = SignedMessage::Parse(message);
+    std::shared_ptr<const SignedMessage> read = SignedMessage::Parse(message, &m_certificates);
     if (read && message.size() <= kLongestMessageKept) {
         m_messageBytes = message;
         m_message = read;

@@ -31,8 +31,8 @@ class CertificateCache {
 public:
     static constexpr std::size_t kMost = 8;
 
-    // As ParseCertificate. Belongs to the cache, and stays until it is the one that was asked for
-    // longest ago of more than kMost.
+    // As ParseCertificate. Belongs to the cache, and, without a reference of the caller's, stays
+    // until it is the one that was asked for longest ago of more than kMost.
     X509* Parse(std::string_view der);
     // DigestForKey with the key of a certificate, whose ZA is remembered with it; empty on failure
     // and for bytes that are no certificate.

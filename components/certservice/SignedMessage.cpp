@@ -115,12 +115,20 @@ int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* con
     return VerifyAttributes(signer, key, *hash) ? kServiceOk : kServiceSignatureInvalid;
 }
 
+CertificateHandle ReadCertificate(std::string_view der, CertificateCache* known) {
+    if (!known) return ParseCertificate(der);
+    X509* certificate = known->Parse(der);
+    if (certificate) X509_up_ref(certificate);
+    return CertificateHandle(certificate);
+}
+
 // False if one can't be read. Of another kind than X.509's they are left out.
-bool ReadCertificates(const SignedData& data, std::vector<CertificateHandle>& certificates) {
+bool ReadCertificates(const SignedData& data, CertificateCache* known,
+                      std::vector<CertificateHandle>& certificates) {
     for (int i = 0; i < sk_ASN1_TYPE_num(data.certificates); ++i) {
         const ASN1_TYPE* any = sk_ASN1_TYPE_value(data.certificates, i);
         if (any->type != V_ASN1_SEQUENCE) continue;
-        CertificateHandle certificate = ParseCertificate(BytesOf(any->value.sequence));
+        CertificateHandle certificate = ReadCertificate(BytesOf(any->value.sequence), known);
         if (!certificate) return false;
         certificates.push_back(std::move(certificate));
     }
@@ -205,13 +213,14 @@ SignedMessage::SignedMessage(std::unique_ptr<Content> content) : m_content(std::
 
 SignedMessage::~SignedMessage() = default;
 
-std::unique_ptr<SignedMessage> SignedMessage::Parse(std::string_view message) {
+std::unique_ptr<SignedMessage> SignedMessage::Parse(std::string_view message,
+                                                    CertificateCache* known) {
     if (message.empty() || message.size() > INT_MAX) return nullptr;
     auto content = std::make_unique<Content>();
     const auto* cursor = reinterpret_cast<const unsigned char*>(message.data());
     content->info.reset(d2i_SignedContentInfo(nullptr, &cursor, static_cast<long>(message.size())));
     if (!content->info || !IsMessage(*content->info) || !HasMessageShape(message)) return nullptr;
-    if (!ReadCertificates(content->Data(), content->certificates)) return nullptr;
+    if (!ReadCertificates(content->Data(), known, content->certificates)) return nullptr;
     return std::unique_ptr<SignedMessage>(new SignedMessage(std::move(content)));
 }
 

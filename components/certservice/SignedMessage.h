@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "components/certservice/Certificate.h"
 #include "components/crypto/Algorithm.h"
 #include "components/crypto/Handles.h"
 
@@ -28,8 +29,10 @@ int MakeSignedMessage(X509* certificate, HashAlgorithm hash, std::string_view di
 // without signed attributes, in BER, and with bytes behind it.
 class SignedMessage {
 public:
-    // Null if no message with a signer can be read.
-    static std::unique_ptr<SignedMessage> Parse(std::string_view message);
+    // Null if no message with a signer can be read. Certificates that `known` holds aren't decoded
+    // again, and those that it doesn't are put there.
+    static std::unique_ptr<SignedMessage> Parse(std::string_view message,
+                                                CertificateCache* known = nullptr);
     ~SignedMessage();
 
     // kServiceOk if every signer's signature over `data` is good. The chain of the signer isn't
