@@ -4,6 +4,7 @@
 #include <openssl/x509v3.h>
 
 #include "components/crypto/Signature.h"
+#include "components/crypto/Sm3.h"
 #include "components/seallibrary/SealForm.h"
 #include "components/seallibrary/SealTime.h"
 
@@ -11,8 +12,9 @@ bool CSealCertificate::Read(std::string_view der) {
     const auto* at = reinterpret_cast<const unsigned char*>(der.data());
     const auto* end = at + der.size();
     m_certificate = CertificateHandle(d2i_X509(nullptr, &at, static_cast<long>(der.size())));
-    return m_certificate && at == end && Key() &&
-           TimeOf(X509_get0_notBefore(m_certificate.get()), m_notBefore) &&
+    if (!m_certificate || at != end || !Key()) return false;
+    m_za = Sm2Za(Key());
+    return TimeOf(X509_get0_notBefore(m_certificate.get()), m_notBefore) &&
            TimeOf(X509_get0_notAfter(m_certificate.get()), m_notAfter);
 }
 
@@ -39,8 +41,12 @@ std::string CSealCertificate::SerialNumber() const {
 
 bool CSealCertificate::Verify(const std::string& algorithm, std::string_view data,
                               std::string_view signature) const {
-    return !algorithm.empty() && algorithm == SignatureAlgorithm() &&
-           VerifyData(Key(), Hash(), data, signature);
+    if (algorithm.empty() || algorithm != SignatureAlgorithm()) return false;
+    if (m_za.empty()) return VerifyData(Key(), Hash(), data, signature);
+    Sm3 digest;
+    digest.Update(m_za);
+    digest.Update(data);
+    return VerifyDigest(Key(), HashAlgorithm::kSm3, digest.Finish(), signature);
 }
 
 std::string SerialText(const ASN1_INTEGER* serial) {

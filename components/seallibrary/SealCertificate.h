@@ -39,6 +39,7 @@ public:
 
 private:
     std::shared_ptr<X509> m_certificate;
+    std::string m_za;  // Sm2Za of its key; empty for another kind of key
     std::time_t m_notBefore = 0;
     std::time_t m_notAfter = 0;
 };
