@@ -112,12 +112,14 @@ void SetLimits(Options& options, const TimeStampSettings& settings) {
         .Set(CURLOPT_TIMEOUT_MS, settings.timeoutMs);
 }
 
-std::string FaultOf(CURLcode result, const Arrival& arrival, const char* told) {
+// libcurl doesn't fill its buffer at every failure.
+std::string FaultOf(const platform::CurlLibrary& curl, CURLcode result, const Arrival& arrival,
+                    const char* told) {
     if (arrival.tooLarge) {
         return "the answer has more than " + std::to_string(kLargestResponse) + " bytes";
     }
-    const std::string number = "libcurl error " + std::to_string(result);
-    return *told != '\0' ? std::string(told) + " (" + number + ")" : number;
+    return std::string(*told != '\0' ? told : curl.errorText(result)) + " (libcurl error " +
+           std::to_string(result) + ")";
 }
 
 std::string FaultOf(const Arrival& arrival) {
@@ -141,9 +143,11 @@ std::string Perform(const platform::CurlLibrary& curl, CURL* handle, Options& op
         .Set(CURLOPT_WRITEDATA, &arrival)
         .Set(CURLOPT_HEADERFUNCTION, &TakeHead)
         .Set(CURLOPT_HEADERDATA, &arrival);
-    if (options.Result() != CURLE_OK) return FaultOf(options.Result(), arrival, told);
+    if (options.Result() != CURLE_OK) {
+        return FaultOf(curl, options.Result(), arrival, told);
+    }
     const CURLcode result = curl.perform(handle);
-    return result != CURLE_OK ? FaultOf(result, arrival, told) : FaultOf(arrival);
+    return result != CURLE_OK ? FaultOf(curl, result, arrival, told) : FaultOf(arrival);
 }
 
 }  // namespace
@@ -166,13 +170,4 @@ bool AskAuthority(const TimeStampSettings& settings, const std::string& url,
     fault = Perform(curl, handle.get(), options, request, arrival);
     if (fault.empty()) response = std::move(arrival.body);
     return fault.empty();
-}
-
-std::string ToldAddress(const std::string& url) {
-    const std::size_t scheme = url.find("://");
-    const std::size_t host = scheme == url.npos ? 0 : scheme + 3;
-    const std::size_t end = std::min(url.find_first_of("/?#", host), url.size());
-    const std::size_t user = url.substr(host, end - host).rfind('@');
-    const std::size_t shown = user == url.npos ? host : host + user + 1;
-    return url.substr(0, host) + url.substr(shown, url.find_first_of("?#", shown) - shown);
 }

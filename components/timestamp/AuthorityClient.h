@@ -19,6 +19,3 @@ constexpr long kMostRedirects = 5;
 // what the server said.
 bool AskAuthority(const TimeStampSettings& settings, const std::string& url,
                   std::string_view request, std::string& response, std::string& fault);
-
-// `url` without user, password, query and fragment, as it may be told.
-std::string ToldAddress(const std::string& url);

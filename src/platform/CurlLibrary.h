@@ -12,6 +12,7 @@ struct CurlLibrary {
     CURLcode (*setOption)(CURL*, CURLoption, ...) = nullptr;
     decltype(&::curl_easy_perform) perform = nullptr;
     decltype(&::curl_easy_cleanup) cleanup = nullptr;
+    decltype(&::curl_easy_strerror) errorText = nullptr;
 };
 
 // On Windows libcurl is part of the library; elsewhere the system's is opened by the first call of

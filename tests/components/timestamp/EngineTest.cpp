@@ -107,7 +107,7 @@ TEST_F(EngineTest, ASilentPortAndForeignSchemesAreTold) {
              {LoopbackServer::DeadUrl("/"), "(libcurl error 7)"},
              {"ftp://127.0.0.1/", "(libcurl error 1)"},
              {"file:///etc/passwd", "(libcurl error 1)"},
-             {"http://", "libcurl error 3"}}) {
+             {"http://", " (libcurl error 3)"}}) {
         const EngineOutcome outcome = Ask({url});
         EXPECT_FALSE(outcome.response.has_value());
         ASSERT_EQ(outcome.records.size(), 1u);

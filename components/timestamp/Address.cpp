@@ -1,0 +1,87 @@
+#include "components/timestamp/Address.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view kBetween("; \t\r\n\0", 6);
+constexpr int kLargestPort = 65'535;
+
+// Where user and password and host of an address begin and end.
+struct Authority {
+    std::size_t begin;
+    std::size_t host;  // behind the last "@"
+    std::size_t end;
+};
+
+Authority AuthorityOf(std::string_view url) {
+    const std::size_t scheme = url.find("://");
+    const std::size_t begin = scheme == url.npos ? 0 : scheme + 3;
+    const std::size_t end = std::min(url.find_first_of("/?#", begin), url.size());
+    const std::size_t at = url.substr(begin, end - begin).rfind('@');
+    return {begin, at == url.npos ? begin : begin + at + 1, end};
+}
+
+std::string WithoutPassword(std::string_view url) {
+    const Authority authority = AuthorityOf(url);
+    const std::size_t colon = url.find(':', authority.begin);
+    if (colon >= authority.host) return std::string(url);
+    return std::string(url.substr(0, colon + 1)) + "***" +
+           std::string(url.substr(authority.host - 1));
+}
+
+bool BeginsWith(std::string_view url, std::string_view scheme) {
+    return url.size() >= scheme.size() &&
+           strncasecmp(url.data(), scheme.data(), scheme.size()) == 0;
+}
+
+// libcurl takes a colon without a number for no port.
+bool IsPort(std::string_view digits) {
+    int port = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [read, error] = std::from_chars(digits.data(), end, port);
+    return digits.empty() ||
+           (error == std::errc() && read == end && port > 0 && port <= kLargestPort);
+}
+
+}  // namespace
+
+std::string ToldAddress(const std::string& url) {
+    const Authority authority = AuthorityOf(url);
+    const std::size_t end = std::min(url.find_first_of("?#", authority.host), url.size());
+    return url.substr(0, authority.begin) + url.substr(authority.host, end - authority.host);
+}
+
+std::string WithoutPasswords(const std::string& text) {
+    std::string shown;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t begin = std::min(text.find_first_not_of(kBetween, at), text.size());
+        const std::size_t end = std::min(text.find_first_of(kBetween, begin), text.size());
+        shown += text.substr(at, begin - at) +
+                 WithoutPassword(std::string_view(text).substr(begin, end - begin));
+        at = end;
+    }
+    return shown;
+}
+
+std::string FaultOfAddress(const std::string& url) {
+    if (!BeginsWith(url, "http://") && !BeginsWith(url, "https://")) {
+        return "it begins neither with http:// nor with https://";
+    }
+    const Authority authority = AuthorityOf(url);
+    const std::string_view host =
+        std::string_view(url).substr(authority.host, authority.end - authority.host);
+    // The colons of an address of IPv6 stand in brackets.
+    const std::size_t bracket = host.starts_with('[') ? host.find(']') : 0;
+    if (bracket == host.npos) return "its host has no \"]\"";
+    const std::size_t colon = std::min(host.find(':', bracket), host.size());
+    if (colon == 0) return "it names no host";
+    if (colon < host.size() && !IsPort(host.substr(colon + 1))) {
+        return "its port is none from 1 to 65535";
+    }
+    return {};
+}
