@@ -9,6 +9,7 @@
 #include "Failure.h"
 #include "PathText.h"
 #include "ResultText.h"
+#include "TerminalText.h"
 #include "TwoStep.h"
 #include "include/TesmarkOpt.h"
 #include "platform/Files.h"
@@ -32,6 +33,12 @@ int ComponentCodeIn(const std::string& line, const char* word) {
     if (digits == std::string::npos) return 0;
     const long number = std::strtol(line.c_str() + digits, nullptr, 10);
     return number >= kFirstComponentCode && number <= INT32_MAX ? static_cast<int>(number) : 0;
+}
+
+std::string TimeStampHint(const LogMark& mark) {
+    const std::string fault = mark.TimeStampFault();
+    return (fault.empty() ? "" : "  the time-stamp engine: " + fault + "\n") +
+           "  find out more: tesmark doctor";
 }
 
 int Trimmed(int code, std::string& signature) {
@@ -64,11 +71,15 @@ LogMark::LogMark() : m_size(0) {
     if (log) m_size = static_cast<long long>(log.tellg());
 }
 
-int LogMark::InnerCode() const {
+std::ifstream LogMark::Records() const {
     std::ifstream log(FileAt(LogPath()), std::ios::binary | std::ios::ate);
-    if (!log) return 0;
     // A log that is shorter now was started anew in between.
-    log.seekg(m_size <= static_cast<long long>(log.tellg()) ? m_size : 0);
+    if (log) log.seekg(m_size <= static_cast<long long>(log.tellg()) ? m_size : 0);
+    return log;
+}
+
+int LogMark::InnerCode() const {
+    std::ifstream log = Records();
     int code = 0;
     for (std::string line; std::getline(log, line);) {
         if (const int found = ComponentCodeIn(line, "error")) code = found;
@@ -76,11 +87,27 @@ int LogMark::InnerCode() const {
     return code;
 }
 
+std::string LogMark::TimeStampFault() const {
+    constexpr std::string_view kEngine = "[CreateTS]: ";
+    std::ifstream log = Records();
+    std::string fault;
+    for (std::string line; std::getline(log, line);) {
+        const auto position = line.find(kEngine);
+        // Of the level in front.
+        if (position == std::string::npos || line.rfind("error ", position) == std::string::npos) {
+            continue;
+        }
+        fault = line.substr(position + kEngine.size());
+    }
+    return Printable(Utf8FromGbk(fault));
+}
+
 void CheckResult(int code, const std::string& sentence, const LogMark& mark) {
     if (code == 0) return;
     const int inner = HidesInnerCode(code) ? mark.InnerCode() : 0;
     const int told = inner ? inner : code;
-    throw Failure{ExitCodeFor(told), sentence, told};
+    throw Failure{ExitCodeFor(told), sentence, told,
+                  code == TESMARK_TIME_STAMP_FAILED ? TimeStampHint(mark) : ""};
 }
 
 void LogIn(const std::string& certId, const std::string& pin) {

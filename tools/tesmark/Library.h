@@ -2,6 +2,7 @@
 // are strings.
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 
@@ -24,13 +25,18 @@ public:
     // The last code of a component among the records since then; 0 if there is none. The library
     // puts a code of its own in place of some, and tells theirs in the log alone.
     int InnerCode() const;
+    // What the time-stamp engine told of its last failure since then, in UTF-8; empty if it told of
+    // none.
+    std::string TimeStampFault() const;
 
 private:
+    std::ifstream Records() const;
+
     long long m_size;
 };
 
 // Throws a Failure with `sentence`, unless `code` is 0. Where the code hides another one, that one
-// is told.
+// is told; of a time stamp that failed also what the engine told.
 void CheckResult(int code, const std::string& sentence, const LogMark& mark);
 
 // Opens the key; the certificate is selected then. Throws a Failure that tells a wrong PIN from a

@@ -8,7 +8,9 @@
 #include "Inventory.h"
 #include "Library.h"
 #include "ResultText.h"
+#include "Terminal.h"
 #include "TerminalText.h"
+#include "TimeStampWish.h"
 #include "TwoStep.h"
 #include "drawing/Picture.h"
 #include "foundation/Text.h"
@@ -46,16 +48,24 @@ const CertificateEntry& Wanted(const std::vector<CertificateEntry>& certificates
     throw failure;
 }
 
+// Where time stamps are on, one is asked for to try it. A person who is still to be asked for the
+// PIN needs the terminal.
+int SelectByLibrary(bool keyIsOpen, int& length) {
+    const Progress progress(keyIsOpen && TimeStampsAreOn() ? kWaitingForAuthority : "");
+    return GetSealInfo(nullptr, &length);
+}
+
 // Also opens the key, where a PIN is there: before the library tries it.
 std::string LetLibraryChoose(const SelectionOptions& options, const CertServiceClient& service) {
-    if (const auto pin = GivenPin(options.pin)) {
+    const auto pin = GivenPin(options.pin);
+    if (pin) {
         const auto certificates = ListCertificates(service, WithSeals::kNo);
         LogIn(FindCertificate(certificates, "").certId, *pin);
     }
     const LogMark mark;
     std::string picture;
     int length = 0;
-    const int code = GetSealInfo(nullptr, &length);
+    const int code = SelectByLibrary(pin.has_value(), length);
     if (code == TESMARK_CANCELLED) AskForChoice(service);
     // Says how to come by a key.
     if (code == TESMARK_NO_KEY || code == TESMARK_NO_CERT) FindCertificate({}, "");

@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 #include "Declare.h"
@@ -28,15 +29,30 @@ struct Options {
     SelectionOptions selection;
 };
 
+bool IsByPath(const Options& options, std::uint64_t size) {
+    return !options.timeStamp && (options.big || size > kInMemory);
+}
+
+// Why the library makes no time stamp for it; empty if it does.
+std::string WhyUnstamped(const Options& options, std::uint64_t size) {
+    if (options.raw) return "a bare signature value has no place for one";
+    return IsByPath(options, size) ? "a file that is hashed by its path gets none" : "";
+}
+
+std::string WorkText(const Options& options, std::uint64_t size) {
+    if (WhyUnstamped(options, size).empty() && TimeStampsAreOn()) return kWaitingForAuthority;
+    return size > kLongWork ? "Signing " + SizeText(size) : "";
+}
+
 int Make(const Options& options, std::uint64_t size, std::string& signature) {
-    const Progress progress(size > kLongWork ? "Signing " + SizeText(size) : "");
+    const Progress progress(WorkText(options, size));
     if (options.raw) return MakeRawSignature(ReadWholeFile(options.input, kLargestRaw), signature);
     if (options.timeStamp) {
         // Only data gets one from the library, no file by its path.
         const int code = MakeSignature(ReadWholeFile(options.input, kLargestRaw), "", signature);
         return code || signature.empty() ? code : CheckTimeStamped(signature);
     }
-    if (options.big || size > kInMemory) {
+    if (IsByPath(options, size)) {
         return MakeFileSignature(platform::PathFromUtf8(options.input), "", signature);
     }
     return MakeSignature(ReadWholeFile(options.input, kInMemory), "", signature);
@@ -45,10 +61,12 @@ int Make(const Options& options, std::uint64_t size, std::string& signature) {
 std::string SignatureOf(const Options& options, std::uint64_t size) {
     const LogMark mark;
     std::string signature;
-    CheckResult(Make(options, size, signature), "The signature can't be made.", mark);
+    const int code = Make(options, size, signature);
+    // Whatever failed since: nobody waits for it any more.
     if (InterruptGuard::Interrupted()) {
         throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
     }
+    CheckResult(code, "The signature can't be made.", mark);
     if (signature.empty()) throw Failure{ExitCode::kFailed, "The library made no signature."};
     return signature;
 }
@@ -65,7 +83,12 @@ Report Sign(const Options& options) {
     WriteWholeFile(output, signature);
     ClearSelectKeyID();
     Report report;
-    if (output == "-") return report;
+    const std::string stamp = TellTimeStamp(signature, WhyUnstamped(options, size), report.json);
+    if (output == "-") {
+        // The signature stands alone on standard output.
+        std::fputs(stamp.c_str(), stderr);
+        return {};
+    }
     const char* form = options.raw ? "PKCS#1" : "PKCS#7, detached";
     report.json["output"] = output;
     report.json["form"] = options.raw ? "PKCS#1" : "PKCS#7";
@@ -74,7 +97,8 @@ Report Sign(const Options& options) {
     report.json["algorithm"] = selected.keyType;
     report.json["size"] = static_cast<Json::UInt64>(signature.size());
     report.text = "sign   " + output + "  " + form + ", " + SizeText(signature.size()) + ", by " +
-                  Printable(selected.commonName) + " (" + selected.keyType + ")\n";
+                  Printable(selected.commonName) + " (" + selected.keyType + ")\n" +
+                  (stamp.empty() ? "" : "       " + stamp);
     return report;
 }
 

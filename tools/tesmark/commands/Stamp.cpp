@@ -177,11 +177,13 @@ int Make(const SignedRanges& ranges, const std::string& property, bool timeStamp
                                : MakeFileSignature(ranges.path, property, contents);
 }
 
-StampSigner SignerFor(const StampRequest& request, bool timeStamp) {
-    return [property = Property(request), timeStamp](const SignedRanges& ranges,
-                                                     std::string& contents) {
+// The signer keeps what it has made in `signature`.
+StampSigner SignerFor(const StampRequest& request, bool timeStamp, std::string& signature) {
+    return [property = Property(request), timeStamp, &signature](const SignedRanges& ranges,
+                                                                 std::string& contents) {
         if (InterruptGuard::Interrupted()) return kInterruptedCode;
         const int code = Make(ranges, property, timeStamp, contents);
+        signature = contents;
         if (InterruptGuard::Interrupted()) return kInterruptedCode;
         return code == 0 && contents.empty() ? kNothingSignedCode : code;
     };
@@ -217,11 +219,24 @@ void CheckStamped(const StampResult& result, const LogMark& mark) {
     CheckResult(result.signerCode, "The signature can't be made.", mark);
 }
 
-StampResult StampShown(const Options& options, const StampRequest& request, CInputCopy& copy) {
+// Why the library makes no time stamp for it; empty if it does.
+std::string WhyUnstamped(const Options& options, int mode, const CInputCopy& copy) {
+    if (mode != 0) return "a signature with a seal of a national form carries none";
+    return copy.IsLarge() && !options.timeStamp ? "a file that is hashed by its path gets none"
+                                                : "";
+}
+
+std::string WorkText(const Options& options, const std::string& whyUnstamped) {
+    if (whyUnstamped.empty() && TimeStampsAreOn()) return kWaitingForAuthority;
     const std::uint64_t size = CheckReadable(options.input);
+    return size > kLongWork ? "Stamping " + SizeText(size) : "";
+}
+
+StampResult StampShown(const StampRequest& request, const StampSigner& signer,
+                       const std::string& workText, CInputCopy& copy) {
     const LogMark mark;
-    const Progress progress(size > kLongWork ? "Stamping " + SizeText(size) : "");
-    const StampResult result = StampPdf(request, SignerFor(request, options.timeStamp), copy);
+    const Progress progress(workText);
+    const StampResult result = StampPdf(request, signer, copy);
     CheckStamped(result, mark);
     return result;
 }
@@ -274,9 +289,15 @@ Report Stamp(const Options& options) {
     CheckCanCarryTimeStamp(options, selected);
     const StampRequest request = MakeRequest(options, page, selected);
     if (!guard) guard.emplace();
-    const StampResult result = StampShown(options, request, copy);
+    const std::string whyUnstamped = WhyUnstamped(options, selected.mode, copy);
+    std::string signature;
+    const StampResult result = StampShown(request, SignerFor(request, options.timeStamp, signature),
+                                          WorkText(options, whyUnstamped), copy);
     ClearSelectKeyID();
-    return Describe(options, selected, request, result);
+    Report report = Describe(options, selected, request, result);
+    const std::string stamp = TellTimeStamp(signature, whyUnstamped, report.json);
+    if (!stamp.empty()) report.text += "       " + stamp;
+    return report;
 }
 
 void Bind(CLI::App& command, Options& options) {

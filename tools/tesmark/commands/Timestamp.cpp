@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "SignatureVerdict.h"
 #include "TerminalText.h"
 #include "commands/VerdictOutput.h"
+#include "components/certservice/ServiceCodes.h"
 #include "pdf/PdfSignatures.h"
 #include "platform/Files.h"
 
@@ -56,9 +58,16 @@ const char* StandingText(StampStanding standing) {
     return "bad";
 }
 
+// What is no signature at all isn't one without a time stamp.
+std::optional<VerdictStep> Judge(const std::string& signature, SignatureVerdict& verdict) {
+    if (KindOf(signature) != SignatureKind::kOther) return JudgeTimeStamp(signature, verdict);
+    return VerdictStep{"signature", false, "form", kServiceMessageDamaged,
+                       ResultText(kServiceMessageDamaged)};
+}
+
 StampStanding AddTimeStamp(const Named& named, Report& report) {
     SignatureVerdict verdict;
-    const auto step = JudgeTimeStamp(named.signature, verdict);
+    const auto step = Judge(named.signature, verdict);
     const StampStanding standing = !step        ? StampStanding::kNone
                                    : step->good ? StampStanding::kGood
                                                 : StampStanding::kBad;
