@@ -11,6 +11,7 @@
 #include "PlatformText.h"
 #include "TerminalText.h"
 #include "components/certservice/Places.h"
+#include "components/timestamp/Address.h"
 #include "components/timestamp/TimeStampSettings.h"
 #include "foundation/Registry.h"
 #include "platform/Files.h"
@@ -40,9 +41,9 @@ constexpr auto kSettings = std::to_array<Setting>({
      "1: revocation lists are fetched before a signature and for a verification"},
     {"ReqEsealStatus", kMachine, kSettingsKey, "ReqEsealStatus", kNumber, "0",
      "1: a seal's status is asked for online"},
-    {"sEsealStateUrl", kMachine, kSettingsKey, "sEsealStateUrl", kText, "",
+    {"sEsealStateUrl", kMachine, kSettingsKey, "sEsealStateUrl", kAddress, "",
      "address of the seal status service"},
-    {"sWSURL", kMachine, kSettingsKey, "sWSURL", kText, "",
+    {"sWSURL", kMachine, kSettingsKey, "sWSURL", kAddress, "",
      "address of the online seal service: http://HOST/QelmServlet"},
     {"appid", kMachine, kSettingsKey, "appid", kText, "", "application id for signing by phone"},
     {"KeyFolder", kMachine, kCertServiceSettingsKey, "KeyFolder", kPath, kKeyFolderDefault,
@@ -59,20 +60,20 @@ constexpr auto kSettings = std::to_array<Setting>({
      "the token maker's number of the SM2 signature mechanism"},
     {"Pkcs11Sm2KeyType", kMachine, kCertServiceSettingsKey, "Pkcs11Sm2KeyType", kNumber, "0",
      "the token maker's number of the SM2 key type"},
-    {"TimeStampUrl", kMachine, kTimeStampSettingsKey, "Url", kLongText, "",
+    {"TimeStampUrl", kMachine, kTimeStampSettingsKey, "Url", kLongAddress, "",
      "addresses of time-stamp authorities, with \";\" between them, in the order of their use"},
     {"TimeStampUser", kMachine, kTimeStampSettingsKey, "User", kLongText, "",
      "user name, for an authority that asks for one"},
     {"TimeStampPassword", kMachine, kTimeStampSettingsKey, "Password", kSecret, "",
      "that user's password; it stands in the store as it is"},
-    {"TimeStampProxy", kMachine, kTimeStampSettingsKey, "Proxy", kLongText, "",
+    {"TimeStampProxy", kMachine, kTimeStampSettingsKey, "Proxy", kLongAddress, "",
      "proxy on the way to the authorities; without it that of the environment"},
     {"TimeStampCaFile", kMachine, kTimeStampSettingsKey, "CaFile", kPath, "",
      "certificates (PEM) that authorities' servers are checked with; without it the system's"},
     {"TimeStampConnectTimeout", kMachine, kTimeStampSettingsKey, "ConnectTimeout", kNumber, "10",
-     "seconds until an authority must have been reached"},
+     "seconds until an authority must have been reached", kLongestTimeoutSeconds},
     {"TimeStampTimeout", kMachine, kTimeStampSettingsKey, "Timeout", kNumber, "30",
-     "seconds until an authority must have answered"},
+     "seconds until an authority must have answered", kLongestTimeoutSeconds},
     {"DialogProgram", kMachine, kPlatformKey, "DialogProgram", kPath, "",
      "the program that shows the dialogs"},
     {"CertService", RegistryRoot::ClassesRoot, kServiceClassKey, "", kPath, "",
@@ -128,8 +129,10 @@ Failure Refused(const Setting& setting, const std::string& why) {
     return {ExitCode::kUsage, std::string(setting.name) + " " + why};
 }
 
-bool IsText(const Setting& setting) {
-    return setting.type == kText || setting.type == kLongText || setting.type == kSecret;
+bool IsText(const Setting& setting) { return setting.type != kNumber && setting.type != kPath; }
+
+bool IsAddress(const Setting& setting) {
+    return setting.type == kAddress || setting.type == kLongAddress;
 }
 
 // A class without its threading model would live in the first thread's apartment alone.
@@ -159,10 +162,12 @@ bool Store(const Setting& setting, const std::string& text) {
 
 void CheckValue(const Setting& setting, const std::string& text) {
     unsigned int number = 0;
-    if (setting.type == kNumber && !ParseNumber(text, number)) {
-        throw Refused(setting, "is a number from 0 to 4294967295: \"" + text + "\" is none.");
+    if (setting.type == kNumber && (!ParseNumber(text, number) || number > setting.largest)) {
+        throw Refused(setting, "is a number from 0 to " + std::to_string(setting.largest) + ": \"" +
+                                   text + "\" is none.");
     }
-    if (setting.type == kText && GbkFromArgument(text, setting.name).size() > kLargestText) {
+    if ((setting.type == kText || setting.type == kAddress) &&
+        GbkFromArgument(text, setting.name).size() > kLargestText) {
         throw Refused(setting, "has at most 199 bytes of GBK; a longer text is never read.");
     }
     if (setting.type == kPath && text.empty()) {
@@ -225,6 +230,7 @@ std::optional<std::string> ReadSetting(const Setting& setting) {
 std::optional<std::string> ShownSetting(const Setting& setting) {
     auto value = ReadSetting(setting);
     if (value && setting.type == kSecret) value = "(not shown)";
+    if (value && IsAddress(setting)) value = WithoutPasswords(*value);
     return value;
 }
 

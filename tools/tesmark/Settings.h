@@ -1,6 +1,7 @@
 // Settings.h - the settings that the product and its components read, and their values.
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -8,11 +9,13 @@
 #include "platform/RegistryStore.h"
 
 enum class SettingType {
-    kNumber,    // 32 bits
-    kText,      // at most 199 bytes of GBK
-    kLongText,  // GBK of any length
-    kSecret,    // the same, for nobody to see
-    kPath       // the file system's bytes
+    kNumber,       // 32 bits
+    kText,         // at most 199 bytes of GBK
+    kAddress,      // the same; a password in it is for nobody to see
+    kLongText,     // GBK of any length
+    kLongAddress,  // the same, of one address or several; as kAddress
+    kSecret,       // GBK of any length, for nobody to see
+    kPath          // the file system's bytes
 };
 
 struct Setting {
@@ -21,8 +24,9 @@ struct Setting {
     const char* key;
     const char* value;  // the value's name in the key; "" is the key's own
     SettingType type;
-    const char* absent;   // what holds without it
-    const char* meaning;  // a clause
+    const char* absent;                                               // what holds without it
+    const char* meaning;                                              // a clause
+    unsigned int largest = std::numeric_limits<unsigned int>::max();  // of a number
 };
 
 std::span<const Setting> KnownSettings();
@@ -42,11 +46,12 @@ SettingHolder HolderOf(const Setting& setting);
 // As text (UTF-8; a path as in PathText.h); none if it isn't set or can't be read as its type.
 std::optional<std::string> ReadSetting(const Setting& setting);
 
-// The same as it may be shown: of a secret only that it is set.
+// The same as it may be shown: of a secret only that it is set, an address with "***" in the place
+// of its password.
 std::optional<std::string> ShownSetting(const Setting& setting);
 
-// Checks `text` against the type (usage Failure) and stores it. A store that can't be written is a
-// setup Failure, and so is one that doesn't give the value back.
+// Checks `text` against the type and the largest number (usage Failure) and stores it. A store that
+// can't be written is a setup Failure, and so is one that doesn't give the value back.
 void WriteSetting(const Setting& setting, const std::string& text);
 
 // False if it wasn't set. A store that can't be written is a setup Failure.

@@ -18,8 +18,13 @@ protected:
     TimestampTest() {
         MakeKey("rsa", "rsa2048");
         MakeSeal("rsa", "es", "rsa");
+        MakeAuthority(CaFolderPath(), TrustFolderPath());
+    }
+
+    // Below the CA in `folder`, whose certificate goes to `trusted`.
+    void MakeAuthority(const std::string& folder, const std::string& trusted) {
         int code = 0;
-        const auto ca = DevelopmentCa::Open(KeyKind::kRsa, CaFolderPath(), TrustFolderPath(), code);
+        const auto ca = DevelopmentCa::Open(KeyKind::kRsa, folder, trusted, code);
         const CertificateHandle issuer = ParseCertificate(ca->Certificate());
         m_authority = TimeStampAuthority::Make(issuer.get(), ca->Key());
     }
@@ -94,6 +99,115 @@ TEST_F(TimestampTest, ASealSignatureCarriesNone) {
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_NE(outcome.error.find("carries no time stamp"), std::string::npos) << outcome.error;
     EXPECT_TRUE(NothingWritten());
+}
+
+TEST_F(TimestampTest, WhatIsNoSignatureIsNotTakenForOneWithoutATimeStamp) {
+    const std::string file = InPrefix("text.txt");
+    for (const char* const content : {"a text, no signature\n", ""}) {
+        WriteFile(file, content);
+        const auto outcome = Tesmark({"timestamp", file});
+        EXPECT_EQ(outcome.exitCode, 7);
+        EXPECT_EQ(outcome.out.rfind("BAD   " + file + "\n      WRONG: this is not a PKCS#7", 0), 0u)
+            << outcome.out;
+        const Json::Value row = Json({"timestamp", file})["timeStamps"][0];
+        EXPECT_EQ(row["verdict"].asString(), "bad");
+        EXPECT_EQ(row["code"].asInt(), kServiceMessageDamaged);
+    }
+}
+
+// Files that are signed once the setting is on.
+class ToldTimestampTest : public TimestampTest {
+protected:
+    ToldTimestampTest() {
+        UseAuthority(m_server.Url("/"));
+        WriteFile(m_file, "a text to be signed\n");
+    }
+    ProgramOutcome Sign(std::vector<std::string> more) const {
+        more.insert(more.begin(), {"sign", m_file, "--pin", "123456"});
+        return Tesmark(more);
+    }
+
+    std::string m_file = InPrefix("text.txt");
+};
+
+TEST_F(ToldTimestampTest, ASignatureTellsItsTimeStampWithoutBeingAskedForOne) {
+    const auto made = Sign({});
+    EXPECT_EQ(made.exitCode, 0) << made.error;
+    EXPECT_NE(made.out.find("\n       time stamp 2"), std::string::npos) << made.out;
+    EXPECT_EQ(made.error, "") << "there is no terminal";
+    const Json::Value told = Json({"sign", m_file, "--pin", "123456"});
+    EXPECT_EQ(told["timeStamp"]["verdict"].asString(), "good") << told;
+    EXPECT_EQ(told["timeStamp"]["policy"].asString(), kAuthorityPolicy);
+}
+
+TEST_F(ToldTimestampTest, ASignatureThatGetsNoneTellsWhy) {
+    const auto big = Sign({"--big"});
+    EXPECT_EQ(big.exitCode, 0) << big.error;
+    EXPECT_NE(big.out.find("\n       no time stamp: a file that is hashed by its path"),
+              std::string::npos)
+        << big.out;
+    const Json::Value raw = Json({"sign", m_file, "--pin", "123456", "--raw"});
+    EXPECT_TRUE(raw.isMember("timeStamp") && raw["timeStamp"].isNull()) << raw;
+    EXPECT_EQ(raw["noTimeStamp"].asString(), "a bare signature value has no place for one");
+}
+
+TEST_F(ToldTimestampTest, BesideASignatureOnStandardOutputItIsToldOnStandardError) {
+    const auto made = Sign({"-o", "-"});
+    EXPECT_EQ(made.exitCode, 0);
+    EXPECT_EQ(made.out[0], 0x30);
+    EXPECT_EQ(made.error.rfind("time stamp 2", 0), 0u) << made.error;
+}
+
+TEST_F(ToldTimestampTest, ATimeStampThatIsNotGoodIsToldSo) {
+    MakeAuthority(InPrefix("other/ca"), InPrefix("other/trust"));
+    const auto made = Sign({});
+    EXPECT_EQ(made.exitCode, 0) << made.error;
+    EXPECT_NE(made.out.find("; it is BAD: the time-stamp authority is not trusted"),
+              std::string::npos)
+        << made.out;
+}
+
+TEST_F(ToldTimestampTest, AStampTellsItToo) {
+    const auto stamped = Stamp({"--pin", "123456"});
+    EXPECT_EQ(stamped.exitCode, 0) << stamped.error;
+    EXPECT_NE(stamped.out.find("\n       time stamp 2"), std::string::npos) << stamped.out;
+    MakeKey("sm2", "sm2");
+    MakeSeal("sm2", "gb2020", "sm2");
+    const auto seal = Stamp({"--cert", "sm2", "--pin", "123456"});
+    EXPECT_EQ(seal.exitCode, 0) << seal.error;
+    EXPECT_NE(seal.out.find("\n       no time stamp: a signature with a seal of a national form"),
+              std::string::npos)
+        << seal.out;
+}
+
+TEST_F(ToldTimestampTest, WithoutTheSettingNothingIsToldOfTimeStamps) {
+    ASSERT_EQ(Tesmark({"config", "unset", "bSignWithTimeStamp"}).exitCode, 0);
+    EXPECT_EQ(Sign({}).out.find("time stamp"), std::string::npos);
+    EXPECT_FALSE(Json({"sign", m_file, "--pin", "123456"}).isMember("timeStamp"));
+}
+
+TEST_F(ToldTimestampTest, AFailureTellsWhatTheEngineSaidLast) {
+    const LoopbackServer refusing(
+        [](const std::string&) { return LoopbackServer::Page("503 Service Unavailable", ""); });
+    UseAuthority(LoopbackServer::DeadUrl("/1") + ";" + refusing.Url("/2"));
+    const auto outcome = Sign({});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.error.find("code -3008: the time stamp could not be made\n"
+                                 "  the time-stamp engine: " +
+                                 refusing.Url("/2: HTTP status 503\n")),
+              std::string::npos)
+        << outcome.error;
+    EXPECT_NE(outcome.error.find("tesmark doctor"), std::string::npos) << outcome.error;
+}
+
+TEST_F(ToldTimestampTest, AFailureOfLongAgoIsNotTold) {
+    UseAuthority(LoopbackServer::DeadUrl("/"));
+    ASSERT_EQ(Sign({}).exitCode, 1);
+    ASSERT_EQ(Tesmark({"config", "unset", "TimeStampEngine"}).exitCode, 0);
+    const auto outcome = Sign({});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.error.find("the time-stamp engine: "), std::string::npos) << outcome.error;
+    EXPECT_NE(outcome.error.find("tesmark doctor"), std::string::npos) << outcome.error;
 }
 
 }  // namespace

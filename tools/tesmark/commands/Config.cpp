@@ -16,7 +16,9 @@ const char* TypeText(SettingType type) {
     switch (type) {
         case SettingType::kNumber: return "number";
         case SettingType::kText:
-        case SettingType::kLongText: return "text";
+        case SettingType::kAddress:
+        case SettingType::kLongText:
+        case SettingType::kLongAddress: return "text";
         case SettingType::kSecret: return "secret";
         case SettingType::kPath: return "path";
     }
@@ -69,9 +71,8 @@ Report Set(const Options& options) {
     const Setting& setting = FindSetting(options.name);
     WriteSetting(setting, options.value);
     Report report;
-    const std::string shown =
-        setting.type == SettingType::kSecret ? "(not shown)" : Printable(options.value);
-    report.text = std::string(setting.name) + " = " + shown + "\n";
+    report.text =
+        std::string(setting.name) + " = " + Printable(ShownSetting(setting).value_or("")) + "\n";
     report.json = JsonOf(setting);
     return report;
 }

@@ -1,11 +1,15 @@
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "LoadedObject.h"
 #include "PathText.h"
 #include "Settings.h"
 #include "TerminalText.h"
+#include "TimeStampWish.h"
 #include "commands/Findings.h"
+#include "components/timestamp/Address.h"
+#include "components/timestamp/TimeStampSettings.h"
 #include "platform/Automation.h"
 #include "platform/Module.h"
 #include "platform/closed/TimeStampEngine.h"
@@ -13,6 +17,7 @@
 namespace {
 
 constexpr char kSubject[] = "time stamps";
+constexpr char kSetAddress[] = "tesmark config set TimeStampUrl http://HOST/PATH";
 
 std::string EngineFile() { return platform::ModuleFileName("VelmoraTSEngine"); }
 
@@ -52,10 +57,57 @@ void ExamineMissing(Findings& findings, bool wanted) {
     }
 }
 
+// libcurl reads it anew for each connection, and makes none without a certificate in it.
+std::string FaultOfCaFile(const std::string& path) {
+    std::error_code error;
+    std::ifstream file(FileAt(path), std::ios::binary);
+    if (!file || std::filesystem::is_directory(FileAt(path), error)) {
+        return "TimeStampCaFile can't be read: " + Printable(path) + ".";
+    }
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("-----BEGIN ") && line.find("CERTIFICATE") != std::string::npos) {
+            return {};
+        }
+    }
+    return "TimeStampCaFile holds no certificate in PEM: " + Printable(path) + ".";
+}
+
+void ExamineTimeout(Findings& findings, const std::string& name) {
+    const auto value = ReadSetting(FindSetting(name));
+    const unsigned long seconds = value ? std::stoul(*value) : 0;
+    if (seconds <= kLongestTimeoutSeconds) return;
+    const std::string most = std::to_string(kLongestTimeoutSeconds);
+    findings.Problem(kSubject,
+                     name + " is " + *value + " seconds; the engine waits " + most + " at most.",
+                     "tesmark config set " + name + " " + most);
+}
+
+// As the engine reads them. Nobody is asked.
+void ExamineSettings(Findings& findings) {
+    const TimeStampSettings settings = ReadTimeStampSettings();
+    if (settings.urls.empty()) {
+        findings.Problem(kSubject, "The engine is told no time-stamp authority.", kSetAddress);
+    }
+    for (const std::string& url : settings.urls) {
+        const std::string fault = FaultOfAddress(url);
+        if (fault.empty()) continue;
+        findings.Problem(
+            kSubject,
+            "No authority can be asked at " + Printable(WithoutPasswords(url)) + ": " + fault + ".",
+            kSetAddress);
+    }
+    const std::string fault = settings.caFile.empty() ? "" : FaultOfCaFile(settings.caFile);
+    if (!fault.empty()) {
+        findings.Problem(kSubject, fault, "tesmark config set TimeStampCaFile FILE, or unset it");
+    }
+    ExamineTimeout(findings, "TimeStampConnectTimeout");
+    ExamineTimeout(findings, "TimeStampTimeout");
+}
+
 }  // namespace
 
 void ExamineTimeStamps(Findings& findings) {
-    const bool wanted = ReadSetting(FindSetting("bSignWithTimeStamp")).value_or("0") != "0";
+    const bool wanted = TimeStampsAreOn();
     const auto engine = ReadSetting(FindSetting("TimeStampEngine"));
     if (!engine) return ExamineMissing(findings, wanted);
     if (!CanBeMade()) {
@@ -63,11 +115,8 @@ void ExamineTimeStamps(Findings& findings) {
                          HowToRegister());
         return;
     }
-    const bool unaddressed = ReadSetting(FindSetting("TimeStampUrl")).value_or("").empty();
-    if (wanted && unaddressed && IsOpenEngine(*engine)) {
-        findings.Problem(kSubject, "The engine is told no time-stamp authority.",
-                         "tesmark config set TimeStampUrl http://HOST/PATH");
-        return;
-    }
+    const std::size_t before = findings.Problems();
+    if (wanted && IsOpenEngine(*engine)) ExamineSettings(findings);
+    if (findings.Problems() > before) return;
     findings.Good(kSubject, Printable(*engine) + (wanted ? "" : " (not in use)"));
 }
