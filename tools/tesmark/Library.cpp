@@ -98,6 +98,8 @@ std::string LogMark::TimeStampFault() const {
             continue;
         }
         fault = line.substr(position + kEngine.size());
+        // Windows ends its lines with two characters.
+        if (fault.ends_with('\r')) fault.pop_back();
     }
     return Printable(Utf8FromGbk(fault));
 }
