@@ -352,7 +352,7 @@ TEST_F(PdfSignaturesTest, AValueThatIsMissingOrSomethingElse) {
               RangeProblem::kMissing);
     EXPECT_EQ(ProblemOf(WithValue("<< /Type /Sig /ByteRange [0 1 2 3] /Contents 5 0 R >>")),
               RangeProblem::kMissing);
-    EXPECT_EQ(ProblemOf(WithValue("<< /Type /Sig /ByteRange 7 0 R /Contents <3000> >>")),
+    EXPECT_EQ(ProblemOf(WithValue("<< /Type /Sig /ByteRange 5 0 R /Contents <3000> >>")),
               RangeProblem::kMissing);
 }
 
@@ -481,7 +481,7 @@ TEST_F(PdfSignaturesTest, ASignatureOfPdfsigIsReadAndStaysWholeBelowOurs) {
 }
 
 TEST_F(PdfSignaturesTest, EveryProblemHasASentence) {
-    for (int i = 1; i <= static_cast<int>(RangeProblem::kBehindSignature); ++i) {
+    for (int i = 1; i <= static_cast<int>(RangeProblem::kNotInSignedBytes); ++i) {
         EXPECT_TRUE(RangeProblemText(static_cast<RangeProblem>(i)).ends_with('.')) << i;
     }
     EXPECT_EQ(RangeProblemText(RangeProblem::kNone), "");

@@ -10,14 +10,18 @@
 // that are signed deserve to be looked at.
 enum class RangeProblem {
     kNone,
-    kMissing,          // no /ByteRange, or no /Contents that is a string in the dictionary itself
-    kMalformed,        // not four whole numbers that can be lengths and places
-    kNotFromStart,     // bytes in front are not signed
-    kOverlapping,      // the second range begins before the first one has ended
-    kBeyondFile,       // it tells of bytes that the file doesn't have
-    kGapNotContents,   // what is left out is more, less or other than the value of /Contents
-    kEmptyContents,    // nothing but zeros
+    kMissing,    // no /ByteRange, or no /Contents that is a string in the dictionary itself
+    kMalformed,  // not four whole numbers, in the dictionary itself, that can be lengths and places
+    kNotFromStart,    // bytes in front are not signed
+    kOverlapping,     // the second range begins before the first one has ended
+    kBeyondFile,      // it tells of bytes that the file doesn't have
+    kGapNotContents,  // what is left out is more, less or other than the value of /Contents, or the
+                      // dictionary stands in a stream or behind the gap
+    kEmptyContents,   // nothing but zeros
     kBehindSignature,  // bytes other than zeros stand behind the signature, where nothing is signed
+    kShared,   // another field's signature has the same gap: its value says nothing of either
+    kTwoGaps,  // the signed bytes tell of another gap too, where the value would fit as well
+    kNotInSignedBytes  // the range doesn't stand, as four numbers, in the bytes that are signed
 };
 
 // One English sentence; empty for kNone.

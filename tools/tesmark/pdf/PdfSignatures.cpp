@@ -8,6 +8,7 @@
 #include "pdf/PdfChanges.h"
 #include "pdf/PdfFailure.h"
 #include "pdf/PdfPage.h"
+#include "pdf/RangeBinding.h"
 #include "pdf/SignedRange.h"
 
 namespace {
@@ -15,7 +16,8 @@ namespace {
 // Of a form's tree of fields. More is no document that somebody signed.
 constexpr int kDeepestField = 64;
 constexpr std::size_t kMostFields = 200'000;
-constexpr std::size_t kMostSignatures = 1'000;
+// Each has the file read up to its end.
+constexpr std::size_t kMostSignatures = 200;
 // Each comparison reads the document up to there.
 constexpr int kMostCompared = 16;
 
@@ -62,6 +64,7 @@ struct Field {
     std::string name;
     bool signature = false;
     QPDFObjectHandle value;
+    QPDFObjGen holder;  // the object that the value is, or is in
     int depth = 0;
 };
 
@@ -74,7 +77,8 @@ public:
         auto fields = KeyOf(m_base.Catalog().getKey("/AcroForm"), "/Fields");
         if (fields.isNull()) return;
         if (!fields.isArray()) ThrowFormDamaged();
-        FollowAll(fields, {QPDFObjectHandle::newNull(), "", false, QPDFObjectHandle::newNull(), 0});
+        FollowAll(fields,
+                  {QPDFObjectHandle::newNull(), "", false, QPDFObjectHandle::newNull(), {}, 0});
     }
 
 private:
@@ -95,7 +99,10 @@ private:
         auto type = object.getKey("/FT");
         if (!type.isNull()) field.signature = NameOf(type) == "Sig";
         auto value = object.getKey("/V");
-        if (!value.isNull()) field.value = value;
+        if (!value.isNull()) {
+            field.value = value;
+            field.holder = value.isIndirect() ? value.getObjGen() : object.getObjGen();
+        }
         auto kids = object.getKey("/Kids");
         if (HasFields(kids)) {
             FollowAll(kids, field);
@@ -133,16 +140,36 @@ private:
             kids.isArray() && kids.getArrayNItems() > 0 ? kids.getArrayItem(0) : field.object;
         ReadRectangle(KeyOf(widget, "/Rect"), signature.rectangle);
         signature.page = PdfPageNumber(m_base, KeyOf(widget, "/P"));
-        ReadSignedRange(value, m_file, m_base.FileSize(), m_base.HeaderOffset(), signature);
+        ReadSignedRange(value, m_file, m_base.FileSize(), m_base.HeaderOffset(),
+                        OffsetOf(field.holder), signature);
         m_found.list.push_back(std::move(signature));
+    }
+
+    qpdf_offset_t OffsetOf(QPDFObjGen number) {
+        if (m_objects.empty()) m_objects = m_base.Objects();
+        const auto entry = m_objects.find(number);
+        return entry != m_objects.end() && entry->second.getType() == 1 ? entry->second.getOffset()
+                                                                        : -1;
     }
 
     CPdfBase& m_base;
     std::ifstream& m_file;
     PdfSignatures& m_found;
+    std::map<QPDFObjGen, QPDFXRefEntry> m_objects;
     std::set<QPDFObjGen> m_seen;
     std::size_t m_fields = 0;
 };
+
+// A value signs one field. Which of several was meant nobody can tell.
+void RefuseShared(std::vector<PdfSignature>& signatures) {
+    std::map<std::uint64_t, int> gaps;
+    for (const PdfSignature& signature : signatures) ++gaps[signature.gapStart];
+    for (PdfSignature& signature : signatures) {
+        if (signature.problem == RangeProblem::kNone && gaps[signature.gapStart] > 1) {
+            RefuseRange(signature, RangeProblem::kShared);
+        }
+    }
+}
 
 // Those whose range is unsound come last.
 bool StandsBefore(const PdfSignature& one, const PdfSignature& other) {
@@ -171,6 +198,10 @@ void Read(const std::string& path, PdfSignatures& found) {
     found.fileSize = base.FileSize();
     CSignatureReader(base, file, found).Run();
     base.CheckWhatWasRead();
+    RefuseShared(found.list);
+    if (!CheckRangeBinding(file, found.fileSize, found.list)) {
+        throw CPdfFailure(StampError::kDamaged, "The PDF's byte ranges can't be followed.");
+    }
     std::stable_sort(found.list.begin(), found.list.end(), StandsBefore);
     TellAdditions(base, path, found);
     base.CheckWhatWasRead();

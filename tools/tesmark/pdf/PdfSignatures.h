@@ -16,7 +16,8 @@ struct PdfSignatures {
 
 // Reads the signatures of all fields of the form. kNone, or kInputUnreadable, kNotPdf, kDamaged,
 // kEncrypted (it wants a password) with one sentence in `message`. The file is taken as it stands
-// and never repaired. Nothing that the file says makes this run long or take memory beyond a small
-// multiple of its size; its streams aren't read, unless something was added behind a signature.
+// and never repaired; more than 200 signatures are kDamaged. Nothing that the file says makes this
+// run long or take memory beyond a small multiple of its size; its streams aren't read, unless
+// something was added behind a signature.
 StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
                              std::string& message);

@@ -81,10 +81,13 @@ RangeProblem CutZeros(std::string& contents) {
 
 RangeProblem ReadNumbers(QPDFObjectHandle array, std::uint64_t (&numbers)[4]) {
     if (!array.isArray()) return RangeProblem::kMissing;
+    if (array.isIndirect()) return RangeProblem::kMalformed;
     if (array.getArrayNItems() != 4) return RangeProblem::kMalformed;
     for (int i = 0; i < 4; ++i) {
         auto item = array.getArrayItem(i);
-        if (!item.isInteger() || item.getIntValue() < 0) return RangeProblem::kMalformed;
+        if (item.isIndirect() || !item.isInteger() || item.getIntValue() < 0) {
+            return RangeProblem::kMalformed;
+        }
         numbers[i] = static_cast<std::uint64_t>(item.getIntValue());
     }
     return RangeProblem::kNone;
@@ -108,7 +111,7 @@ bool ReadGap(std::ifstream& file, const PdfSignature& signature, std::string& ga
 }
 
 RangeProblem Read(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
-                  std::uint64_t headerOffset, PdfSignature& signature) {
+                  std::uint64_t headerOffset, qpdf_offset_t objectOffset, PdfSignature& signature) {
     std::uint64_t numbers[4] = {};
     const auto problem = ReadNumbers(dictionary.getKey("/ByteRange"), numbers);
     if (problem != RangeProblem::kNone) return problem;
@@ -122,7 +125,7 @@ RangeProblem Read(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_
     // The place and the value: the same digits elsewhere in the file are not this string.
     const qpdf_offset_t offset = contents.getParsedOffset();
     std::string gap;
-    const bool same = offset > 0 &&
+    const bool same = objectOffset >= 0 && offset > objectOffset &&
                       static_cast<std::uint64_t>(offset) + headerOffset == signature.gapStart &&
                       ReadGap(file, signature, gap) && DecodeGap(gap, signature.contents) &&
                       signature.contents == contents.getStringValue();
@@ -132,9 +135,14 @@ RangeProblem Read(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_
 }  // namespace
 
 void ReadSignedRange(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
-                     std::uint64_t headerOffset, PdfSignature& signature) {
-    signature.problem = Read(dictionary, file, fileSize, headerOffset, signature);
-    if (signature.problem == RangeProblem::kNone) return;
+                     std::uint64_t headerOffset, qpdf_offset_t objectOffset,
+                     PdfSignature& signature) {
+    const auto problem = Read(dictionary, file, fileSize, headerOffset, objectOffset, signature);
+    if (problem != RangeProblem::kNone) RefuseRange(signature, problem);
+}
+
+void RefuseRange(PdfSignature& signature, RangeProblem problem) {
+    signature.problem = problem;
     signature.gapStart = signature.gapEnd = signature.end = 0;
     signature.contents.clear();
 }
@@ -153,6 +161,11 @@ std::string RangeProblemText(RangeProblem problem) {
         case RangeProblem::kEmptyContents: return "The signature has no value.";
         case RangeProblem::kBehindSignature:
             return "Unsigned bytes stand behind the signature's value.";
+        case RangeProblem::kShared: return "Several signature fields share the signature's value.";
+        case RangeProblem::kTwoGaps:
+            return "The signed bytes tell of a second place where the signature's value would fit.";
+        case RangeProblem::kNotInSignedBytes:
+            return "The signature's byte range is not among the bytes that it covers.";
     }
     return "";
 }

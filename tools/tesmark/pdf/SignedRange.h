@@ -8,6 +8,12 @@
 #include "pdf/PdfSignature.h"
 
 // Fills problem, gapStart, gapEnd, end and contents from the dictionary and the bytes of the file.
-// `headerOffset` is where "%PDF-" stands.
+// `headerOffset` is where "%PDF-" stands, and `objectOffset` where, counted from there, the object
+// begins that holds the dictionary; negative for one in an object stream, whose places are none of
+// the file's.
 void ReadSignedRange(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
-                     std::uint64_t headerOffset, PdfSignature& signature);
+                     std::uint64_t headerOffset, qpdf_offset_t objectOffset,
+                     PdfSignature& signature);
+
+// Makes a range that was sound an unsound one.
+void RefuseRange(PdfSignature& signature, RangeProblem problem);

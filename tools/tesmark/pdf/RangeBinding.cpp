@@ -1,0 +1,207 @@
+#include "pdf/RangeBinding.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "pdf/SignedRange.h"
+
+namespace {
+
+constexpr std::size_t kLongestArray = 256;
+constexpr std::size_t kMostArrays = 10'000;
+constexpr std::size_t kPart = 1024 * 1024;
+
+using Numbers = std::array<std::uint64_t, 4>;
+
+// An array with the name in front of it, from "/" to "]".
+struct RangeArray {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    Numbers numbers{};
+};
+
+bool IsBlank(char c) {
+    return std::string_view("\0\t\n\v\f\r ", 7).find(c) != std::string_view::npos;
+}
+
+bool EndsName(char c) {
+    return IsBlank(c) || std::string_view("()<>[]{}/%").find(c) != std::string_view::npos;
+}
+
+// Goes on to the next word of a text, as ISO 32000-2, 7.2 has it.
+class CWords {
+public:
+    explicit CWords(std::string_view text) : m_text(text) {}
+    std::size_t At() const { return m_at; }
+
+    bool TakeName(std::string_view wanted) {
+        if (!Take('/')) return false;
+        for (const char letter : wanted) {
+            if (TakeLetter() != letter) return false;
+        }
+        return m_at < m_text.size() && EndsName(m_text[m_at]);
+    }
+
+    bool Take(char c) {
+        if (m_at >= m_text.size() || m_text[m_at] != c) return false;
+        ++m_at;
+        return true;
+    }
+
+    bool TakeNumber(std::uint64_t& number) {
+        const char* const end = m_text.data() + m_text.size();
+        const auto result = std::from_chars(m_text.data() + m_at, end, number);
+        if (result.ec != std::errc() || result.ptr == end) return false;
+        m_at = static_cast<std::size_t>(result.ptr - m_text.data());
+        return EndsName(m_text[m_at]);
+    }
+
+    void SkipBlanks() {
+        bool comment = false;
+        for (; m_at < m_text.size(); ++m_at) {
+            const char c = m_text[m_at];
+            comment = comment ? c != '\r' && c != '\n' : c == '%';
+            if (!comment && !IsBlank(c)) return;
+        }
+    }
+
+private:
+    char TakeLetter() {
+        if (m_at >= m_text.size()) return '\0';
+        if (m_text[m_at] != '#' || m_at + 3 > m_text.size()) return m_text[m_at++];
+        unsigned char letter = 0;
+        const char* const digits = m_text.data() + m_at + 1;
+        const auto result = std::from_chars(digits, digits + 2, letter, 16);
+        m_at += 3;
+        return result.ec == std::errc() && result.ptr == digits + 2 ? static_cast<char>(letter)
+                                                                    : '\0';
+    }
+
+    std::string_view m_text;
+    std::size_t m_at = 0;
+};
+
+// The array at the start of `text`, with places that count from there.
+std::optional<RangeArray> ReadArray(std::string_view text) {
+    CWords words(text.substr(0, kLongestArray));
+    RangeArray array;
+    if (!words.TakeName("ByteRange")) return {};
+    words.SkipBlanks();
+    if (!words.Take('[')) return {};
+    for (auto& number : array.numbers) {
+        words.SkipBlanks();
+        if (!words.TakeNumber(number)) return {};
+    }
+    words.SkipBlanks();
+    if (!words.Take(']')) return {};
+    array.end = words.At();
+    return array;
+}
+
+// Calls `found` for each array that begins in the first `starts` bytes of `text`, which stands at
+// `offset`.
+template <typename Found>
+void FindArrays(std::string_view text, std::size_t starts, std::uint64_t offset, Found found) {
+    for (auto at = text.find('/'); at < starts; at = text.find('/', at + 1)) {
+        const auto array = ReadArray(text.substr(at));
+        if (array) found(RangeArray{offset + at, offset + at + array->end, array->numbers});
+    }
+}
+
+bool ReadAt(std::ifstream& file, std::uint64_t offset, std::uint64_t size, std::string& bytes) {
+    bytes.resize(static_cast<std::size_t>(size));
+    file.clear();
+    file.seekg(static_cast<std::streamoff>(offset));
+    return file.read(bytes.data(), static_cast<std::streamsize>(size)).good();
+}
+
+std::uint64_t SignedSize(const PdfSignature& signature) {
+    return signature.gapStart + signature.end - signature.gapEnd;
+}
+
+// Those of the file's arrays that tell of as many bytes as a signature signs.
+bool ReadArrays(std::ifstream& file, std::uint64_t fileSize, const std::set<std::uint64_t>& sizes,
+                std::vector<RangeArray>& arrays) {
+    std::string part;
+    for (std::uint64_t offset = 0; offset < fileSize; offset += kPart) {
+        const auto size = std::min<std::uint64_t>(fileSize - offset, kPart + kLongestArray);
+        if (!ReadAt(file, offset, size, part)) return false;
+        FindArrays(part, std::min(part.size(), kPart), offset, [&](const RangeArray& array) {
+            if (sizes.contains(array.numbers[1] + array.numbers[3])) arrays.push_back(array);
+        });
+        if (arrays.size() > kMostArrays) return false;
+    }
+    return true;
+}
+
+// Tells what stands in the bytes that one signature signs. All of it follows from these bytes: a
+// file with the same ones gets the same answer, wherever its gap is.
+class CSignedArrays {
+public:
+    explicit CSignedArrays(const PdfSignature& signature)
+        : m_size(SignedSize(signature)),
+          m_own{0, signature.gapStart, signature.gapEnd, signature.end - signature.gapEnd} {}
+
+    void Add(const RangeArray& array) {
+        if (array.numbers[1] + array.numbers[3] != m_size) return;
+        (array.numbers == m_own ? m_foundOwn : m_foundOther) = true;
+    }
+
+    RangeProblem Problem() const {
+        if (m_foundOther) return RangeProblem::kTwoGaps;
+        return m_foundOwn ? RangeProblem::kNone : RangeProblem::kNotInSignedBytes;
+    }
+
+private:
+    std::uint64_t m_size;
+    Numbers m_own;
+    bool m_foundOwn = false;
+    bool m_foundOther = false;
+};
+
+// The arrays that come about where the bytes in front of the gap meet those behind it.
+bool AddAcrossGap(std::ifstream& file, const PdfSignature& signature, CSignedArrays& arrays) {
+    const auto front = std::min<std::uint64_t>(signature.gapStart, kLongestArray);
+    const auto behind = std::min<std::uint64_t>(signature.end - signature.gapEnd, kLongestArray);
+    std::string text;
+    std::string rest;
+    if (!ReadAt(file, signature.gapStart - front, front, text)) return false;
+    if (!ReadAt(file, signature.gapEnd, behind, rest)) return false;
+    text += rest;
+    FindArrays(text, static_cast<std::size_t>(front), 0, [&](const RangeArray& array) {
+        if (array.end > front) arrays.Add(array);
+    });
+    return true;
+}
+
+bool Check(std::ifstream& file, const std::vector<RangeArray>& all, PdfSignature& signature) {
+    CSignedArrays arrays(signature);
+    for (const RangeArray& array : all) {
+        const bool inFront = array.end <= signature.gapStart;
+        const bool behind = array.begin >= signature.gapEnd && array.end <= signature.end;
+        if (inFront || behind) arrays.Add(array);
+    }
+    if (!AddAcrossGap(file, signature, arrays)) return false;
+    if (arrays.Problem() != RangeProblem::kNone) RefuseRange(signature, arrays.Problem());
+    return true;
+}
+
+}  // namespace
+
+bool CheckRangeBinding(std::ifstream& file, std::uint64_t fileSize,
+                       std::vector<PdfSignature>& signatures) {
+    std::set<std::uint64_t> sizes;
+    for (const PdfSignature& signature : signatures) {
+        if (signature.problem == RangeProblem::kNone) sizes.insert(SignedSize(signature));
+    }
+    std::vector<RangeArray> arrays;
+    if (!sizes.empty() && !ReadArrays(file, fileSize, sizes, arrays)) return false;
+    return std::all_of(signatures.begin(), signatures.end(), [&](PdfSignature& signature) {
+        return signature.problem != RangeProblem::kNone || Check(file, arrays, signature);
+    });
+}
