@@ -8,6 +8,7 @@
 #include <qpdf/QPDFExc.hh>
 #include <string_view>
 
+#include "pdf/InflateLimit.h"
 #include "pdf/PdfFailure.h"
 #include "platform/Files.h"
 
@@ -117,6 +118,7 @@ void CPdfBase::ReadEnds(const std::string& path) {
 void CPdfBase::Process(const std::string& path, Use use) {
     m_pdf.setSuppressWarnings(true);
     m_pdf.setAttemptRecovery(false);
+    LimitInflation(m_fileSize);
     // Opened here: by itself qpdf takes paths in UTF-8 on Windows.
     std::FILE* const file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) throw CannotBeOpened(path);
