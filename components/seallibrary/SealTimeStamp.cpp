@@ -3,6 +3,7 @@
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/TimeStampToken.h"
 #include "components/crypto/Handles.h"
+#include "components/seallibrary/ListedTrust.h"
 #include "components/seallibrary/SealCertificate.h"
 #include "components/seallibrary/SealCodes.h"
 
@@ -20,12 +21,14 @@ int CodeOf(int serviceCode) {
     return kSealTimeStampDamaged;
 }
 
-int CheckAuthority(const TimeStampToken& token, CertificateJudge& judge) {
+int CheckAuthority(const TimeStampToken& token, const std::string& revocationList,
+                   CertificateJudge& judge) {
     const std::string der = DerOf<i2d_X509>(token.Certificate());
     CSealCertificate authority;
     if (!authority.Read(der)) return kSealTimeStampDamaged;
-    const int result = judge.Validate(der);
-    switch (TrustOf(result)) {
+    const ListedTrust result =
+        JudgeBesideList(der, authority, revocationList, kNeverForgiven, judge);
+    switch (result.trust) {
         case Trust::kGood:
         case Trust::kOutOfValidity:
             return authority.IsValidAt(token.Time()) ? kSealOk : kSealTimeStampAuthorityExpired;
@@ -33,18 +36,18 @@ int CheckAuthority(const TimeStampToken& token, CertificateJudge& judge) {
         case Trust::kRevoked: return kSealTimeStampRevoked;
         case Trust::kOther: break;
     }
-    return result;
+    return result.code;
 }
 
 }  // namespace
 
-int JudgeTimeStamp(std::string_view der, std::string_view stamped, CertificateJudge& judge,
-                   std::time_t& time) {
+int JudgeTimeStamp(std::string_view der, std::string_view stamped,
+                   const std::string& revocationList, CertificateJudge& judge, std::time_t& time) {
     const auto token = TimeStampToken::Parse(der);
     if (!token || !token->Certificate()) return kSealTimeStampDamaged;
     if (token->CheckImprint(stamped)) return kSealTimeStampForeign;
     if (const int code = CodeOf(token->CheckSignature())) return code;
-    if (const int code = CheckAuthority(*token, judge)) return code;
+    if (const int code = CheckAuthority(*token, revocationList, judge)) return code;
     time = token->Time();
     return kSealOk;
 }

@@ -1,5 +1,6 @@
 #include "components/seallibrary/SealVerdict.h"
 
+#include "components/seallibrary/ListedTrust.h"
 #include "components/seallibrary/RevocationTime.h"
 #include "components/seallibrary/Seal.h"
 #include "components/seallibrary/SealCertificate.h"
@@ -8,6 +9,14 @@
 #include "components/seallibrary/SealTimeStamp.h"
 
 namespace {
+
+// What certificates are judged by.
+struct Evidence {
+    CertificateJudge& judge;
+    CCertificateShelf* shelf;
+    const std::string& revocationList;
+    std::time_t proven = 0;  // of a good time stamp over the seal signature
+};
 
 bool Read(const std::string& der, CCertificateShelf* shelf, CSealCertificate& certificate) {
     return shelf ? shelf->Read(der, certificate) : certificate.Read(der);
@@ -20,12 +29,16 @@ int CheckMakerSignature(const Seal& seal, CCertificateShelf* shelf, CSealCertifi
     return kSealOk;
 }
 
-// A maker's certificate that has expired since is no fault of the seal's.
+// A maker's certificate that has expired since is no fault of the seal's. One that was revoked is,
+// unless the seal was there before: the date of making doesn't prove that, since a thief of the
+// key writes it as he likes.
 int CheckMakerCertificate(const Seal& seal, const CSealCertificate& maker,
-                          CertificateJudge& judge) {
+                          const Evidence& evidence) {
     if (!maker.MaySign()) return kSealMakerNotTrusted;
-    const int result = judge.Validate(seal.makerCertificate);
-    switch (TrustOf(result)) {
+    const ListedTrust result =
+        JudgeBesideList(seal.makerCertificate, maker, evidence.revocationList,
+                        evidence.proven ? evidence.proven : kNeverForgiven, evidence.judge);
+    switch (result.trust) {
         case Trust::kGood: return kSealOk;
         case Trust::kOutOfValidity:
             return maker.IsValidAt(seal.created) ? kSealOk : kSealMakerExpired;
@@ -33,14 +46,16 @@ int CheckMakerCertificate(const Seal& seal, const CSealCertificate& maker,
         case Trust::kRevoked: return kSealMakerRevoked;
         case Trust::kOther: break;
     }
-    return result;
+    return result.code;
 }
 
 // It proves since when there is this seal; whoever made it says that as well, in the part that is
 // signed, and the two aren't compared.
-int CheckSealTimeStamp(const Seal& seal, CertificateJudge& judge) {
+int CheckSealTimeStamp(const Seal& seal, const Evidence& evidence) {
     std::time_t time = 0;
-    return seal.timeStamp ? JudgeTimeStamp(*seal.timeStamp, seal.signature, judge, time) : kSealOk;
+    if (!seal.timeStamp) return kSealOk;
+    return JudgeTimeStamp(*seal.timeStamp, seal.signature, evidence.revocationList, evidence.judge,
+                          time);
 }
 
 int CheckSealValidity(const Seal& seal, std::time_t time) {
@@ -49,14 +64,14 @@ int CheckSealValidity(const Seal& seal, std::time_t time) {
 }
 
 // The last steps of both checks, from the seal maker's signature on.
-SealVerdict JudgeSealAt(const Seal& seal, std::time_t time, CertificateJudge& judge,
-                        CCertificateShelf* shelf) {
+SealVerdict JudgeSealAt(const Seal& seal, std::time_t time, const Evidence& evidence) {
     CSealCertificate maker;
-    if (const int code = CheckMakerSignature(seal, shelf, maker))
+    if (const int code = CheckMakerSignature(seal, evidence.shelf, maker))
         return {code, SealStep::kMakerSignature};
-    if (const int code = CheckMakerCertificate(seal, maker, judge))
+    if (const int code = CheckMakerCertificate(seal, maker, evidence))
         return {code, SealStep::kMakerCertificate};
-    if (const int code = CheckSealTimeStamp(seal, judge)) return {code, SealStep::kSealTimeStamp};
+    if (const int code = CheckSealTimeStamp(seal, evidence))
+        return {code, SealStep::kSealTimeStamp};
     if (const int code = CheckSealValidity(seal, time)) return {code, SealStep::kSealValidity};
     if (!HasUsablePicture(seal)) return {kSealPictureUnusable, SealStep::kSealPicture};
     return {};
@@ -69,27 +84,21 @@ int CheckDigest(const SealSignature& signature, const CSealCertificate& signer,
     return !digest.empty() && digest == signature.dataHash ? kSealOk : kSealDigestMismatch;
 }
 
-// A certificate out of its validity now may have been revoked before: the list is asked whatever
-// the judge says.
 int CheckSigner(const SealSignature& signature, const CSealCertificate& signer, std::time_t time,
-                const std::string& revocationList, CertificateJudge& judge) {
+                const Evidence& evidence) {
     if (!signer.MaySign()) return kSealSignerNotTrusted;
-    const std::string& der = signature.signerCertificate;
-    const bool hasList = !revocationList.empty();
-    if (hasList && !IsListFor(revocationList, signer.Get())) return kSealRevocationListForeign;
-    const int result = hasList ? judge.ValidateWithList(der, revocationList) : judge.Validate(der);
-    const Trust trust = TrustOf(result);
-    if (trust == Trust::kOther) return result;
-    if (trust == Trust::kNotTrusted) return kSealSignerNotTrusted;
-    if (trust == Trust::kRevoked && !hasList) return kSealSignerRevoked;
-    if (hasList) {
-        const int listed = CheckRevocationTime(revocationList, signer.SerialNumber(), time);
-        const bool unlisted = listed == kSealSerialNotListed;
-        if (listed == kSealRevokedBefore || (unlisted && trust == Trust::kRevoked))
-            return kSealSignerRevoked;
-        if (listed != kSealOk && !unlisted) return listed;
+    const std::string& list = evidence.revocationList;
+    if (!list.empty() && !IsListFor(list, signer.Get())) return kSealRevocationListForeign;
+    const ListedTrust result =
+        JudgeListed(signature.signerCertificate, signer, list, time, evidence.judge);
+    switch (result.trust) {
+        case Trust::kGood:
+        case Trust::kOutOfValidity: return signer.IsValidAt(time) ? kSealOk : kSealSignerExpired;
+        case Trust::kNotTrusted: return kSealSignerNotTrusted;
+        case Trust::kRevoked: return kSealSignerRevoked;
+        case Trust::kOther: break;
     }
-    return signer.IsValidAt(time) ? kSealOk : kSealSignerExpired;
+    return result.code;
 }
 
 int CheckStructure(std::string_view der, CCertificateShelf* shelf, SealSignature& signature,
@@ -99,10 +108,11 @@ int CheckStructure(std::string_view der, CCertificateShelf* shelf, SealSignature
     return signature.time ? kSealOk : kSealTimeUnreadable;
 }
 
-// `proven` becomes the time of a good time stamp and stays as it is without one.
-int CheckTimeStamp(const SealSignature& signature, CertificateJudge& judge, std::time_t& proven) {
+// What it proves stays as it is without one.
+int CheckTimeStamp(const SealSignature& signature, Evidence& evidence) {
     if (!signature.timeStamp) return kSealOk;
-    return JudgeTimeStamp(*signature.timeStamp, signature.signature, judge, proven);
+    return JudgeTimeStamp(*signature.timeStamp, signature.signature, evidence.revocationList,
+                          evidence.judge, evidence.proven);
 }
 
 // The steps that ask whether the signature is this one and over these data.
@@ -115,15 +125,15 @@ SealVerdict JudgeValues(const SealSignature& signature, const CSealCertificate& 
     return {};
 }
 
-// The steps that ask whether the signer was allowed to make it at `time`.
+// The steps that ask whether the signer was allowed to make it at its time.
 SealVerdict JudgeRights(const SealSignature& signature, const CSealCertificate& signer,
-                        std::time_t time, const std::string& revocationList,
-                        CertificateJudge& judge, CCertificateShelf* shelf) {
+                        const Evidence& evidence) {
+    const std::time_t time = evidence.proven ? evidence.proven : *signature.time;
     if (!NamesSigner(signature.seal, signature.signerCertificate))
         return {kSealSignerNotListed, SealStep::kSignerInSeal};
-    const SealVerdict seal = JudgeSealAt(signature.seal, time, judge, shelf);
+    const SealVerdict seal = JudgeSealAt(signature.seal, time, evidence);
     if (seal.code) return seal;
-    if (const int code = CheckSigner(signature, signer, time, revocationList, judge))
+    if (const int code = CheckSigner(signature, signer, time, evidence))
         return {code, SealStep::kSignerValidity};
     return {};
 }
@@ -134,7 +144,8 @@ SealVerdict JudgeSeal(std::string_view der, std::time_t now, CertificateJudge& j
                       CCertificateShelf* shelf) {
     Seal seal;
     if (const int code = ReadSeal(der, seal)) return {code, SealStep::kStructure};
-    return JudgeSealAt(seal, now, judge, shelf);
+    const std::string noList;
+    return JudgeSealAt(seal, now, {judge, shelf, noList});
 }
 
 SealVerdict JudgeSealSignature(std::string_view der, const DataDigest& dataDigest,
@@ -145,13 +156,11 @@ SealVerdict JudgeSealSignature(std::string_view der, const DataDigest& dataDiges
     if (const int code = CheckStructure(der, shelf, signature, signer))
         return {code, SealStep::kStructure};
     SealVerdict verdict = JudgeValues(signature, signer, dataDigest);
-    std::time_t proven = 0;
-    if (!verdict.code) verdict = {CheckTimeStamp(signature, judge, proven), SealStep::kTimeStamp};
-    if (!verdict.code)
-        verdict = JudgeRights(signature, signer, proven ? proven : *signature.time, revocationList,
-                              judge, shelf);
+    Evidence evidence{judge, shelf, revocationList};
+    if (!verdict.code) verdict = {CheckTimeStamp(signature, evidence), SealStep::kTimeStamp};
+    if (!verdict.code) verdict = JudgeRights(signature, signer, evidence);
     verdict.signedAt = *signature.time;
-    verdict.stampedAt = proven;
+    verdict.stampedAt = evidence.proven;
     return verdict;
 }
 

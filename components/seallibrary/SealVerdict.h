@@ -42,9 +42,11 @@ using DataDigest = std::function<int(HashAlgorithm algorithm, std::string& diges
 SealVerdict JudgeSeal(std::string_view seal, std::time_t now, CertificateJudge& judge,
                       CCertificateShelf* shelf = nullptr);
 
-// `revocationList` (DER), of the signer's issuer, may be empty. Whether anything has expired since
-// the signing plays no part: the seal and both certificates are judged by the time that the
-// signature tells. The time of a good time stamp takes that one's place.
+// `revocationList` (DER), of the signer's issuer, may be empty; the certificates of the seal's
+// maker and of time-stamp authorities are looked for on it too where it is of their issuer. Whether
+// anything has expired since the signing plays no part: the seal and both certificates are judged
+// by the time that the signature tells. The time of a good time stamp takes that one's place; only
+// such a time lets a later revocation of the maker pass.
 SealVerdict JudgeSealSignature(std::string_view signature, const DataDigest& dataDigest,
                                const std::string& revocationList, CertificateJudge& judge,
                                CCertificateShelf* shelf = nullptr);

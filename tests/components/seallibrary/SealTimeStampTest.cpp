@@ -45,8 +45,8 @@ protected:
         EXPECT_EQ(Judge(), Failure(code, code ? SealStep::kTimeStamp : SealStep::kNone));
     }
 
-    TestIdentity m_authority = MakeAuthority(GetParam());
-    TestIdentity m_maker = MakeIdentity(KeyKind::kSm2, {.name = "Maker"});
+    TestIdentity m_authority = MakeAuthority(GetParam(), {.serial = 0x9ABC});
+    TestIdentity m_maker = MakeIdentity(KeyKind::kSm2, {.name = "Maker", .serial = 0x5678});
     TestIdentity m_signer = MakeIdentity(KeyKind::kSm2, {.name = "Signer"});
     HandMadeSeal m_made;
     HandMadeSignature m_signature;
@@ -117,8 +117,33 @@ TEST_P(SealTimeStampTest, TheStampsTimeTakesThePlaceOfTheSignersOwn) {
     m_list = MakeRevocationList(m_maker, 0x1234ABCD, kTestNow + 61);
     EXPECT_EQ(Judge(), SealVerdict{});
     m_signature.stamp = Stamp({.time = "20370101000000Z"});
-    m_authority = MakeAuthority(GetParam(), {.notAfter = kTestNow + 9000 * kTestDay});
+    m_authority =
+        MakeAuthority(GetParam(), {.serial = 0x9ABC, .notAfter = kTestNow + 9000 * kTestDay});
     EXPECT_EQ(Judge(), Failure(kSealExpired, SealStep::kSealValidity));
+}
+
+TEST_P(SealTimeStampTest, AnAuthorityThatTheListNamesIsRevokedWheneverThatWas) {
+    m_signature.stamp = Stamp({});
+    m_list = MakeRevocationList(m_maker, 0x9ABC, kTestNow + 9 * kTestDay);
+    EXPECT_EQ(Judge(), Failure(kSealTimeStampRevoked, SealStep::kTimeStamp));
+    EXPECT_EQ(Judge().stampedAt, 0);
+    m_made.stamp = Stamp({});
+    m_signature.stamp = nullptr;
+    EXPECT_EQ(Judge(), Failure(kSealTimeStampRevoked, SealStep::kSealTimeStamp));
+    m_list = MakeRevocationList(m_maker, 0x9999, kTestNow);
+    EXPECT_EQ(Judge(), SealVerdict{});
+    m_authority = MakeAuthority(GetParam(), {.issuer = "Other CA", .serial = 0x9999});
+    EXPECT_EQ(Judge(), SealVerdict{}) << "another issuer's";
+}
+
+TEST_P(SealTimeStampTest, AProvenTimeLetsALaterRevocationOfTheMakerPass) {
+    m_judge.m_results[m_maker.certificate] = -3;
+    m_list = MakeRevocationList(m_maker, 0x5678, kTestNow + 61);
+    EXPECT_EQ(Judge(), Failure(kSealMakerRevoked, SealStep::kMakerCertificate));
+    m_signature.stamp = Stamp({});
+    EXPECT_EQ(Judge(), SealVerdict{});
+    m_list = MakeRevocationList(m_maker, 0x5678, kTestNow + 60);
+    EXPECT_EQ(Judge(), Failure(kSealMakerRevoked, SealStep::kMakerCertificate));
 }
 
 TEST_P(SealTimeStampTest, AForgedSignatureIsNamedBeforeItsTimeStamp) {

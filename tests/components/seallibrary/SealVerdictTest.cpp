@@ -20,7 +20,7 @@ protected:
     SealVerdict JudgeTheSeal(std::time_t now = kTestNow) { return JudgeSeal(m_seal, now, m_judge); }
     void Remake() { m_seal = Build(m_made, m_maker, m_signer); }
 
-    TestIdentity m_maker = MakeIdentity(KeyKind::kSm2, {.name = "Maker"});
+    TestIdentity m_maker = MakeIdentity(KeyKind::kSm2, {.name = "Maker", .serial = 0x5678});
     TestIdentity m_signer = MakeIdentity(KeyKind::kSm2, {.name = "Signer"});
     HandMadeSeal m_made;
     std::string m_seal;
@@ -305,7 +305,7 @@ TEST_F(SignatureVerdictTest, AListForgivesARevocationAfterTheSigning) {
     m_judge.m_results[m_signer.certificate] = -3;
     m_list = MakeRevocationList(m_maker, 0x1234ABCD, kTestNow + 1);
     EXPECT_EQ(Judge(), SealVerdict{});
-    EXPECT_EQ(m_judge.m_lists, std::vector<std::string>{m_list});
+    EXPECT_EQ(m_judge.m_lists, (std::vector<std::string>{m_list, m_list}));
     m_list = MakeRevocationList(m_maker, 0x1234ABCD, kTestNow);
     EXPECT_EQ(Judge(), Failure(kSealSignerRevoked, SealStep::kSignerValidity));
 }
@@ -329,7 +329,41 @@ TEST_F(SignatureVerdictTest, AListOfAnotherIssuerProvesNothingAndIsRefused) {
     EXPECT_EQ(Judge(), SealVerdict{});
     m_list = MakeRevocationList(m_maker, 0x1234ABCD, kTestNow - 1);
     EXPECT_EQ(Judge(), Failure(kSealRevocationListForeign, SealStep::kSignerValidity));
-    EXPECT_TRUE(m_judge.m_lists.empty());
+    EXPECT_EQ(m_judge.m_lists.size(), 1u) << "the maker's, of whose issuer it is";
+}
+
+TEST_F(SignatureVerdictTest, AMakerWhomTheListNamesIsRefusedWheneverTheSealSaysToBeMade) {
+    for (const std::time_t revoked : {kTestNow - 90 * kTestDay, kTestNow + 90 * kTestDay}) {
+        m_list = MakeRevocationList(m_maker, 0x5678, revoked);
+        for (const int answer : {0, -2, -3}) {
+            m_judge.m_results[m_maker.certificate] = answer;
+            EXPECT_EQ(Judge(), Failure(kSealMakerRevoked, SealStep::kMakerCertificate)) << answer;
+        }
+    }
+    m_list = MakeRevocationList(m_maker, 0x9999, kTestNow);
+    m_judge.m_results[m_maker.certificate] = 0;
+    EXPECT_EQ(Judge(), SealVerdict{});
+}
+
+TEST_F(SignatureVerdictTest, AListOfAnotherIssuerThanTheMakersPlaysNoPartForIt) {
+    m_maker =
+        MakeIdentity(KeyKind::kSm2, {.name = "Maker", .issuer = "Other CA", .serial = 0x5678});
+    Remake();
+    m_signature.seal = m_seal;
+    m_list = MakeRevocationList(m_maker, 0x5678, kTestNow);
+    EXPECT_EQ(Judge(), SealVerdict{});
+    EXPECT_EQ(m_judge.m_lists.size(), 1u) << "the signer's alone";
+}
+
+TEST_F(SignatureVerdictTest, AListThatDoesntCoverTheMakerPlaysNoPartForItButCountsForTheSigner) {
+    m_list = MakeRevocationList(m_maker, 0x9999, kTestNow);
+    m_judge.m_withList[m_maker.certificate] = -4;
+    EXPECT_EQ(Judge(), SealVerdict{});
+    m_judge.m_results[m_maker.certificate] = -1;
+    EXPECT_EQ(Judge(), Failure(kSealMakerNotTrusted, SealStep::kMakerCertificate));
+    m_judge.m_results.clear();
+    m_judge.m_withList = {{m_signer.certificate, -4}};
+    EXPECT_EQ(Judge(), Failure(-4, SealStep::kSignerValidity));
 }
 
 TEST_F(SignatureVerdictTest, AnyOtherResultAboutTheSignerComesThrough) {

@@ -17,10 +17,12 @@ public:
     int Validate(const std::string& certificate) override { return m_results[certificate]; }
     int ValidateWithList(const std::string& certificate, const std::string& list) override {
         m_lists.push_back(list);
-        return m_results[certificate];
+        const auto answer = m_withList.find(certificate);
+        return answer != m_withList.end() ? answer->second : m_results[certificate];
     }
 
     std::map<std::string, int> m_results;
+    std::map<std::string, int> m_withList;  // where the answer with a list is another one
     std::vector<std::string> m_lists;
 };
 
