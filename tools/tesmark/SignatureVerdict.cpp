@@ -6,10 +6,13 @@
 #include "CertServiceClient.h"
 #include "FailedStep.h"
 #include "ResultText.h"
+#include "SealTimeStampVerdict.h"
+#include "Settings.h"
 #include "SignatureTime.h"
 #include "TerminalText.h"
 #include "TwoStep.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/certservice/SignedMessage.h"
 #include "components/picture/PictureHeader.h"
 #include "components/seallibrary/SealSignature.h"
 #include "components/seallibrary/SealTime.h"
@@ -108,13 +111,25 @@ int CauseOf(int code, const SignatureVerdict& verdict, std::string_view signatur
     return told ? told : code;
 }
 
+// To the service empty data are none, and it verifies what the message holds.
+bool HoldsContent(std::string_view signature) {
+    const auto message = SignedMessage::Parse(signature);
+    std::string content;
+    return !message || message->Field(1, content) != 0 || !content.empty();
+}
+
 VerdictStep JudgeValue(const SignatureVerdict& verdict, std::string_view signature,
                        const SignedData& data) {
     const int code = VerifyBySignature(signature, data);
+    const bool namedEmpty = !data.inMessage && data.path.empty() && data.bytes.empty();
+    if (code == 0 && namedEmpty && verdict.kind == SignatureKind::kPkcs7 &&
+        HoldsContent(signature)) {
+        return StepFor("signature", kServiceDigestMismatch);
+    }
     return StepFor("signature", code ? CauseOf(code, verdict, signature, data) : 0);
 }
 
-// -3043 is about today.
+// Revocation is compared with `time`; -3043 is about today.
 VerdictStep JudgeCertificate(const std::string& certificate, const std::string& time) {
     return StepFor("certificate",
                    VerifySignCert(Bytes(certificate), LengthOf(certificate), time.c_str()));
@@ -157,14 +172,14 @@ const char* ExtensionOf(PictureFormat format) {
 }
 
 // The seal with its picture, by the seal library; what that doesn't tell is read from the DER.
-VerdictStep ReadSealOf(std::string_view signature, SignatureVerdict& verdict) {
-    SealSignature read;
-    if (const int code = ReadSealSignature(signature, read)) return StepFor("seal", code);
+VerdictStep ReadSealOf(const SealSignature& read, SignatureVerdict& verdict) {
     SealInfoOfSignature seal;
     seal.name = read.seal.name;
     seal.number = read.seal.esId;
     seal.form = FormText(read.seal.form);
     seal.property = read.property;
+    seal.maker = CertificateField(read.seal.makerCertificate, kSubject);
+    seal.madeBySigner = read.seal.makerCertificate == read.signerCertificate;
     const int code = FetchInTwoSteps(
         [&](unsigned char* out, int* outLen) {
             return TVK_Get_Pic_From_Eseal_Ex(Bytes(read.sealDer), LengthOf(read.sealDer), out,
@@ -182,13 +197,14 @@ VerdictStep ReadSealOf(std::string_view signature, SignatureVerdict& verdict) {
     return StepFor("picture", 0);
 }
 
-// A certificate that has expired since is no harm where a time stamp proves when it signed. The
-// seal library, which looks at a seal signature's own time, has judged that already.
+// A certificate that has expired since is no harm if it was valid when it signed.
 void ForgiveExpiry(SignatureVerdict& verdict, bool proven) {
     for (VerdictStep& step : verdict.steps) {
-        if (step.code != TESMARK_CERT_EXPIRED || !proven) continue;
+        if (step.code != TESMARK_CERT_EXPIRED) continue;
         step = {step.name, true, "", step.code,
-                "it was valid when it signed and has expired since"};
+                proven
+                    ? "it was valid when it signed and has expired since"
+                    : "it was valid when the signer claims to have signed and has expired since"};
     }
 }
 
@@ -198,27 +214,50 @@ bool IsGood(const SignatureVerdict& verdict, std::string_view name) {
     return found != verdict.steps.end() && found->good;
 }
 
-// By `time`, or by now where there is none.
-void JudgeSigner(SignatureVerdict& verdict, const std::string& time) {
+// Whether the list was there when the certificate was judged with this code.
+bool WasRevocationChecked(int code) {
+    const auto value = ReadSetting(FindSetting("bVerifyCRL"));
+    return value && *value != "0" && code != TESMARK_CRL_FAILED && code != TESMARK_CRL_NOT_ACCEPTED;
+}
+
+// `judgeStamp` runs between the two judgements of the certificate: the first hands its
+// revocation list to the service, which then judges the time stamp by it as well. Returns whether
+// the time stamp is good, and so proves its time.
+template <typename Stamp>
+bool JudgeSigner(SignatureVerdict& verdict, const Stamp& judgeStamp) {
     const std::string& certificate = verdict.signer.certificate;
-    if (certificate.empty()) return;
-    verdict.steps.push_back(
-        JudgeCertificate(certificate, time.empty() ? LocalTimeText(std::time(nullptr)) : time));
+    if (certificate.empty()) {
+        verdict.steps.push_back(StepFor("certificate", kServiceSignerMissing));
+        return false;
+    }
+    VerdictStep step = JudgeCertificate(certificate, LocalTimeText(std::time(nullptr)));
+    verdict.revocationChecked = WasRevocationChecked(step.code);
+    const std::optional<VerdictStep> stamp = judgeStamp();
+    const bool proven = stamp && stamp->good && !verdict.timeStamp->time.empty();
+    if (proven && !step.good) step = JudgeCertificate(certificate, verdict.timeStamp->time);
+    verdict.steps.push_back(step);
+    const std::string& time = proven ? verdict.timeStamp->time : verdict.signingTime;
     if (!time.empty()) verdict.steps.push_back(JudgeTime(certificate, time));
+    if (stamp) verdict.steps.push_back(*stamp);
+    return proven;
 }
 
 void JudgeSeal(std::string_view signature, SignatureVerdict& verdict) {
-    verdict.steps.push_back(ReadSealOf(signature, verdict));
-    JudgeSigner(verdict, verdict.signingTime);
-    ForgiveExpiry(verdict, IsGood(verdict, "signature") && IsGood(verdict, "signing time"));
+    SealSignature read;
+    if (const int code = ReadSealSignature(signature, read)) {
+        verdict.steps.push_back(StepFor("seal", code));
+        return;
+    }
+    verdict.steps.push_back(ReadSealOf(read, verdict));
+    const bool proven = JudgeSigner(verdict, [&] { return JudgeTimeStampOf(read, verdict); });
+    // The seal library, which looks at a seal signature's own time, has judged that already.
+    if (IsGood(verdict, "signature") && IsGood(verdict, "signing time"))
+        ForgiveExpiry(verdict, proven);
 }
 
 void JudgePkcs7(std::string_view signature, SignatureVerdict& verdict) {
-    const auto stamp = JudgeTimeStamp(signature, verdict);
-    const bool proven = stamp && stamp->good && !verdict.timeStamp->time.empty();
-    JudgeSigner(verdict, proven ? verdict.timeStamp->time : verdict.signingTime);
-    if (stamp) verdict.steps.push_back(*stamp);
-    ForgiveExpiry(verdict, proven && IsGood(verdict, "signing time"));
+    const bool proven = JudgeSigner(verdict, [&] { return JudgeTimeStamp(signature, verdict); });
+    if (proven && IsGood(verdict, "signing time")) ForgiveExpiry(verdict, proven);
 }
 
 }  // namespace

@@ -60,13 +60,19 @@ struct SealInfoOfSignature {
     int widthMm = 0;
     int heightMm = 0;
     std::string property;
+    // Subject of the certificate whose key made the seal. Whose seal it says to be is that one's
+    // word: any certificate below the trust folder makes seals with any name.
+    std::string maker;
+    bool madeBySigner = false;  // the maker's certificate is the signer's
 };
 
 struct SignatureVerdict {
     SignatureKind kind = SignatureKind::kOther;
     std::vector<VerdictStep> steps;
     SignerInfo signer;
-    std::string signingTime;  // empty if the signature tells none
+    std::string signingTime;  // what the signer claims; empty if the signature tells none
+    // Whether the signer's certificate was looked for on its revocation list (`bVerifyCRL`).
+    bool revocationChecked = false;
     std::optional<TimeStampInfo> timeStamp;
     std::optional<SealInfoOfSignature> seal;
 
@@ -77,14 +83,18 @@ struct SignatureVerdict {
 struct SignedData {
     std::string_view bytes;
     std::string path;  // the file system's bytes
+    // Nothing was named, so what the message itself holds is judged. Otherwise empty bytes are data
+    // like any other, and a message that holds something else doesn't fit them.
+    bool inMessage = false;
 };
 
 // `claimedTime` is a local time text that stands beside the signature; a seal signature's own goes
-// before it. A LibrarySession is open. Throws a setup Failure if the certificate service can't be
-// asked for a cause.
+// before it. Revocation is judged by the time of a good time stamp, else by now: whoever has stolen
+// a key claims any time. A LibrarySession is open. Throws a setup Failure if the certificate
+// service can't be asked for a cause.
 SignatureVerdict JudgeSignature(std::string_view signature, const SignedData& data,
                                 const std::string& claimedTime);
 
-// The time stamp alone: its fields, and the step of its verification; nothing where the signature
-// carries none, or is no PKCS#7.
+// The time stamp of a PKCS#7 alone: its fields, and the step of its verification; nothing where the
+// signature carries none, or is no PKCS#7.
 std::optional<VerdictStep> JudgeTimeStamp(std::string_view signature, SignatureVerdict& verdict);

@@ -63,6 +63,8 @@ TEST_F(VerifyTest, AnRsaStampIsGoodAndToldWithItsSigner) {
     EXPECT_EQ(outcome.exitCode, 0) << outcome.out << outcome.error;
     EXPECT_EQ(outcome.out.rfind("good ", 0), 0u) << outcome.out;
     EXPECT_NE(outcome.out.find("covers  the whole document"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find(", claimed by the signer\n"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("revocation not checked"), std::string::npos) << outcome.out;
     const Json::Value all = Json({"verify", m_out});
     EXPECT_EQ(all["verdict"].asString(), "good");
     const Json::Value signature = all["signatures"][0];
@@ -75,6 +77,8 @@ TEST_F(VerifyTest, AnRsaStampIsGoodAndToldWithItsSigner) {
     EXPECT_EQ(signature["signer"]["serial"].asString(),
               Json({"list"})["certificates"][0]["serial"].asString());
     EXPECT_EQ(signature["signingTime"].asString().size(), 19u);
+    EXPECT_FALSE(signature["revocationChecked"].asBool());
+    EXPECT_TRUE(signature["revocationChecked"].isBool());
     EXPECT_TRUE(signature["covers"]["whole"].asBool());
     EXPECT_TRUE(Step(signature, "signature")["good"].asBool());
     EXPECT_TRUE(Step(signature, "certificate")["good"].asBool());
@@ -92,6 +96,17 @@ TEST_F(VerifyTest, ASealSignatureIsGoodAndItsSealIsTold) {
     EXPECT_EQ(signature["seal"]["number"].asString().rfind("VELMORA", 0), 0u);
     EXPECT_EQ(signature["seal"]["widthMm"].asInt(), 42);
     EXPECT_TRUE(Step(signature, "picture")["good"].asBool());
+}
+
+TEST_F(VerifyTest, WhoMadeTheSealIsTold) {
+    StampBySeal();
+    const Json::Value seal = Signature()["seal"];
+    EXPECT_NE(seal["maker"].asString().find("CN="), std::string::npos) << seal;
+    EXPECT_EQ(seal["madeBySigner"].asBool(), seal["maker"] == Signature()["signer"]["subject"]);
+    const std::string told = Verify().out;
+    EXPECT_NE(told.find("seal made by " + seal["maker"].asString()), std::string::npos) << told;
+    EXPECT_EQ(told.find("its maker and the signer are the same certificate") != std::string::npos,
+              seal["madeBySigner"].asBool());
 }
 
 TEST_F(VerifyTest, ASealSignatureOfTheOlderFormIsGoodToo) {

@@ -40,6 +40,8 @@ Json::Value SealJson(const SealInfoOfSignature& seal) {
     object["widthMm"] = seal.widthMm;
     object["heightMm"] = seal.heightMm;
     object["property"] = seal.property;
+    object["maker"] = seal.maker;
+    object["madeBySigner"] = seal.madeBySigner;
     return object;
 }
 
@@ -111,6 +113,7 @@ Json::Value VerdictJson(const SignatureVerdict& verdict) {
     object["kind"] = SignatureKindText(verdict.kind);
     object["steps"] = StepsJson(verdict.steps);
     if (!verdict.signer.certificate.empty()) object["signer"] = SignerJson(verdict.signer);
+    object["revocationChecked"] = verdict.revocationChecked;
     if (!verdict.signingTime.empty()) object["signingTime"] = verdict.signingTime;
     if (verdict.timeStamp) object["timeStamp"] = TimeStampJson(*verdict.timeStamp);
     if (verdict.seal) object["seal"] = SealJson(*verdict.seal);
@@ -126,14 +129,18 @@ std::string VerdictText(const SignatureVerdict& verdict, const std::string& inde
         line("issuer  " + Printable(verdict.signer.issuer));
     }
     if (!verdict.signingTime.empty()) {
-        line("signed  " + verdict.signingTime +
-             (verdict.timeStamp ? "" : ", as the signer's machine told"));
+        line("signed  " + verdict.signingTime + ", claimed by the signer");
     }
     if (verdict.timeStamp) line("stamp   " + TimeStampText(*verdict.timeStamp));
     if (verdict.seal) {
         line("seal    " + Printable(verdict.seal->name) + ", number " +
              Printable(verdict.seal->number) + ", " + verdict.seal->form);
+        line("        seal made by " + Printable(verdict.seal->maker));
+        if (verdict.seal->madeBySigner)
+            line("note    seal: its maker and the signer are the same certificate");
     }
+    if (!verdict.signer.certificate.empty() && !verdict.revocationChecked)
+        line("note    certificate: revocation not checked (see the setting bVerifyCRL)");
     for (const VerdictStep& step : verdict.steps) {
         if (!step.good || !step.reason.empty()) {
             line((step.good ? "note    " : "WRONG   ") + StepText(step));

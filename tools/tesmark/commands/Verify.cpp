@@ -214,7 +214,7 @@ Report VerifyPdf(const Options& options) {
 SignatureVerdict JudgeDetached(const Options& options, const std::string& signature) {
     const SignatureKind kind = KindOf(signature);
     // The data may stand in the signature itself.
-    if (options.input.empty()) return JudgeSignature(signature, {"", ""}, "");
+    if (options.input.empty()) return JudgeSignature(signature, {"", "", true}, "");
     const std::uint64_t size = options.input == "-" ? 0 : CheckReadable(options.input);
     const Progress progress(size > kLongWork ? "Verifying " + SizeText(size) : "");
     if (size > kByPath && (kind == SignatureKind::kSeal || SignedBySm2(signature))) {
