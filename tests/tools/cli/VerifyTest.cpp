@@ -174,6 +174,19 @@ TEST_F(VerifyTest, AFurtherStampLeavesTheFirstOneGood) {
     EXPECT_TRUE(signatures[1]["covers"]["whole"].asBool());
 }
 
+TEST_F(VerifyTest, AFurtherSignatureThatIsBadVouchesForNothingBeforeIt) {
+    StampByRsa();
+    const std::string first = m_out;
+    m_out = InPrefix("both.pdf");
+    ASSERT_EQ(Tesmark({"stamp", first, m_out, "--page", "1", "--pin", "123456"}).exitCode, 0);
+    Change("/Contents <", 2'000);
+    EXPECT_EQ(Verify().exitCode, 7);
+    const Json::Value signatures = Json({"verify", m_out})["signatures"];
+    ASSERT_EQ(signatures.size(), 2u);
+    EXPECT_EQ(signatures[0]["verdict"].asString(), "changed") << signatures;
+    EXPECT_EQ(signatures[1]["verdict"].asString(), "bad") << signatures;
+}
+
 TEST_F(VerifyTest, WhatWasAddedBehindTheLastSignatureIsAVerdictOfItsOwn) {
     StampByRsa();
     WriteFile(m_out, FileContent(m_out) + "\n");

@@ -71,18 +71,30 @@ SignatureVerdict Judge(CDocumentBytes& document, const PdfSignature& signature) 
     return JudgeSignature(signature.contents, {bytes, ""}, time ? LocalTimeText(*time) : "");
 }
 
-// A further signature that covers the rest of the file speaks for what it brought with it.
+// What a PDF holds, and the verdicts on its signatures in their order.
+struct Judged {
+    PdfSignatures all;
+    std::vector<SignatureVerdict> verdicts;
+};
+
+// Whether a good signature covers the whole file.
+bool IsAnswered(const Judged& judged) {
+    for (std::size_t i = 0; i < judged.verdicts.size(); ++i) {
+        if (judged.all.list[i].end == judged.all.fileSize && judged.verdicts[i].Good()) return true;
+    }
+    return false;
+}
+
+// A further signature that is good and covers the rest of the file speaks for what it brought with
+// it.
 Standing StandingOf(const SignatureVerdict& verdict, const PdfSignature& signature,
-                    const PdfSignatures& all) {
+                    const Judged& judged) {
     if (!verdict.Good()) return Standing::kBad;
     const PdfAddition& after = signature.after;
     if (after.bytes == 0) return Standing::kGood;
     // A certification may forbid even signatures.
     if (signature.certifies == 1) return Standing::kChanged;
-    const bool answered = std::any_of(all.list.begin(), all.list.end(), [&](const PdfSignature& s) {
-        return s.problem == RangeProblem::kNone && s.end == all.fileSize;
-    });
-    return after.compared && after.altered.empty() && after.signature && answered
+    return after.compared && after.altered.empty() && after.signature && IsAnswered(judged)
                ? Standing::kGood
                : Standing::kChanged;
 }
@@ -163,19 +175,20 @@ PdfSignatures ReadSignatures(const std::string& path) {
     return signatures;
 }
 
-Standing AddSignature(CDocumentBytes& document, const PdfSignatures& all,
-                      const PdfSignature& signature, CPictureSaver& saver, Report& report) {
-    const SignatureVerdict verdict = Judge(document, signature);
-    const Standing standing = StandingOf(verdict, signature, all);
-    Json::Value json = PdfSignatureJson(signature, all.fileSize);
+Standing AddSignature(const Judged& judgement, std::size_t index, CPictureSaver& saver,
+                      Report& report) {
+    const PdfSignature& signature = judgement.all.list[index];
+    const SignatureVerdict& verdict = judgement.verdicts[index];
+    const std::uint64_t fileSize = judgement.all.fileSize;
+    const Standing standing = StandingOf(verdict, signature, judgement);
+    Json::Value json = PdfSignatureJson(signature, fileSize);
     const Json::Value judged = VerdictJson(verdict);
     for (const auto& name : judged.getMemberNames()) json[name] = judged[name];
     json["verdict"] = StandingText(standing);
     report.text += Mark(standing) + Printable(signature.fieldName) +
                    (signature.page ? ", page " + std::to_string(signature.page) : "") + ", " +
                    SignatureKindText(verdict.kind) + " (" + Printable(signature.subFilter) + ")\n" +
-                   VerdictText(verdict, kIndent) +
-                   PdfSignatureText(signature, all.fileSize, kIndent);
+                   VerdictText(verdict, kIndent) + PdfSignatureText(signature, fileSize, kIndent);
     saver.Save(signature.fieldName, verdict, json, report.text);
     report.json["signatures"].append(json);
     return standing;
@@ -191,19 +204,24 @@ Report Unsigned(Report report) {
 Report VerifyPdf(const Options& options) {
     const std::string path = platform::PathFromUtf8(options.input);
     CDocumentBytes document(path, kLargestInMemory);
-    const PdfSignatures all = ReadSignatures(path);
+    Judged judged;
+    judged.all = ReadSignatures(path);
     Report report;
     report.json["file"] = options.input;
-    report.json["size"] = static_cast<Json::UInt64>(all.fileSize);
-    report.json["emptyFields"] = all.emptyFields;
+    report.json["size"] = static_cast<Json::UInt64>(judged.all.fileSize);
+    report.json["emptyFields"] = judged.all.emptyFields;
     report.json["signatures"] = Json::Value(Json::arrayValue);
-    if (all.list.empty()) return Unsigned(std::move(report));
+    if (judged.all.list.empty()) return Unsigned(std::move(report));
     const LibrarySession library;
-    const Progress progress(all.fileSize > kLongWork ? "Verifying " + SizeText(all.fileSize) : "");
+    const Progress progress(
+        judged.all.fileSize > kLongWork ? "Verifying " + SizeText(judged.all.fileSize) : "");
+    for (const PdfSignature& signature : judged.all.list) {
+        judged.verdicts.push_back(Judge(document, signature));
+    }
     CPictureSaver saver(options.picture);
     Standing worst = Standing::kGood;
-    for (const PdfSignature& signature : all.list) {
-        worst = std::max(worst, AddSignature(document, all, signature, saver, report));
+    for (std::size_t i = 0; i < judged.verdicts.size(); ++i) {
+        worst = std::max(worst, AddSignature(judged, i, saver, report));
     }
     saver.CheckSaved();
     report.json["verdict"] = StandingText(worst);
