@@ -7,15 +7,15 @@
 #include <set>
 #include <vector>
 
+#include "pdf/FurtherSignature.h"
+#include "pdf/PdfReferences.h"
+
 namespace {
 
 // A longer document is told by its bytes alone.
 constexpr std::uint64_t kLargestCompared = 512 * 1024 * 1024;
-// Longer lists of annotations aren't gone through.
-constexpr int kMostItems = 10'000;
 
 using Table = std::map<QPDFObjGen, QPDFXRefEntry>;
-using Keys = std::set<std::string>;
 
 bool OpenRevision(const std::string& bytes, QPDF& revision) {
     revision.setSuppressWarnings(true);
@@ -66,79 +66,50 @@ bool Same(QPDFObjectHandle one, QPDFObjectHandle other) {
     return one.unparseResolved() == other.unparseResolved();
 }
 
-bool SameBut(QPDFObjectHandle one, QPDFObjectHandle other, const Keys& mayDiffer) {
-    Keys keys = one.getKeys();
-    keys.merge(other.getKeys());
-    return std::all_of(keys.begin(), keys.end(), [&](const std::string& key) {
-        return mayDiffer.contains(key) || one.getKey(key).unparse() == other.getKey(key).unparse();
-    });
+// Keys of a trailer that tell of its section, of what is said about the document or of its file, or
+// that are compared by themselves. LibreOffice writes /DocChecksum.
+bool TellsOfSection(const std::string& key) {
+    static const std::set<std::string> keys = {
+        "/DecodeParms", "/DocChecksum", "/Filter", "/ID",   "/Index", "/Info",   "/Length",
+        "/Prev",        "/Root",        "/Size",   "/Type", "/W",     "/XRefStm"};
+    return keys.contains(key);
 }
 
-bool IsSignatureField(QPDFObjectHandle object) {
-    if (!object.isDictionary()) return false;
-    auto type = object.getKey("/FT");
-    return type.isName() && type.getName() == "/Sig";
+std::string FirstIdentifier(QPDFObjectHandle trailer) {
+    auto pair = trailer.getKey("/ID");
+    return pair.isArray() && pair.getArrayNItems() > 0 ? pair.getArrayItem(0).unparse() : "";
 }
 
-// `grown` holds all of `before`, in its order, and nothing else than signature fields behind it.
-bool GrewBySignatures(QPDFObjectHandle before, QPDFObjectHandle grown) {
-    if (before.isNull() && grown.isNull()) return true;
-    if (!grown.isArray() || !(before.isArray() || before.isNull())) return false;
-    const int old = before.isArray() ? before.getArrayNItems() : 0;
-    const int now = grown.getArrayNItems();
-    if (now < old || now > kMostItems) return false;
-    for (int i = 0; i < now; ++i) {
-        auto item = grown.getArrayItem(i);
-        if (i < old ? before.getArrayItem(i).unparse() != item.unparse()
-                    : !IsSignatureField(item)) {
-            return false;
-        }
-    }
-    return true;
+// Keys are made of the first identifier too. Of a document that isn't encrypted it means nothing,
+// and updates come without it or with another one.
+bool SameEncryption(QPDFObjectHandle before, QPDFObjectHandle now) {
+    if (before.hasKey("/Encrypt") != now.hasKey("/Encrypt")) return false;
+    if (!before.hasKey("/Encrypt")) return true;
+    return before.getKey("/Encrypt").unparse() == now.getKey("/Encrypt").unparse() &&
+           FirstIdentifier(before) == FirstIdentifier(now);
 }
 
-bool IsOfType(QPDFObjectHandle object, const char* type) {
-    if (!object.isDictionary()) return false;
-    auto name = object.getKey("/Type");
-    return name.isName() && name.getName() == type;
-}
-
-bool IsForm(QPDFObjectHandle object) {
-    return object.isDictionary() && object.getKey("/Fields").isArray();
-}
-
-bool FormGrew(QPDFObjectHandle before, QPDFObjectHandle now) {
-    if (before.isNull()) return IsForm(now) && GrewBySignatures(before, now.getKey("/Fields"));
-    if (!IsForm(before) || !IsForm(now)) return false;
-    return SameBut(before, now, {"/Fields", "/SigFlags"}) &&
-           GrewBySignatures(before.getKey("/Fields"), now.getKey("/Fields"));
-}
-
-// A field that stood there unsigned may be signed.
-bool FieldWasSigned(QPDFObjectHandle before, QPDFObjectHandle now) {
-    return IsSignatureField(before) && IsSignatureField(now) && before.getKey("/V").isNull() &&
-           SameBut(before, now, {"/V", "/AP", "/M", "/F"});
-}
-
-// Is this the change of an object that a further signature brings with it?
-bool SignatureBrings(QPDFObjectHandle before, QPDFObjectHandle now) {
-    if (before.isArray()) return GrewBySignatures(before, now);
-    if (!before.isDictionary() || !now.isDictionary()) return false;
-    if (IsOfType(before, "/Page")) {
-        return SameBut(before, now, {"/Annots"}) &&
-               GrewBySignatures(before.getKey("/Annots"), now.getKey("/Annots"));
-    }
-    if (IsOfType(before, "/Catalog")) {
-        return SameBut(before, now, {"/AcroForm", "/Extensions", "/DSS"}) &&
-               FormGrew(before.getKey("/AcroForm"), now.getKey("/AcroForm"));
-    }
-    return IsForm(before) ? FormGrew(before, now) : FieldWasSigned(before, now);
+// Another catalog, encryption or unknown entry makes another document, though every object stands
+// as it stood.
+bool SameDocument(QPDFObjectHandle before, QPDFObjectHandle now) {
+    if (before.getKey("/Root").getObjGen() != now.getKey("/Root").getObjGen()) return false;
+    const auto keys = now.getKeys();
+    return SameEncryption(before, now) &&
+           std::all_of(keys.begin(), keys.end(), [&](const std::string& key) {
+               return TellsOfSection(key) ||
+                      before.getKey(key).unparse() == now.getKey(key).unparse();
+           });
 }
 
 class CComparison {
 public:
-    CComparison(CPdfBase& base, QPDF& revision, PdfAddition& addition)
-        : m_base(base), m_revision(revision), m_addition(addition) {}
+    CComparison(CPdfBase& base, QPDF& revision, const std::set<int>& signatures,
+                PdfAddition& addition)
+        : m_base(base),
+          m_revision(revision),
+          m_references(revision),
+          m_further(revision, m_references, signatures),
+          m_addition(addition) {}
 
     void Run() {
         const Table before = m_revision.getXRefTable();
@@ -146,7 +117,7 @@ public:
         for (const auto& [number, entry] : now) {
             const auto old = before.find(number);
             if (old == before.end()) {
-                m_addition.added.push_back(number.getObj());
+                NoteAdded(number.getObj());
             } else if (!StandsWhereItStood(before, old->second, now, entry)) {
                 Compare(number);
             }
@@ -156,16 +127,24 @@ public:
             m_addition.removed.push_back(number.getObj());
             m_addition.altered.push_back(number.getObj());
         }
-        CompareCatalogs();
-        std::sort(m_addition.altered.begin(), m_addition.altered.end());
+        CompareTrailers();
+        SortAltered();
     }
 
 private:
-    // Another catalog is another document, though every object stands as it stood.
-    void CompareCatalogs() {
-        const QPDFObjGen before = m_revision.getTrailer().getKey("/Root").getObjGen();
-        if (before == m_base.Trailer().getKey("/Root").getObjGen()) return;
-        m_addition.altered.push_back(before.getObj());
+    // What the revision referred to in vain would be filled, or its object hidden by another
+    // generation.
+    void NoteAdded(int number) {
+        m_addition.added.push_back(number);
+        if (m_references.RefersTo(number) || m_further.IsOfRevision(number)) {
+            m_addition.altered.push_back(number);
+        }
+    }
+
+    void CompareTrailers() {
+        auto before = m_revision.getTrailer();
+        if (SameDocument(before, m_base.Trailer())) return;
+        m_addition.altered.push_back(before.getKey("/Root").getObjectID());
     }
 
     void Compare(QPDFObjGen number) {
@@ -173,32 +152,44 @@ private:
         auto now = m_base.Object(number);
         if (Same(before, now)) return;
         m_addition.changed.push_back(number.getObj());
-        if (!IsAboutDocument(number, before) && !SignatureBrings(before, now))
-            m_addition.altered.push_back(number.getObj());
+        if (!m_further.Brings(number, before, now)) m_addition.altered.push_back(number.getObj());
     }
 
-    // Its title, dates and the like, which writers renew and no page shows.
-    bool IsAboutDocument(QPDFObjGen number, QPDFObjectHandle before) {
-        if (before.isStream()) return IsOfType(before.getDict(), "/Metadata");
-        auto information = m_revision.getTrailer().getKey("/Info");
-        return information.isIndirect() && information.getObjGen() == number;
+    void SortAltered() {
+        std::vector<int>& altered = m_addition.altered;
+        std::sort(altered.begin(), altered.end());
+        altered.erase(std::unique(altered.begin(), altered.end()), altered.end());
     }
 
     CPdfBase& m_base;
     QPDF& m_revision;
+    const CPdfReferences m_references;
+    CFurtherSignature m_further;
     PdfAddition& m_addition;
 };
+
+// The objects of those that were made behind the first `end` bytes.
+std::set<int> MadeBehind(const std::vector<PdfSignature>& signatures, std::uint64_t end) {
+    std::set<int> objects;
+    for (const PdfSignature& signature : signatures) {
+        if (signature.problem == RangeProblem::kNone && signature.object != 0 &&
+            signature.gapStart >= end) {
+            objects.insert(signature.object);
+        }
+    }
+    return objects;
+}
 
 }  // namespace
 
 void CompareWithRevision(CPdfBase& base, const std::string& path, std::uint64_t end,
-                         PdfAddition& addition) {
+                         const std::vector<PdfSignature>& signatures, PdfAddition& addition) {
     std::string bytes;
     QPDF revision;
     if (!ReadStart(path, end, bytes) || !OpenRevision(bytes, revision)) return;
     PdfAddition found = addition;
     try {
-        CComparison(base, revision, found).Run();
+        CComparison(base, revision, MadeBehind(signatures, end), found).Run();
     } catch (const std::exception&) {
         return;
     }

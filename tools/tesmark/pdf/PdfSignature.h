@@ -37,13 +37,14 @@ struct PdfAddition {
     std::vector<int> added;
     std::vector<int> changed;
     std::vector<int> removed;
-    // Those of `changed` and `removed` whose change a further signature doesn't bring with it: the
-    // page's list of annotations, the form and the catalog's entries for these may grow, and the
-    // document's own information be renewed.
+    // Those of the three lists that a further signature doesn't bring with it (FurtherSignature.h
+    // tells what one may): of `added` what the signed part refers to already, or a number that it
+    // uses. The catalog stands for the trailer too.
     std::vector<int> altered;
 };
 
 struct PdfSignature {
+    int object = 0;         // the number of its dictionary; 0 if it stands in the field itself
     std::string fieldName;  // the full one, with points between its parts
     // Texts are UTF-8; what the dictionary lacks is empty.
     std::string filter;  // without the slash

@@ -129,6 +129,7 @@ private:
         if (m_found.list.size() >= kMostSignatures) ThrowFormDamaged();
         PdfSignature signature;
         signature.fieldName = field.name;
+        signature.object = value.getObjectID();
         signature.filter = NameOf(value.getKey("/Filter"));
         signature.subFilter = NameOf(value.getKey("/SubFilter"));
         signature.name = TextOf(value.getKey("/Name"));
@@ -188,7 +189,7 @@ void TellAdditions(CPdfBase& base, const std::string& path, PdfSignatures& found
                 return other.problem == RangeProblem::kNone && other.gapStart >= signature.end;
             });
         if (++compared > kMostCompared) continue;
-        CompareWithRevision(base, path, signature.end, signature.after);
+        CompareWithRevision(base, path, signature.end, found.list, signature.after);
     }
 }
 

@@ -1,0 +1,141 @@
+#include "pdf/PdfReferences.h"
+
+#include <algorithm>
+
+namespace {
+
+// The lists that signature fields stand in.
+constexpr unsigned kFieldLists = kRoleAnnotations | kRoleFields | kRoleKids;
+
+std::string NameAt(const std::map<std::string, QPDFObjectHandle>& entries, const char* key) {
+    const auto at = entries.find(key);
+    if (at == entries.end()) return {};
+    QPDFObjectHandle value = at->second;
+    return value.isName() ? value.getName() : "";
+}
+
+QPDFObjGen ObjectAt(QPDFObjectHandle dictionary, const char* key) {
+    return dictionary.isDictionary() ? dictionary.getKey(key).getObjGen() : QPDFObjGen();
+}
+
+}  // namespace
+
+CPdfReferences::CPdfReferences(QPDF& pdf) {
+    auto trailer = pdf.getTrailer();
+    auto catalog = trailer.getKey("/Root");
+    m_catalog = catalog.getObjGen();
+    m_form = ObjectAt(catalog, "/AcroForm");
+    m_securityStore = ObjectAt(catalog, "/DSS");
+    VisitDictionary(trailer, {QPDFObjGen(), true, true, false});
+    for (const auto& [number, entry] : pdf.getXRefTable()) {
+        VisitObject(number, pdf.getObjectByObjGen(number));
+    }
+}
+
+const PdfUses& CPdfReferences::Of(QPDFObjGen object) const {
+    static const PdfUses none;
+    const auto at = m_uses.find(object);
+    return at == m_uses.end() ? none : at->second;
+}
+
+bool CPdfReferences::RefersTo(int number) const {
+    const auto at = m_uses.lower_bound(QPDFObjGen(number, 0));
+    return at != m_uses.end() && at->first.getObj() == number;
+}
+
+bool CPdfReferences::IsFieldOnly(QPDFObjGen object) const {
+    const PdfUses& uses = Of(object);
+    if (uses.roles & ~(kRoleItem | kRoleParent | kRoleTagged)) return false;
+    return uses.count > 0 &&
+           std::all_of(uses.lists.begin(), uses.lists.end(),
+                       [&](QPDFObjGen list) { return Of(list).Only(kFieldLists); });
+}
+
+void CPdfReferences::VisitObject(QPDFObjGen number, QPDFObjectHandle object) {
+    if (object.isStream()) {
+        auto dictionary = object.getDict();
+        // A cross-reference stream's dictionary is a trailer.
+        auto type = dictionary.getKey("/Type");
+        const bool trailer = type.isName() && type.getName() == "/XRef";
+        VisitDictionary(dictionary, {number, true, trailer, false});
+    } else if (object.isDictionary()) {
+        VisitDictionary(object, {number, true, false, number == m_form});
+    } else if (object.isArray()) {
+        for (auto& item : object.getArrayAsVector()) {
+            if (!item.isIndirect()) {
+                VisitNested(item, number);
+                continue;
+            }
+            Note(item.getObjGen(), number, 0);
+            m_uses[item.getObjGen()].lists.push_back(number);
+        }
+    }
+}
+
+void CPdfReferences::VisitDictionary(QPDFObjectHandle dictionary, const Place& place) {
+    // Not by its keys: qpdf leaves out those whose value is missing.
+    const auto entries = dictionary.getDictAsMap();
+    const std::string type = NameAt(entries, "/Type");
+    if (entries.contains("/DA") || (entries.contains("/FT") && NameAt(entries, "/FT") != "/Sig")) {
+        m_takesFormDefaults = true;
+    }
+    for (const auto& [key, value] : entries) VisitEntry(key, value, place, type);
+}
+
+void CPdfReferences::VisitEntry(const std::string& key, QPDFObjectHandle value, const Place& place,
+                                const std::string& type) {
+    const unsigned role = RoleOf(key, place, type);
+    if (value.isIndirect()) {
+        Note(value.getObjGen(), place.holder, role);
+    } else if (value.isArray()) {
+        const unsigned itemRole = role & kFieldLists ? kRoleItem : kRoleOther;
+        for (auto& item : value.getArrayAsVector()) VisitItem(item, place.holder, itemRole);
+    } else if (value.isDictionary()) {
+        VisitDictionary(value, {place.holder, false, false, role == kRoleForm});
+    }
+}
+
+void CPdfReferences::VisitItem(QPDFObjectHandle item, QPDFObjGen holder, unsigned role) {
+    if (item.isIndirect()) {
+        Note(item.getObjGen(), holder, role);
+    } else {
+        VisitNested(item, holder);
+    }
+}
+
+void CPdfReferences::VisitNested(QPDFObjectHandle value, QPDFObjGen holder) {
+    if (value.isArray()) {
+        for (auto& item : value.getArrayAsVector()) VisitItem(item, holder, kRoleOther);
+    } else if (value.isDictionary()) {
+        VisitDictionary(value, {holder, false, false, false});
+    }
+}
+
+unsigned CPdfReferences::RoleOf(const std::string& key, const Place& place,
+                                const std::string& type) const {
+    if (place.trailer) {
+        if (key == "/Root") return kRoleCatalog;
+        return key == "/Info" ? kRoleInformation : kRoleOther;
+    }
+    if (place.top && place.holder == m_catalog) return CatalogRole(key);
+    if (place.top && place.holder == m_securityStore) return kRoleSecurityStore;
+    if (place.form && key == "/Fields") return kRoleFields;
+    if (place.top && type == "/Page" && key == "/Annots") return kRoleAnnotations;
+    if (key == "/Kids" && type != "/Pages") return kRoleKids;
+    if (key == "/Parent") return kRoleParent;
+    if (key == "/Data") return kRoleData;
+    return key == "/Obj" && type == "/OBJR" ? kRoleTagged : kRoleOther;
+}
+
+unsigned CPdfReferences::CatalogRole(const std::string& key) const {
+    if (key == "/AcroForm") return kRoleForm;
+    if (key == "/Metadata") return kRoleMetadata;
+    return key == "/DSS" ? kRoleSecurityStore : kRoleOther;
+}
+
+void CPdfReferences::Note(QPDFObjGen target, QPDFObjGen holder, unsigned role) {
+    PdfUses& uses = m_uses[target];
+    uses.roles |= role;
+    ++uses.count;
+    uses.holder = holder;
+}
