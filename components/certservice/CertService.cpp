@@ -186,7 +186,10 @@ int CertService::CertificateExtension(std::string_view certificate, const char* 
 int CertService::Validate(std::string_view certificate, std::time_t now) {
     X509* parsed = m_certificates.Parse(certificate);
     if (!parsed) return kServiceCertificateDamaged;
-    return m_process->trust.Validate(parsed, m_revocationList.get(), now);
+    const CertificateVerdict verdict =
+        m_process->trust.Validate(parsed, m_revocationList.get(), now);
+    // Callers take -4 as acceptable: a forged list would hide a revocation from them.
+    return verdict == kCertificateRevocationUndecided ? kCertificateUntrusted : verdict;
 }
 
 int CertService::SetRevocationList(std::string_view base64) {

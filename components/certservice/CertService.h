@@ -73,7 +73,8 @@ public:
 
     int CertificateField(std::string_view certificate, int field, std::string& text);
     int CertificateExtension(std::string_view certificate, const char* oid, std::string& der);
-    // A CertificateVerdict, or kServiceCertificateDamaged.
+    // A CertificateVerdict, or kServiceCertificateDamaged. A certificate whose revocation stays
+    // undecided is untrusted.
     int Validate(std::string_view certificate, std::time_t now);
     // The list in force for Validate, as Base64 of DER or PEM; an empty text takes it away.
     // kServiceRevocationListDamaged leaves the one before in force.

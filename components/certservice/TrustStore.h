@@ -11,7 +11,7 @@
 #include "components/certservice/RevocationList.h"
 #include "components/crypto/Handles.h"
 
-// The results of a check as SOF_ValidateCert tells them, the weightiest first.
+// The results of a check, the weightiest first. All but the last are SOF_ValidateCert's own numbers.
 enum CertificateVerdict : int {
     kCertificateGood = 0,
     kCertificateUntrusted = -1,
@@ -19,7 +19,9 @@ enum CertificateVerdict : int {
     kCertificateNotYetValid = -5,
     kCertificateRevoked = -3,
     kCertificateIssuerRevoked = -6,
-    kCertificateRevocationUndecided = -4,  // a list of its issuer is at hand but can't be relied on
+    // A list of its issuer is at hand but can't be relied on. SOF_ValidateCert says -1 for it, as
+    // nothing vouches for the certificate; a time stamp has a code of its own.
+    kCertificateRevocationUndecided = -4,
 };
 
 // Every file of the folder may hold certificates, in PEM or DER. Those that are self-signed are

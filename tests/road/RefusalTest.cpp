@@ -155,6 +155,16 @@ TEST_F(RevocationTest, ACertificateThatTheListLacksSigns) {
     EXPECT_EQ(SignP7(kData).code, 0);
 }
 
+TEST_F(RevocationTest, UnderAForgedListNothingIsSigned) {
+    std::string list = List("1A2C");
+    list.back() ^= 1;
+    const LoopbackServer server(
+        [list](const std::string&) { return LoopbackServer::Page("200 OK", list); });
+    Select(server.Url("/ca.crl"));
+    EXPECT_EQ(SignP1(kData).code, TESMARK_NOT_TRUSTED);
+    EXPECT_EQ(SignP7(kData).code, TESMARK_NOT_TRUSTED);
+}
+
 TEST_F(RevocationTest, WithTheServerDownTheSignatureGoesOn) {
     Select(LoopbackServer::DeadUrl("/ca.crl"));
     ShownBoxes boxes;

@@ -217,6 +217,19 @@ TEST_F(RevocationRoadTest, ASealSignatureIsHeldAgainstItsSignersList) {
     EXPECT_NE(VerifyP7(kData, signature.bytes), 0);
 }
 
+TEST_F(RevocationRoadTest, AListForgedOrOutOfDateVouchesForNobody) {
+    const std::string certificate = Certificate(MakeKey(KeyKind::kRsa, "rsa", Listed()));
+    Revoke(KeyKind::kRsa, {});
+    EXPECT_EQ(VerifyCert(certificate, m_now), 0);
+    std::remove((m_prefix.CrlFolder() + "ca1.crl").c_str());
+    m_list = Authority(KeyKind::kRsa).RevocationList({}, m_now - 2 * kDay, m_now - kDay);
+    EXPECT_EQ(VerifyCert(certificate, m_now), TESMARK_NOT_TRUSTED);
+    std::remove((m_prefix.CrlFolder() + "ca1.crl").c_str());
+    Revoke(KeyKind::kRsa, {{kSerial, m_now - 600}});
+    m_list.back() ^= 1;
+    EXPECT_EQ(VerifyCert(certificate, m_now), TESMARK_NOT_TRUSTED);
+}
+
 TEST_F(RevocationRoadTest, AServerThatSendsRubbishRefusesTheCertificate) {
     const std::string certificate = Certificate(MakeKey(KeyKind::kRsa, "rsa", Listed()));
     m_list = "no list";

@@ -196,17 +196,17 @@ TEST_F(ValidateTest, AListOfAnotherIssuerSaysNothing) {
     EXPECT_EQ(Validate(m_context, MakeCertificate(KeyKind::kSm2, Named("1234"))), 0);
 }
 
-TEST_F(ValidateTest, AListThatTheIssuerDidntSignLeavesRevocationUndecided) {
+TEST_F(ValidateTest, UnderAListThatTheIssuerDidntSignNobodyIsTrusted) {
     for (const KeyKind kind : kKinds) {
         const std::string certificate = MakeCertificate(kind, Named("1234"));
         int code = 0;
         const auto impostor = DevelopmentCa::Open(kind, Path("other"), Path("elsewhere"), code);
         ASSERT_EQ(SetRevocationList(m_context, List(*impostor, "1234")), 0);
-        EXPECT_EQ(Validate(m_context, certificate), -4);
+        EXPECT_EQ(Validate(m_context, certificate), -1);
         std::string list = List(Authority(kind), "1234");
         list.back() ^= 1;
         ASSERT_EQ(SetRevocationList(m_context, list), 0);
-        EXPECT_EQ(Validate(m_context, certificate), -4);
+        EXPECT_EQ(Validate(m_context, certificate), -1);
     }
 }
 
@@ -219,11 +219,11 @@ TEST_F(ValidateTest, AListOutOfDateStillRevokesButVouchesForNobody) {
                   m_context, authority.RevocationList(entries, m_now - 2 * kHour, m_now - kHour)),
               0);
     EXPECT_EQ(Validate(m_context, revoked), -3);
-    EXPECT_EQ(Validate(m_context, other), -4);
+    EXPECT_EQ(Validate(m_context, other), -1);
     ASSERT_EQ(SetRevocationList(m_context,
                                 authority.RevocationList({}, m_now + kHour, m_now + 2 * kHour)),
               0);
-    EXPECT_EQ(Validate(m_context, other), -4);
+    EXPECT_EQ(Validate(m_context, other), -1);
 }
 
 TEST_F(ValidateTest, ACertificateSignedWithAHashThatCanBeForgedIsUntrusted) {
@@ -253,7 +253,7 @@ TEST_F(ValidateTest, ADeltaListRevokesButVouchesForNobody) {
     EXPECT_EQ(Validate(m_context, other), 0);
     ASSERT_EQ(SetRevocationList(m_context, DerOf<i2d_X509_CRL>(delta.get())), 0);
     EXPECT_EQ(Validate(m_context, revoked), -3);
-    EXPECT_EQ(Validate(m_context, other), -4);
+    EXPECT_EQ(Validate(m_context, other), -1);
 }
 
 TEST_F(ValidateTest, AListForOtherCertificatesRevokesButVouchesForNobody) {
@@ -263,11 +263,11 @@ TEST_F(ValidateTest, AListForOtherCertificatesRevokesButVouchesForNobody) {
     const std::string revoked = MakeCertificate(KeyKind::kRsa, Named("1234"));
     const std::string other = MakeCertificate(KeyKind::kRsa, placed);
     for (const auto& [scope, verdict] :
-         {std::pair("critical,onlyuser:TRUE", 0), std::pair("critical,onlyCA:TRUE", -4),
-          std::pair("critical,onlyAA:TRUE", -4), std::pair("critical,indirectCRL:TRUE", -4),
-          std::pair("critical,onlysomereasons:superseded", -4),
+         {std::pair("critical,onlyuser:TRUE", 0), std::pair("critical,onlyCA:TRUE", -1),
+          std::pair("critical,onlyAA:TRUE", -1), std::pair("critical,indirectCRL:TRUE", -1),
+          std::pair("critical,onlysomereasons:superseded", -1),
           std::pair("critical,fullname:URI:http://192.0.2.7/2.crl", 0),
-          std::pair("critical,fullname:URI:http://192.0.2.7/1.crl", -4)}) {
+          std::pair("critical,fullname:URI:http://192.0.2.7/1.crl", -1)}) {
         const std::string list = List(authority, "1234");
         const auto* cursor = reinterpret_cast<const unsigned char*>(list.data());
         const RevocationListHandle scoped(
