@@ -142,7 +142,7 @@ CertificateVerdict TrustStore::Judge(X509* certificate,
     if (X509_verify_cert(context.get()) != 1 || findings.untrusted) return kCertificateUntrusted;
     STACK_OF(X509)* const chain = X509_STORE_CTX_get0_chain(context.get());
     if (HasForgeableSignature(chain)) return kCertificateUntrusted;
+    if (const CertificateVerdict verdict = revoked(chain)) return verdict;
     if (findings.expired) return kCertificateExpired;
-    if (findings.notYetValid) return kCertificateNotYetValid;
-    return revoked(chain);
+    return findings.notYetValid ? kCertificateNotYetValid : kCertificateGood;
 }

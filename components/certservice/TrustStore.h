@@ -11,17 +11,18 @@
 #include "components/certservice/RevocationList.h"
 #include "components/crypto/Handles.h"
 
-// The results of a check, the weightiest first. All but the last are SOF_ValidateCert's own numbers.
+// The results of a check, the weightiest first, with SOF_ValidateCert's numbers. What is revoked says
+// so even if it has expired since: a caller may forgive the end of validity.
 enum CertificateVerdict : int {
     kCertificateGood = 0,
     kCertificateUntrusted = -1,
-    kCertificateExpired = -2,
-    kCertificateNotYetValid = -5,
     kCertificateRevoked = -3,
     kCertificateIssuerRevoked = -6,
     // A list of its issuer is at hand but can't be relied on. SOF_ValidateCert says -1 for it, as
     // nothing vouches for the certificate; a time stamp has a code of its own.
     kCertificateRevocationUndecided = -4,
+    kCertificateExpired = -2,
+    kCertificateNotYetValid = -5,
 };
 
 // Every file of the folder may hold certificates, in PEM or DER. Those that are self-signed are
@@ -34,7 +35,7 @@ public:
     TrustStore(const TrustStore&) = delete;
     TrustStore& operator=(const TrustStore&) = delete;
 
-    // Checks chain, validity at `now` and, if there is a list, revocation. A certificate whose
+    // Checks chain, if there is a list revocation, and validity at `now`. A certificate whose
     // issuer (or an issuer above) the list names is of a revoked issuer. The folder is read again
     // if it or a file in it has changed.
     CertificateVerdict Validate(X509* certificate, const RevocationList* list, std::time_t now);

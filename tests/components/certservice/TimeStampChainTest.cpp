@@ -119,6 +119,15 @@ TEST_F(TimeStampChainTest, AStampOutlivesALaterRevocationThatLeftTheKeySafe) {
     }
 }
 
+TEST_F(TimeStampChainTest, ARevokedAuthoritysLateStampIsRevokedAndNotMerelyExpired) {
+    CertificateRequest request = Valid(m_now - 30 * 60, m_now - 10 * 60);
+    request.serial = "4321";
+    const StampAuthority stamper = Stamper(KeyKind::kSm2, request);
+    EXPECT_EQ(Verdict(stamper, m_now - 5 * 60), kServiceTimeStampExpired);
+    Revoke(KeyKind::kSm2, "4321", m_now - 20 * 60, -1);
+    EXPECT_EQ(Verdict(stamper, m_now - 5 * 60), kServiceTimeStampRevoked);
+}
+
 TEST_F(TimeStampChainTest, AListThatCantBeReliedOnLeavesTheRevocationUndecided) {
     const StampAuthority stamper = Stamper(KeyKind::kSm2, Numbered("4321"));
     ASSERT_EQ(SetRevocationList(

@@ -100,6 +100,41 @@ TEST_F(ValidateTest, ValidityIsJudgedOnBothSides) {
     }
 }
 
+TEST_F(ValidateTest, ARevocationWeighsMoreThanTheEndOfValidity) {
+    for (const KeyKind kind : kKinds) {
+        const DevelopmentCa& authority = Authority(kind);
+        CertificateRequest expired = Named("1234");
+        expired.notBefore = m_now - 2 * kHour;
+        expired.notAfter = m_now - kHour;
+        CertificateRequest early = Named("1234");
+        early.notBefore = m_now + kHour;
+        std::string list = List(authority, "1234");
+        ASSERT_EQ(SetRevocationList(m_context, list), 0);
+        EXPECT_EQ(Validate(m_context, MakeCertificate(kind, expired)), -3);
+        EXPECT_EQ(Validate(m_context, MakeCertificate(kind, early)), -3);
+        list.back() ^= 1;
+        ASSERT_EQ(SetRevocationList(m_context, list), 0);
+        EXPECT_EQ(Validate(m_context, MakeCertificate(kind, expired)), -1)
+            << "nobody signed that list";
+        ASSERT_EQ(SetRevocationList(m_context, List(authority, "9999")), 0);
+        EXPECT_EQ(Validate(m_context, MakeCertificate(kind, expired)), -2);
+    }
+}
+
+TEST_F(ValidateTest, UnderARevokedIssuerNothingIsMerelyExpired) {
+    CertificateRequest name = Named("5555");
+    name.commonName = "Intermediate";
+    const auto intermediate = Authority(KeyKind::kSm2).MakeSubordinate(KeyKind::kSm2, name);
+    Trust(*intermediate, "intermediate.pem");
+    CertificateRequest expired = Named();
+    expired.notBefore = m_now - 2 * kHour;
+    expired.notAfter = m_now - kHour;
+    const std::string certificate = IssueBelow(*intermediate, KeyKind::kSm2, expired);
+    EXPECT_EQ(Validate(m_context, certificate), -2);
+    ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kSm2), "5555")), 0);
+    EXPECT_EQ(Validate(m_context, certificate), -6);
+}
+
 TEST_F(ValidateTest, AnExpiredCertificateOfAStrangerIsUntrusted) {
     CertificateRequest expired = Named();
     expired.notBefore = m_now - 2 * kHour;
