@@ -28,7 +28,7 @@ enum ServiceCode : int {
     kServiceRevocationListDamaged = 0x0B000051,
     kServiceTokenFailure = 0x0B000060,  // the token's module reports a failure of its own
     kServiceNetworkFailure = 0x0B000070,
-    // Time stamps, in the order in which their parts are judged.
+    // Time stamps, in the order in which their parts are judged; but validity comes last.
     kServiceTimeStampMissing = 0x0B000080,             // the signature carries none
     kServiceTimeStampRefused = 0x0B000081,             // the authority granted none
     kServiceTimeStampDamaged = 0x0B000082,             // no token that can be read

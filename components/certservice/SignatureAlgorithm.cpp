@@ -62,6 +62,8 @@ std::optional<HashAlgorithm> HashByNumber(int number) {
     return std::nullopt;
 }
 
+bool IsCollisionResistant(HashAlgorithm hash) { return hash != HashAlgorithm::kSha1; }
+
 const char* OidOfHash(HashAlgorithm hash) {
     for (const NamedHash& entry : kHashes) {
         if (entry.hash == hash) return entry.oid;

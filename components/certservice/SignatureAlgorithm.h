@@ -15,6 +15,9 @@ std::string OidText(const ASN1_OBJECT* object);
 // The hash that the service's calls give by that number: SM3, SHA-1 and SHA-256 have one.
 std::optional<HashAlgorithm> HashByNumber(int number);
 
+// False for a hash in which collisions can be made (SHA-1).
+bool IsCollisionResistant(HashAlgorithm hash);
+
 // The object identifier of a hash.
 const char* OidOfHash(HashAlgorithm hash);
 

@@ -274,6 +274,10 @@ std::string SignedMessage::ContentType() const { return OidText(m_content->Data(
 
 int SignedMessage::CountSigners() const { return sk_SignerInfo_num(m_content->Data().signers); }
 
+std::optional<HashAlgorithm> SignedMessage::SignerHash() const {
+    return HashOf(m_content->FirstSigner()->digestAlgorithm);
+}
+
 X509* SignedMessage::SignerCertificate() const {
     return m_content->CertificateOf(*m_content->FirstSigner()->id);
 }

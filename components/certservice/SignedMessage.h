@@ -7,6 +7,7 @@
 #include <ctime>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,6 +53,8 @@ public:
     // The object identifier of what is signed, in digits and dots.
     std::string ContentType() const;
     int CountSigners() const;
+    // The first signer's hash; none for an unknown one.
+    std::optional<HashAlgorithm> SignerHash() const;
     // The first signer's; null if the message lacks it. Belongs to the message.
     X509* SignerCertificate() const;
     // All that stand in the message, the signers' among them.

@@ -109,7 +109,7 @@ std::optional<HashAlgorithm> TimeStampToken::ImprintHash() const {
 
 int TimeStampToken::CheckImprint(std::string_view bytes) const {
     const std::optional<HashAlgorithm> hash = ImprintHash();
-    if (!hash) return kServiceTimeStampAlgorithmUnknown;
+    if (!hash || !IsCollisionResistant(*hash)) return kServiceTimeStampAlgorithmUnknown;
     TS_MSG_IMPRINT* imprint = TS_TST_INFO_get_msg_imprint(m_info.get());
     return BytesOf(TS_MSG_IMPRINT_get_msg(imprint)) == Digest(*hash, bytes)
                ? kServiceOk
@@ -119,6 +119,8 @@ int TimeStampToken::CheckImprint(std::string_view bytes) const {
 int TimeStampToken::CheckSignature() const {
     X509* certificate = Certificate();
     if (!certificate) return kServiceTimeStampCertificateMissing;
+    const std::optional<HashAlgorithm> hash = m_message->SignerHash();
+    if (!hash || !IsCollisionResistant(*hash)) return kServiceTimeStampAlgorithmUnknown;
     if (const int code = TokenCode(m_message->VerifyData({}))) return code;
     if (!IsBound(*m_message, certificate) ||
         !IsNamed(TS_TST_INFO_get_tsa(m_info.get()), certificate)) {

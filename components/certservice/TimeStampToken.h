@@ -21,7 +21,7 @@ public:
     static std::unique_ptr<TimeStampToken> Parse(std::string_view token);
 
     // kServiceOk if the imprint is the hash of `bytes`; else kServiceTimeStampMismatch, or
-    // kServiceTimeStampAlgorithmUnknown.
+    // kServiceTimeStampAlgorithmUnknown, also for SHA-1.
     int CheckImprint(std::string_view bytes) const;
     // The hash of the imprint; none for an unknown one.
     std::optional<HashAlgorithm> ImprintHash() const;
@@ -29,7 +29,8 @@ public:
     // What the token says by itself: its signature by the certificate inside, that the signed
     // attributes bind that certificate (ESSCertID or ESSCertIDv2, RFC 5816), and that it is one
     // for time stamps and nothing else (RFC 3161, section 2.3). One of the codes
-    // kServiceTimeStamp... The chain isn't looked at.
+    // kServiceTimeStamp...; a signature by SHA-1 is one of an unknown algorithm. The chain isn't
+    // looked at.
     int CheckSignature() const;
 
     std::time_t Time() const { return m_time; }

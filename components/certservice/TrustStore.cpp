@@ -5,6 +5,9 @@
 
 namespace {
 
+constexpr int kStrength112 = 2;  // OpenSSL's level of 112 bits: no SHA-1, no MD5
+constexpr int kShortestRsa = 2048;
+
 using StoreContextHandle = OpenSslHandle<X509_STORE_CTX, X509_STORE_CTX_free>;
 
 void FreeStack(STACK_OF(X509) * certificates) { sk_X509_free(certificates); }
@@ -27,12 +30,13 @@ int NoteError(int good, X509_STORE_CTX* context) {
     return 1;
 }
 
-// Hashes whose collisions are cheap enough to forge a certificate; OpenSSL takes them by itself.
-bool HasForgeableSignature(STACK_OF(X509) * chain) {
-    for (int i = 0; i + 1 < sk_X509_num(chain); ++i) {
-        int hash = NID_undef;
-        X509_get_signature_info(sk_X509_value(chain, i), &hash, nullptr, nullptr, nullptr);
-        if (hash == NID_md2 || hash == NID_md4 || hash == NID_md5) return true;
+// OpenSSL rounds the strength of a key, and takes RSA keys somewhat below as of 112 bits.
+bool HasShortKey(STACK_OF(X509) * chain) {
+    for (int i = 0; i < sk_X509_num(chain); ++i) {
+        const EVP_PKEY* key = X509_get0_pubkey(sk_X509_value(chain, i));
+        const int kind = key ? EVP_PKEY_get_base_id(key) : EVP_PKEY_NONE;
+        const bool rsa = kind == EVP_PKEY_RSA || kind == EVP_PKEY_RSA_PSS;
+        if (rsa && EVP_PKEY_get_bits(key) < kShortestRsa) return true;
     }
     return false;
 }
@@ -139,9 +143,10 @@ CertificateVerdict TrustStore::Judge(X509* certificate,
     X509_STORE_CTX_set_app_data(context.get(), &findings);
     X509_STORE_CTX_set_verify_cb(context.get(), NoteError);
     X509_STORE_CTX_set_time(context.get(), 0, at);
+    X509_VERIFY_PARAM_set_auth_level(X509_STORE_CTX_get0_param(context.get()), kStrength112);
     if (X509_verify_cert(context.get()) != 1 || findings.untrusted) return kCertificateUntrusted;
     STACK_OF(X509)* const chain = X509_STORE_CTX_get0_chain(context.get());
-    if (HasForgeableSignature(chain)) return kCertificateUntrusted;
+    if (HasShortKey(chain)) return kCertificateUntrusted;
     if (const CertificateVerdict verdict = revoked(chain)) return verdict;
     if (findings.expired) return kCertificateExpired;
     return findings.notYetValid ? kCertificateNotYetValid : kCertificateGood;

@@ -11,8 +11,8 @@
 #include "components/certservice/RevocationList.h"
 #include "components/crypto/Handles.h"
 
-// The results of a check, the weightiest first, with SOF_ValidateCert's numbers. What is revoked says
-// so even if it has expired since: a caller may forgive the end of validity.
+// The results of a check, the weightiest first, with SOF_ValidateCert's numbers. What is revoked
+// says so even if it has expired since: a caller may forgive the end of validity.
 enum CertificateVerdict : int {
     kCertificateGood = 0,
     kCertificateUntrusted = -1,
@@ -35,7 +35,9 @@ public:
     TrustStore(const TrustStore&) = delete;
     TrustStore& operator=(const TrustStore&) = delete;
 
-    // Checks chain, if there is a list revocation, and validity at `now`. A certificate whose
+    // Checks chain, if there is a list revocation, and validity at `now`. RSA keys below 2048 bits
+    // and signatures by SHA-1 or weaker make a chain untrusted, but for the anchor's own
+    // signature, which nobody looks at. A certificate whose
     // issuer (or an issuer above) the list names is of a revoked issuer. The folder is read again
     // if it or a file in it has changed.
     CertificateVerdict Validate(X509* certificate, const RevocationList* list, std::time_t now);

@@ -55,7 +55,7 @@ enum SealCode : int {
     // The time stamp of a seal or of a seal signature.
     kSealTimeStampDamaged = 0x0C000080,  // no token that can be read, or one without a certificate
     kSealTimeStampForeign = 0x0C000081,  // over something else than this signature
-    kSealTimeStampInvalid = 0x0C000082,  // the token's signature is wrong
+    kSealTimeStampInvalid = 0x0C000082,  // the token's signature is wrong, or an algorithm is unfit
     kSealTimeStampAuthorityUnfit = 0x0C000083,  // not the certificate named, or not for time stamps
     kSealTimeStampNotTrusted = 0x0C000084,
     kSealTimeStampAuthorityExpired = 0x0C000085,  // not valid at the token's time

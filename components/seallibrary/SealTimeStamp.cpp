@@ -45,7 +45,9 @@ int JudgeTimeStamp(std::string_view der, std::string_view stamped,
                    const std::string& revocationList, CertificateJudge& judge, std::time_t& time) {
     const auto token = TimeStampToken::Parse(der);
     if (!token || !token->Certificate()) return kSealTimeStampDamaged;
-    if (token->CheckImprint(stamped)) return kSealTimeStampForeign;
+    if (const int code = token->CheckImprint(stamped)) {
+        return code == kServiceTimeStampMismatch ? kSealTimeStampForeign : CodeOf(code);
+    }
     if (const int code = CodeOf(token->CheckSignature())) return code;
     if (const int code = CheckAuthority(*token, revocationList, judge)) return code;
     time = token->Time();

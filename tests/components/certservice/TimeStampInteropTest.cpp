@@ -51,7 +51,7 @@ TEST_F(TimeStampInteropTest, WhatOpenSslStampsIsMergedAndOpenSslAcceptsBothAfter
     WriteFile(Path("data"), "data");
     for (const char* settings :
          {"signer_digest=sha256\n", "signer_digest=sha512\ness_cert_id_alg=sha256\n",
-          "signer_digest=sha1\ness_cert_id_alg=sha1\n",
+          "signer_digest=sha256\ness_cert_id_alg=sha1\n",
           "signer_digest=sha384\nordering=yes\ntsa_name=yes\nclock_precision_digits=3\n"
           "accuracy=secs:1,millisecs:500,microsecs:100\n"}) {
         const std::string stamped = Stamped(message, settings);
@@ -69,6 +69,13 @@ TEST_F(TimeStampInteropTest, WhatOpenSslStampsIsMergedAndOpenSslAcceptsBothAfter
             "trust/velmora-development-rsa.pem -purpose any");
         EXPECT_EQ(run.status, 0) << run.output;
     }
+}
+
+TEST_F(TimeStampInteropTest, ATokenSignedOverSha1IsNotTaken) {
+    const std::string message = Message();
+    WriteFile(Path("request"), Request(Imprint(message)).data);
+    Reply("signer_digest=sha1\ness_cert_id_alg=sha1\n");
+    EXPECT_EQ(Stamp(ReadFile(Path("response")), message).code, kServiceTimeStampAlgorithmUnknown);
 }
 
 TEST_F(TimeStampInteropTest, AFieldTellsWhatOpenSslWasToldToSay) {

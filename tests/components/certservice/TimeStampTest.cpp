@@ -127,14 +127,23 @@ TEST_F(TimeStampTest, AStampOverAnotherSignatureIsAMismatch) {
 
 TEST_F(TimeStampTest, AnImprintByAnotherHashVerifiesButIsntWhatWasAskedFor) {
     const std::string message = Message();
-    for (const HashAlgorithm hash : {HashAlgorithm::kSm3, HashAlgorithm::kSha1,
-                                     HashAlgorithm::kSha384, HashAlgorithm::kSha512}) {
+    for (const HashAlgorithm hash :
+         {HashAlgorithm::kSm3, HashAlgorithm::kSha384, HashAlgorithm::kSha512}) {
         const std::string token =
             Stamper(KeyKind::kSm2)
                 .Token({.imprint = Digest(hash, SignatureValue(message)), .imprintHash = hash});
         EXPECT_EQ(VerifyStamp(StampMessage(message, token)), 0);
         EXPECT_EQ(Stamp(StampAuthority::Response(token), message).code, kServiceTimeStampMismatch);
     }
+}
+
+TEST_F(TimeStampTest, AnImprintBySha1IsRefusedForItsAlgorithm) {
+    const std::string message = Message();
+    const HashAlgorithm hash = HashAlgorithm::kSha1;
+    const std::string token =
+        Stamper(KeyKind::kSm2)
+            .Token({.imprint = Digest(hash, SignatureValue(message)), .imprintHash = hash});
+    EXPECT_EQ(VerifyStamp(StampMessage(message, token)), kServiceTimeStampAlgorithmUnknown);
 }
 
 TEST_F(TimeStampTest, EveryStepOfATokensOwnSignatureHasItsCode) {

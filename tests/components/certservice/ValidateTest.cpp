@@ -265,10 +265,54 @@ TEST_F(ValidateTest, ACertificateSignedWithAHashThatCanBeForgedIsUntrusted) {
     const DevelopmentCa& authority = Authority(KeyKind::kRsa);
     const CertificateHandle certificate =
         ParseCertificate(MakeCertificate(KeyKind::kRsa, Named("1234")));
-    ASSERT_GT(X509_sign(certificate.get(), authority.Key(), EVP_sha1()), 0);
-    EXPECT_EQ(Validate(m_context, DerOf<i2d_X509>(certificate.get())), 0);
-    ASSERT_GT(X509_sign(certificate.get(), authority.Key(), EVP_md5()), 0);
-    EXPECT_EQ(Validate(m_context, DerOf<i2d_X509>(certificate.get())), -1);
+    for (const auto& [hash, verdict] :
+         {std::pair(EVP_sha1(), -1), std::pair(EVP_md5(), -1), std::pair(EVP_sha256(), 0),
+          std::pair(EVP_sha384(), 0), std::pair(EVP_sha512(), 0)}) {
+        ASSERT_GT(X509_sign(certificate.get(), authority.Key(), hash), 0);
+        EXPECT_EQ(Validate(m_context, DerOf<i2d_X509>(certificate.get())), verdict)
+            << EVP_MD_get0_name(hash);
+    }
+}
+
+TEST_F(ValidateTest, AnAnchorsOwnSignatureIsntLookedAtButAnIntermediatesIs) {
+    const auto root = DevelopmentCa::Make(KeyKind::kRsa, {.commonName = "Old root"});
+    const auto middle = root->MakeSubordinate(KeyKind::kRsa, {.commonName = "Intermediate"});
+    const std::string certificate = IssueBelow(*middle, KeyKind::kSm2, Named());
+    const auto signedAnew = [&](const DevelopmentCa& authority, const EVP_MD* hash) {
+        const CertificateHandle copy = ParseCertificate(authority.Certificate());
+        EXPECT_GT(X509_sign(copy.get(), root->Key(), hash), 0);
+        return PemOf(copy.get());
+    };
+    WriteFile(Path("trust/root.pem"), signedAnew(*root, EVP_sha1()));
+    WriteFile(Path("trust/middle.pem"), middle->CertificatePem());
+    EXPECT_EQ(Validate(m_context, certificate), 0);
+    WriteFile(Path("trust/middle.pem"), signedAnew(*middle, EVP_sha1()) + "\n");
+    EXPECT_EQ(Validate(m_context, certificate), -1);
+}
+
+TEST_F(ValidateTest, AnRsaKeyBelow2048BitsIsUntrusted) {
+    for (const auto& [bits, verdict] :
+         {std::pair(1024, -1), std::pair(2040, -1), std::pair(2048, 0), std::pair(3072, 0)}) {
+        const KeyHandle key(GenerateKey(KeyKind::kRsa, bits));
+        ASSERT_TRUE(key);
+        EXPECT_EQ(Validate(m_context, Authority(KeyKind::kRsa).Issue(key.get(), Named())), verdict)
+            << bits;
+    }
+}
+
+TEST_F(ValidateTest, AnIssuersShortKeyMakesItsCertificatesUntrusted) {
+    for (const auto& [bits, verdict] : {std::pair("1024", -1), std::pair("2048", 0)}) {
+        ProgramRun run = OpenSsl(std::string("req -x509 -nodes -sha256 -subj /CN=Root") + bits +
+                                 " -keyout root.key -out trust/root.pem -newkey rsa:" + bits);
+        ASSERT_EQ(run.status, 0) << run.output;
+        run = OpenSsl("req -new -newkey rsa:2048 -nodes -subj /CN=x -keyout x.key -out x.csr");
+        ASSERT_EQ(run.status, 0) << run.output;
+        run = OpenSsl(
+            "x509 -req -sha256 -in x.csr -CA trust/root.pem -CAkey root.key -set_serial 5 "
+            "-outform DER -out x.cer");
+        ASSERT_EQ(run.status, 0) << run.output;
+        EXPECT_EQ(Validate(m_context, ReadFile(Path("x.cer"))), verdict) << bits;
+    }
 }
 
 TEST_F(ValidateTest, ADeltaListRevokesButVouchesForNobody) {

@@ -16,6 +16,7 @@ const std::string kMessageDigest = Der(0x06, "\x2A\x86\x48\x86\xF7\x0D\x01\x09\x
 const std::string kSigningCertificate = Der(0x06, "\x2A\x86\x48\x86\xF7\x0D\x01\x09\x10\x02\x0C");
 const std::string kSigningCertificate2 = Der(0x06, "\x2A\x86\x48\x86\xF7\x0D\x01\x09\x10\x02\x2F");
 const std::string kSm3 = Der(0x06, "\x2A\x81\x1C\xCF\x55\x01\x83\x11");
+const std::string kSha1 = Der(0x06, "\x2B\x0E\x03\x02\x1A");
 const std::string kSha256 = Der(0x06, "\x60\x86\x48\x01\x65\x03\x04\x02\x01");
 
 std::string Sequence(const std::string& content) { return Der(0x30, content); }
@@ -41,6 +42,13 @@ std::string NamedCertificate(const HandMadeToken& token, const TestIdentity& aut
                      Sequence(Sequence(id)));
 }
 
+std::string Imprint(const HandMadeToken& token, HashAlgorithm hash, const std::string& algorithm) {
+    if (token.sha1Imprint) {
+        return Sequence(Sequence(kSha1) + Der(0x04, Digest(HashAlgorithm::kSha1, token.stamped)));
+    }
+    return Sequence(algorithm + Der(0x04, Digest(hash, token.stamped)));
+}
+
 }  // namespace
 
 std::string Build(const HandMadeToken& token, const TestIdentity& authority) {
@@ -49,8 +57,7 @@ std::string Build(const HandMadeToken& token, const TestIdentity& authority) {
     const std::string algorithm = Sequence(sm2 ? kSm3 : kSha256);
     const std::string type = token.isTstInfo ? kTstInfo : kData;
     const std::string tstInfo =
-        Sequence(Der(0x02, "\x01") + Der(0x06, "\x2A\x03\x04") +
-                 Sequence(algorithm + Der(0x04, Digest(hash, token.stamped))) +
+        Sequence(Der(0x02, "\x01") + Der(0x06, "\x2A\x03\x04") + Imprint(token, hash, algorithm) +
                  Der(0x02, "\x4D\x2E") + Der(0x18, token.time));
     const std::string attributes = Attribute(kContentType, type) +
                                    Attribute(kMessageDigest, Der(0x04, Digest(hash, tstInfo))) +

@@ -17,6 +17,7 @@ struct HandMadeToken {
     std::string namedCertificate = {};  // empty: the authority's own
     std::string time = "20260615120100Z";
     bool signsOtherData = false;
+    bool sha1Imprint = false;
 };
 
 std::string Build(const HandMadeToken& token, const TestIdentity& authority);

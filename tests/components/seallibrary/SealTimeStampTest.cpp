@@ -77,6 +77,10 @@ TEST_P(SealTimeStampTest, AForgedTimeStampIsInvalid) {
     ExpectBoth(kSealTimeStampInvalid, {.signsOtherData = true});
 }
 
+TEST_P(SealTimeStampTest, ATimeStampOverASha1ProvesNothing) {
+    ExpectBoth(kSealTimeStampInvalid, {.sha1Imprint = true});
+}
+
 TEST_P(SealTimeStampTest, WhatIsNoTokenIsDamaged) {
     ExpectBoth(kSealTimeStampDamaged, {.isTstInfo = false});
     ExpectBoth(kSealTimeStampDamaged, {.withCertificate = false});
