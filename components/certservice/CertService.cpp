@@ -7,6 +7,7 @@
 #include "components/certservice/FileHash.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/SignatureAlgorithm.h"
+#include "components/certservice/SignerPurpose.h"
 #include "components/crypto/Signature.h"
 
 namespace {
@@ -22,6 +23,22 @@ std::optional<HashAlgorithm> HashOfMethod(int method, KeyKind kind) {
     if (kind != KeyKind::kRsa) return std::nullopt;
     if (method == kMethodByKey || method == kMethodRsaSha256) return HashAlgorithm::kSha256;
     return method == kMethodRsaSha1 ? std::optional(HashAlgorithm::kSha1) : std::nullopt;
+}
+
+bool IsSigned(EVP_PKEY* key, std::string_view data, std::string_view signature) {
+    if (KindOfKey(key) == KeyKind::kSm2) {
+        return VerifyData(key, HashAlgorithm::kSm3, data, signature);
+    }
+    // A plain signature doesn't say its hash.
+    for (const HashAlgorithm hash : {HashAlgorithm::kSha256, HashAlgorithm::kSha1,
+                                     HashAlgorithm::kSha384, HashAlgorithm::kSha512}) {
+        if (VerifyData(key, hash, data, signature)) return true;
+    }
+    return false;
+}
+
+int CheckSigners(const SignedMessage& message) {
+    return message.MaySignersSign() ? kServiceOk : kServiceSignerUnfit;
 }
 
 }  // namespace
@@ -130,21 +147,12 @@ int CertService::HashFile(int algorithm, const char* path, std::string_view cert
 
 int CertService::VerifyData(std::string_view certificate, std::string_view data,
                             std::string_view signature) {
-    const X509* parsed = m_certificates.Parse(certificate);
+    X509* parsed = m_certificates.Parse(certificate);
     if (!parsed) return kServiceCertificateDamaged;
     EVP_PKEY* key = X509_get0_pubkey(parsed);
-    const KeyKind kind = KindOfKey(key);
-    if (kind == KeyKind::kOther) return kServiceAlgorithmUnknown;
-    if (kind == KeyKind::kSm2) {
-        return ::VerifyData(key, HashAlgorithm::kSm3, data, signature) ? kServiceOk
-                                                                       : kServiceSignatureInvalid;
-    }
-    // A plain signature doesn't say its hash.
-    for (const HashAlgorithm hash : {HashAlgorithm::kSha256, HashAlgorithm::kSha1,
-                                     HashAlgorithm::kSha384, HashAlgorithm::kSha512}) {
-        if (::VerifyData(key, hash, data, signature)) return kServiceOk;
-    }
-    return kServiceSignatureInvalid;
+    if (KindOfKey(key) == KeyKind::kOther) return kServiceAlgorithmUnknown;
+    if (!IsSigned(key, data, signature)) return kServiceSignatureInvalid;
+    return MaySignDocuments(parsed) ? kServiceOk : kServiceSignerUnfit;
 }
 
 std::shared_ptr<const SignedMessage> CertService::ReadMessage(std::string_view message) {
@@ -159,12 +167,16 @@ std::shared_ptr<const SignedMessage> CertService::ReadMessage(std::string_view m
 
 int CertService::VerifyMessage(std::string_view message, std::string_view data) {
     const auto parsed = ReadMessage(message);
-    return parsed ? parsed->VerifyData(data) : kServiceMessageDamaged;
+    if (!parsed) return kServiceMessageDamaged;
+    if (const int code = parsed->VerifyData(data)) return code;
+    return CheckSigners(*parsed);
 }
 
 int CertService::VerifyMessageDigest(std::string_view message, std::string_view digest) {
     const auto parsed = ReadMessage(message);
-    return parsed ? parsed->VerifyDigest(digest) : kServiceMessageDamaged;
+    if (!parsed) return kServiceMessageDamaged;
+    if (const int code = parsed->VerifyDigest(digest)) return code;
+    return CheckSigners(*parsed);
 }
 
 int CertService::MessageField(std::string_view message, int field, std::string& value) {

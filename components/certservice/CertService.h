@@ -66,6 +66,8 @@ public:
     int HashFile(int algorithm, const char* path, std::string_view certificate,
                  std::string_view userId, std::string& hash);
 
+    // kServiceSignerUnfit: the signature is good, but a signer's certificate isn't one for
+    // signatures (MaySignDocuments).
     int VerifyData(std::string_view certificate, std::string_view data, std::string_view signature);
     int VerifyMessage(std::string_view message, std::string_view data);
     int VerifyMessageDigest(std::string_view message, std::string_view digest);

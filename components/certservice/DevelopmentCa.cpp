@@ -82,14 +82,18 @@ bool AddRawExtension(X509* certificate, const std::string& oid, const std::strin
     return extension && X509_add_ext(certificate, extension.get(), -1) == 1;
 }
 
+std::string KeyUsage(const CertificateRequest& request, bool authority) {
+    if (authority) return "critical,keyCertSign,cRLSign";
+    if (!request.keyUsage.empty()) return request.keyUsage;
+    return "critical,digitalSignature,nonRepudiation";
+}
+
 bool AddExtensions(X509* certificate, X509* issuer, const CertificateRequest& request,
                    bool authority) {
     const bool done =
         AddExtension(certificate, issuer, NID_basic_constraints,
                      authority ? "critical,CA:TRUE" : "CA:FALSE") &&
-        AddExtension(certificate, issuer, NID_key_usage,
-                     authority ? "critical,keyCertSign,cRLSign"
-                               : "critical,digitalSignature,nonRepudiation") &&
+        AddExtension(certificate, issuer, NID_key_usage, KeyUsage(request, authority)) &&
         AddExtension(certificate, issuer, NID_subject_key_identifier, "hash") &&
         (!issuer || AddExtension(certificate, issuer, NID_authority_key_identifier, "keyid")) &&
         (request.email.empty() ||

@@ -22,6 +22,7 @@ struct CertificateRequest {
     std::time_t notAfter = 0;         // 0: three years after notBefore
     std::string distributionPoint{};  // URL of the revocation list
     std::string extendedKeyUsage{};   // as OpenSSL's settings write it ("critical,timeStamping")
+    std::string keyUsage{};  // the same; empty: critical, digitalSignature and nonRepudiation
     // Further extensions that aren't critical: object identifier and the DER of the value.
     std::vector<std::pair<std::string, std::string>> extensions{};
 };
@@ -45,7 +46,7 @@ public:
     // The same below this one. Null on failure.
     std::unique_ptr<DevelopmentCa> MakeSubordinate(KeyKind kind, const CertificateRequest& subject);
 
-    // A certificate for signatures (keyUsage digitalSignature and nonRepudiation). Empty on
+    // A certificate for signatures, unless the request has a keyUsage of its own. Empty on
     // failure, such as a serial number that is none.
     std::string Issue(EVP_PKEY* subjectKey, const CertificateRequest& request) const;
 

@@ -24,6 +24,7 @@ enum ServiceCode : int {
     kServiceDigestMismatch = 0x0B000042,
     kServiceAlgorithmUnknown = 0x0B000043,
     kServiceSignerMissing = 0x0B000044,  // the message lacks its signer's certificate
+    kServiceSignerUnfit = 0x0B000045,    // its certificate isn't one for signatures
     kServiceFileUnreadable = 0x0B000050,
     kServiceRevocationListDamaged = 0x0B000051,
     kServiceTokenFailure = 0x0B000060,  // the token's module reports a failure of its own

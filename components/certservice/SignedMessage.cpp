@@ -12,6 +12,7 @@
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/SignatureAlgorithm.h"
 #include "components/certservice/SignedMessageAsn1.h"
+#include "components/certservice/SignerPurpose.h"
 #include "components/crypto/Signature.h"
 
 struct SignedMessage::Content {
@@ -280,6 +281,15 @@ std::optional<HashAlgorithm> SignedMessage::SignerHash() const {
 
 X509* SignedMessage::SignerCertificate() const {
     return m_content->CertificateOf(*m_content->FirstSigner()->id);
+}
+
+bool SignedMessage::MaySignersSign() const {
+    const SignedData& data = m_content->Data();
+    for (int i = 0; i < sk_SignerInfo_num(data.signers); ++i) {
+        X509* certificate = m_content->CertificateOf(*sk_SignerInfo_value(data.signers, i)->id);
+        if (!certificate || !MaySignDocuments(certificate)) return false;
+    }
+    return true;
 }
 
 const std::vector<CertificateHandle>& SignedMessage::Certificates() const {

@@ -57,6 +57,8 @@ public:
     std::optional<HashAlgorithm> SignerHash() const;
     // The first signer's; null if the message lacks it. Belongs to the message.
     X509* SignerCertificate() const;
+    // True if every signer's certificate is in the message and MaySignDocuments.
+    bool MaySignersSign() const;
     // All that stand in the message, the signers' among them.
     const std::vector<CertificateHandle>& Certificates() const;
     // All values of the first signer's attributes of a kind (OpenSSL's number), each in DER.

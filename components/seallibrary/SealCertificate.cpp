@@ -1,8 +1,8 @@
 #include "components/seallibrary/SealCertificate.h"
 
 #include <openssl/bn.h>
-#include <openssl/x509v3.h>
 
+#include "components/certservice/SignerPurpose.h"
 #include "components/crypto/Signature.h"
 #include "components/crypto/Sm3.h"
 #include "components/seallibrary/SealForm.h"
@@ -31,9 +31,7 @@ std::string CSealCertificate::SignatureAlgorithm() const {
     return {};
 }
 
-bool CSealCertificate::MaySign() const {
-    return X509_get_key_usage(m_certificate.get()) & (KU_DIGITAL_SIGNATURE | KU_NON_REPUDIATION);
-}
+bool CSealCertificate::MaySign() const { return MaySignDocuments(m_certificate.get()); }
 
 std::string CSealCertificate::SerialNumber() const {
     return SerialText(X509_get0_serialNumber(m_certificate.get()));

@@ -25,9 +25,8 @@ public:
     // The dotted form of the only signature algorithm that a seal may name for this key; empty for
     // a key that is neither SM2 nor RSA.
     std::string SignatureAlgorithm() const;
-    // False if its keyUsage (RFC 5280, section 4.2.1.3) is there and has neither digitalSignature
-    // nor nonRepudiation: the certificate of a key pair for encryption, whose private key others
-    // hold.
+    // As MaySignDocuments: false for the certificate of a key pair for encryption, whose private
+    // key others hold, and for one whose critical purposes are others.
     bool MaySign() const;
     bool IsValidAt(std::time_t time) const { return time >= m_notBefore && time <= m_notAfter; }
     // Hexadecimal, capital letters, no leading zeros.

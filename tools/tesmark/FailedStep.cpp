@@ -32,6 +32,7 @@ const char* OfService(int code) {
         case kServiceMessageDamaged:
         case kServiceSignerMissing:
         case kServiceCertificateDamaged: return "form";
+        case kServiceSignerUnfit: return "purpose";
         case kServiceRevocationListDamaged: return "revocation";
         case kServiceFileUnreadable: return "file";
         default: return nullptr;

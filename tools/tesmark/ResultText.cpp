@@ -86,6 +86,7 @@ constexpr auto kService = std::to_array<Meaning>({
     {kServiceDigestMismatch, kFailed, "the signature was made over other data"},
     {kServiceAlgorithmUnknown, kFailed, "the algorithm is unknown, or doesn't fit the key"},
     {kServiceSignerMissing, kFailed, "the signature lacks its signer's certificate"},
+    {kServiceSignerUnfit, kFailed, "the signer's certificate is not for signatures"},
     {kServiceTimeStampMissing, kFailed, "the signature carries no time stamp"},
     {kServiceTimeStampRefused, kFailed, "the time-stamp authority granted no stamp"},
     {kServiceTimeStampDamaged, kFailed, "this is no time stamp that can be read"},

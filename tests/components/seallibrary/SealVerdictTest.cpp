@@ -74,6 +74,17 @@ TEST_F(SealVerdictTest, AMakersCertificateForEncryptionIsRefused) {
     }
 }
 
+TEST_F(SealVerdictTest, AMakersCertificateForServersIsRefused) {
+    for (const auto& [purposes, code] :
+         {std::pair<const char*, int>("critical,serverAuth", kSealMakerNotTrusted),
+          {"critical,1.3.6.1.5.5.7.3.36", kSealOk},
+          {"serverAuth", kSealOk}}) {
+        m_maker = MakeIdentity(KeyKind::kSm2, {.name = "Maker", .extendedKeyUsage = purposes});
+        Remake();
+        EXPECT_EQ(JudgeTheSeal().code, code) << purposes;
+    }
+}
+
 TEST_F(SealVerdictTest, ARevokedMakerIsRefused) {
     for (const int revoked : {-3, -6}) {
         m_judge.m_results[m_maker.certificate] = revoked;

@@ -59,6 +59,7 @@ TEST(FailedStepTest, EachComponentsCodeStandsForAPartOfTheSignature) {
     EXPECT_EQ(FailedStepOf(kSealDigestMismatch), "digest");
     EXPECT_EQ(FailedStepOf(kServiceSignatureInvalid), "signature value");
     EXPECT_EQ(FailedStepOf(kSealSignatureInvalid), "signature value");
+    EXPECT_EQ(FailedStepOf(kServiceSignerUnfit), "purpose");
     EXPECT_EQ(FailedStepOf(TESMARK_NOT_TRUSTED), "chain");
     EXPECT_EQ(FailedStepOf(kSealSignerNotTrusted), "chain");
     EXPECT_EQ(FailedStepOf(TESMARK_TIME_OUTSIDE_VALIDITY), "validity");
