@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "pdf/FurtherSignature.h"
+#include "pdf/InflateLimit.h"
 #include "pdf/PdfReferences.h"
 
 namespace {
@@ -186,6 +187,8 @@ void CompareWithRevision(CPdfBase& base, const std::string& path, std::uint64_t 
                          const std::vector<PdfSignature>& signatures, PdfAddition& addition) {
     std::string bytes;
     QPDF revision;
+    // Each revision is decoded anew, and an honest document may have many.
+    LimitInflation(base.FileSize());
     if (!ReadStart(path, end, bytes) || !OpenRevision(bytes, revision)) return;
     PdfAddition found = addition;
     try {
