@@ -118,8 +118,8 @@ std::string FaultOf(const platform::CurlLibrary& curl, CURLcode result, const Ar
     if (arrival.tooLarge) {
         return "the answer has more than " + std::to_string(kLargestResponse) + " bytes";
     }
-    return std::string(*told != '\0' ? told : curl.errorText(result)) + " (libcurl error " +
-           std::to_string(result) + ")";
+    if (*told == '\0' && curl.errorText != nullptr) told = curl.errorText(result);
+    return std::string(told) + " (libcurl error " + std::to_string(result) + ")";
 }
 
 std::string FaultOf(const Arrival& arrival) {

@@ -5,7 +5,7 @@
 
 namespace platform {
 
-// All null if libcurl can't be had or lacks one of them.
+// All null if libcurl can't be had or lacks one of them but the last, which may be null alone.
 struct CurlLibrary {
     decltype(&::curl_global_init) globalInit = nullptr;
     decltype(&::curl_easy_init) init = nullptr;

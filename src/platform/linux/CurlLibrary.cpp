@@ -21,9 +21,10 @@ CurlLibrary Open() {
                        Take(module, "curl_easy_init", curl.init) &&
                        Take(module, "curl_easy_setopt", curl.setOption) &&
                        Take(module, "curl_easy_perform", curl.perform) &&
-                       Take(module, "curl_easy_cleanup", curl.cleanup) &&
-                       Take(module, "curl_easy_strerror", curl.errorText);
-    return whole ? curl : CurlLibrary{};
+                       Take(module, "curl_easy_cleanup", curl.cleanup);
+    if (!whole) return {};
+    Take(module, "curl_easy_strerror", curl.errorText);
+    return curl;
 }
 
 }  // namespace
