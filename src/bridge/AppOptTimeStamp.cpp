@@ -12,10 +12,10 @@
 #include "platform/Automation.h"
 #include "platform/Module.h"
 #include "platform/TimeStampRequest.h"
+#include "platform/closed/TimeStampEngine.h"
 
 namespace {
 
-constexpr char kEngineClass[] = "{2D8C4E07-91BA-4F36-A4D2-7C16E05B3F9A}";
 constexpr platform::AutomationId kEngineInterface{
     0x5A0E71C3, 0x3B28, 0x46D9, {0x8E, 0x4F, 0x12, 0xC9, 0xD6, 0xF4, 0x7A, 0x30}};
 constexpr char kCreateTS[] = "CreateTS";
@@ -47,13 +47,13 @@ using Request = Room<512>;
 // Null with a record of the step that failed.
 platform::AutomationObject CreateEngine() {
     platform::AutomationId classId{};
-    if (!platform::ParseClassId(kEngineClass, classId)) {
+    if (!platform::ParseClassId(kTimeStampEngineClass, classId)) {
         TESMARK_LOG(kLogError, "CLSIDFromString: %s", "error");
         return nullptr;
     }
     // The class's text once more, for a value that nobody needs.
     platform::AutomationId unused{};
-    if (!platform::ParseInterfaceId(kEngineClass, unused)) {
+    if (!platform::ParseInterfaceId(kTimeStampEngineClass, unused)) {
         TESMARK_LOG(kLogError, "IIDFromString: %s", "error");
         return nullptr;
     }
