@@ -1,12 +1,9 @@
-#include <openssl/pem.h>
-
 #include <algorithm>
 #include <functional>
 
-#include "components/certservice/Certificate.h"
+#include "components/certservice/ForeignMessageTest.h"
 #include "components/certservice/SignedMessage.h"
 #include "components/certservice/StampMessage.h"
-#include "components/certservice/StampTest.h"
 
 namespace {
 
@@ -14,25 +11,8 @@ namespace {
 // so a message counts as accepted here if it verifies and ValidateCert takes the certificate that
 // comes out of it. The messages hold no other certificate, no list and no unsigned attribute but
 // the time stamp: nothing signs those.
-class MessageDamageTest : public StampTest {
+class MessageDamageTest : public ForeignMessageTest {
 protected:
-    std::string Foreign(const std::string& options) {
-        WriteFile(Path("data"), "data");
-        const ProgramRun run = OpenSsl(
-            "cms -sign -binary -outform DER -in data -signer signer.pem -inkey key.pem -out "
-            "message " +
-            options);
-        EXPECT_EQ(run.status, 0) << run.output;
-        return ReadFile(Path("message"));
-    }
-    void MakeSigner() {
-        const KeyHandle key(GenerateKey(KeyKind::kRsa, 2048));
-        const CertificateHandle certificate =
-            ParseCertificate(Authority(KeyKind::kRsa).Issue(key.get(), {.commonName = "Other"}));
-        const BioHandle out(BIO_new_file(Path("key.pem").c_str(), "w"));
-        PEM_write_bio_PrivateKey(out.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr);
-        WriteFile(Path("signer.pem"), PemOf(certificate.get()));
-    }
     bool Accepted(const std::string& message) {
         if (VerifyMessage(message) != 0) return false;
         const auto parsed = SignedMessage::Parse(message);

@@ -1,30 +1,11 @@
-#include <openssl/pem.h>
-
-#include "components/certservice/Certificate.h"
-#include "components/certservice/StampTest.h"
+#include "components/certservice/ForeignMessageTest.h"
 
 namespace {
 
 // Messages of the openssl program, over every size of key that there are certificates for.
-class MessageInteropTest : public StampTest {
+class MessageInteropTest : public ForeignMessageTest {
 protected:
-    void MakeSigner(int bits) {
-        const KeyHandle key(GenerateKey(KeyKind::kRsa, bits));
-        const CertificateHandle certificate =
-            ParseCertificate(Authority(KeyKind::kRsa).Issue(key.get(), {.commonName = "Other"}));
-        const BioHandle out(BIO_new_file(Path("key.pem").c_str(), "w"));
-        PEM_write_bio_PrivateKey(out.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr);
-        WriteFile(Path("signer.pem"), PemOf(certificate.get()));
-        WriteFile(Path("data"), m_data);
-    }
-    std::string Sign(const std::string& options) {
-        const ProgramRun run = OpenSsl(
-            "cms -sign -binary -outform DER -in data -signer signer.pem -inkey key.pem -out "
-            "message " +
-            options);
-        EXPECT_EQ(run.status, 0) << run.output;
-        return ReadFile(Path("message"));
-    }
+    std::string Sign(const std::string& options) { return Foreign(options, m_data); }
     int VerifyHash(const std::string& message, const std::string& hash) {
         return SOF_VerifySignedHashMessage(m_context, Bytes(message), Size(message), Bytes(hash),
                                            Size(hash));

@@ -1,39 +1,17 @@
 #include "components/certservice/StampMessage.h"
 
-#include <openssl/pem.h>
-
 #include "components/certservice/BerElements.h"
-#include "components/certservice/Certificate.h"
+#include "components/certservice/ForeignMessageTest.h"
 #include "components/certservice/SignedMessage.h"
-#include "components/certservice/StampTest.h"
 
 namespace {
 
 // What becomes of the other parts of a message when a time stamp is put into it.
-class StampMessageTest : public StampTest {
+class StampMessageTest : public ForeignMessageTest {
 protected:
     std::string Token(const std::string& message) {
         return m_stamper.Token({.imprint = Imprint(message)});
     }
-    // A message of the openssl program over the file "data".
-    std::string Foreign(const std::string& options) {
-        const KeyHandle key(GenerateKey(KeyKind::kRsa, 2048));
-        const CertificateHandle certificate =
-            ParseCertificate(Authority(KeyKind::kRsa).Issue(key.get(), {.commonName = "Other"}));
-        {
-            const BioHandle out(BIO_new_file(Path("key.pem").c_str(), "w"));
-            PEM_write_bio_PrivateKey(out.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr);
-        }
-        WriteFile(Path("signer.pem"), PemOf(certificate.get()));
-        WriteFile(Path("data"), "data");
-        const ProgramRun run = OpenSsl(
-            "cms -sign -binary -outform DER -in data -signer signer.pem -inkey key.pem -out "
-            "message " +
-            options);
-        EXPECT_EQ(run.status, 0) << run.output;
-        return ReadFile(Path("message"));
-    }
-
     // `message` with `more` at the end of its last element, `levels` down: 5 is the signer.
     static std::string Lengthened(std::string_view message, const std::string& more, int levels) {
         const auto element = FirstBerElement(message);
@@ -51,6 +29,7 @@ protected:
 };
 
 TEST_F(StampMessageTest, EveryFormOfMessageTakesAStampAndStillVerifies) {
+    MakeSigner();
     for (const char* options : {"", "-nodetach", "-noattr", "-noattr -nodetach", "-keyid",
                                 "-stream -indef -nodetach", "-stream -indef"}) {
         const std::string message = Foreign(options);
@@ -113,10 +92,12 @@ TEST_F(StampMessageTest, AMessageWithSeveralStampsIsRefused) {
 }
 
 TEST_F(StampMessageTest, TheFirstSignersValueIsStampedAndTheOthersKeepTheirPlaces) {
+    MakeSigner();
     const std::string first = Foreign("");
     for (const char* file : {"key", "signer"}) {
         WriteFile(Path(file + std::string("1.pem")), ReadFile(Path(file + std::string(".pem"))));
     }
+    MakeSigner();
     const std::string both = Foreign("-signer signer1.pem -inkey key1.pem");
     const Answer stamped = Stamp(StampAuthority::Response(Token(both)), both);
     ASSERT_EQ(stamped.code, 0);
