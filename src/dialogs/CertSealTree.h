@@ -1,12 +1,7 @@
 // CertSealTree.h - the dialog that shows certificates with their seals, and what was picked in it.
 #pragma once
 
-// How a dialog ended. Any result that is neither of the other two counts as Failed.
-enum class DialogEnd : int {
-    Failed = 0,     // could not be shown
-    Confirmed = 1,  // with OK
-    Closed = 2,
-};
+#include "dialogs/DialogEnd.h"
 
 // Places in the list of g_certEsealOpt. A seal gives both, the entry of the scan its certificate
 // alone, anything else neither.

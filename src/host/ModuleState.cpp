@@ -16,6 +16,18 @@ StateString g_originalPdfHash;
 unsigned char g_stampPictureMode = 1;
 int g_sealFlowBusy = 0;
 int g_selectedSealIndex = 0;
+StateString g_appId;
+
+std::string g_dialogCertLabel;
+std::vector<TextPair> g_dialogCertItems;
+std::string g_pickedCertLabel;
+std::vector<TextPair> g_onlineSealNames;
+std::string g_onlineSealPick;
+int g_dialogSealRow = -1;
+int g_dialogSealCol = -1;
+std::vector<SealRecord> g_pzmSealItems;
+std::string g_pzmDialogPick;
+SealRecord g_pzmDialogSeal;
 
 int EnsureServiceReady() {
     if (g_appOpt.initialised) return 0;

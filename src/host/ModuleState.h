@@ -1,6 +1,10 @@
 // ModuleState.h - the one record of a session, and the steps that every export shares.
 #pragma once
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "bridge/AppOpt.h"
 #include "foundation/StateString.h"
 #include "seal/CertEsealOpt.h"
@@ -22,6 +26,20 @@ extern StateString g_originalPdfHash;     // Base64 of the last such hash
 extern unsigned char g_stampPictureMode;  // 0: selecting a seal doesn't touch the key
 extern int g_sealFlowBusy;                // 1 while the dialog flow runs
 extern int g_selectedSealIndex;           // kept for the record
+extern StateString g_appId;               // names the host to the scan by phone
+
+// What dialogs are given and leave behind; it lives until the next use of the dialog.
+using TextPair = std::pair<std::string, std::string>;
+extern std::string g_dialogCertLabel;            // the certificates offered, as the list in text
+extern std::vector<TextPair> g_dialogCertItems;  // the same: label and identifier
+extern std::string g_pickedCertLabel;            // the certificate picked
+extern std::vector<TextPair> g_onlineSealNames;  // the online seals offered: name and number
+extern std::string g_onlineSealPick;             // the number picked
+extern int g_dialogSealRow;                      // the certificate picked in the tree; -1: none
+extern int g_dialogSealCol;                      // the seal picked there; -1: none
+extern std::vector<SealRecord> g_pzmSealItems;   // the seals of the last scan; owns their buffers
+extern std::string g_pzmDialogPick;              // the picture picked among them
+extern SealRecord g_pzmDialogSeal;               // and its record, whose buffers the list owns
 
 // At the head of every export that needs the service: starts it if it is down, with two attempts.
 // 0, or the result of the second attempt.
