@@ -7,7 +7,6 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -261,17 +260,6 @@ TEST_F(LoggerTest, AFunctionLeftByAnExceptionHasItsEndWithTheLineOfTheOpening) {
 TEST_F(LoggerTest, AScopesFileNameIsCutAtTheEndOfItsField) {
     ASSERT_EQ(Run({"scope", std::string(300, 'n')}).exitCode, 0);
     EXPECT_THAT(Rest(), testing::StartsWith(std::string(255, 'n') + "(77): "));
-}
-
-TEST_F(LoggerTest, RecordsOfSeveralThreadsStayWhole) {
-    ASSERT_EQ(Run({"threads", "4", "100"}).exitCode, 0);
-    std::istringstream lines(Log());
-    int count = 0;
-    for (std::string line; std::getline(lines, line); ++count) {
-        ASSERT_THAT(line, MatchesPattern("\\[.*\\[tId:[0-9]+\\] AppOpt\\([0-9]+\\): " +
-                                         std::string("status\\(0\\), [0-9]{200}")));
-    }
-    EXPECT_EQ(count, 400);
 }
 
 }  // namespace
