@@ -13,27 +13,9 @@ constexpr std::string_view kCloudLabel = "翠枫证书";
 constexpr std::array<std::string_view, 4> kSealFileNames = {"ESEAL", "SEAL01", "GBESEAL",
                                                             "HLVQSEAL"};
 
-struct Entry {
-    std::string_view label;
-    std::string_view certId;
-};
-
-// Takes the entry at `position` and moves it on; false where no whole entry is left. An end that
-// comes before the bars gives an empty identifier and stands in the label.
-bool NextEntry(std::string_view list, std::size_t& position, Entry& entry) {
-    const std::size_t bars = list.find(kBehindLabel, position);
-    const std::size_t end = list.find(kBehindEntry, position);
-    if (bars == std::string_view::npos || end == std::string_view::npos) return false;
-    entry.label = list.substr(position, bars - position);
-    const std::size_t certId = bars + kBehindLabel.size();
-    entry.certId = end > certId ? list.substr(certId, end - certId) : std::string_view();
-    position = end + kBehindEntry.size();
-    return true;
-}
-
 // Names the entry of the scan and sets its mode; false for one that isn't listed. The mode of a
 // scan device other than the placeholder stays that of the entry before: hosts know it so.
-bool Classify(Entry& entry, int& scanMode) {
+bool Classify(ListedCert& entry, int& scanMode) {
     if (entry.certId.find(kScanDevice) != std::string_view::npos) {
         if (entry.certId.find(kScanEntry) == std::string_view::npos) return true;
         entry.label = kScanLabel;
@@ -45,7 +27,7 @@ bool Classify(Entry& entry, int& scanMode) {
     return true;
 }
 
-CertRecord RecordOf(const Entry& entry, int scanMode) {
+CertRecord RecordOf(const ListedCert& entry, int scanMode) {
     CertRecord record;
     entry.certId.copy(record.certId, sizeof record.certId);
     entry.label.copy(record.certName, sizeof record.certName);
@@ -61,11 +43,22 @@ bool IsSealFile(std::string_view name) {
 
 }  // namespace
 
+bool NextListedCert(std::string_view list, std::size_t& position, ListedCert& entry) {
+    const std::size_t bars = list.find(kBehindLabel, position);
+    const std::size_t end = list.find(kBehindEntry, position);
+    if (bars == std::string_view::npos || end == std::string_view::npos) return false;
+    entry.label = list.substr(position, bars - position);
+    const std::size_t certId = bars + kBehindLabel.size();
+    entry.certId = end > certId ? list.substr(certId, end - certId) : std::string_view();
+    position = end + kBehindEntry.size();
+    return true;
+}
+
 std::vector<CertRecord> ReadUserList(std::string_view list) {
     std::vector<CertRecord> certs;
     int scanMode = 0;
-    Entry entry;
-    for (std::size_t position = 0; NextEntry(list, position, entry);) {
+    ListedCert entry;
+    for (std::size_t position = 0; NextListedCert(list, position, entry);) {
         if (Classify(entry, scanMode)) certs.push_back(RecordOf(entry, scanMode));
     }
     return certs;

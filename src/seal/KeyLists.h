@@ -1,6 +1,7 @@
 // KeyLists.h - the two lists in text of which an enumeration is made.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,17 @@
 
 // What every list of certificates holds.
 constexpr std::string_view kBehindLabel = "||";
+
+// An entry of a list of certificates, as it stands there.
+struct ListedCert {
+    std::string_view label;
+    std::string_view certId;
+};
+
+// Takes the entry at `position` of `list` (label "||" identifier "&&&", repeated) and moves on
+// behind it; false where no whole entry is left. An end that comes before the bars gives an empty
+// identifier and stands in the label.
+bool NextListedCert(std::string_view list, std::size_t& position, ListedCert& entry);
 
 // The certificates of `list` (label "||" identifier "&&&", repeated), in its order, without seals.
 // The entry of the scan by phone gets its own label and mode 1; certificates of the cloud service

@@ -3,7 +3,13 @@
 #include <cstddef>
 #include <string_view>
 
-// The three fields lie behind one another without a gap, so the text is one run of bytes.
+namespace {
+
+std::string UpToZero(const std::string& bytes) { return bytes.substr(0, bytes.find('\0')); }
+
+}  // namespace
+
+// The three fields lie behind one another without a gap, so a text is one run of bytes.
 std::string CertRecord::CertIdText() const {
     static_assert(offsetof(CertRecord, certName) == offsetof(CertRecord, certId) + sizeof certId);
     static_assert(offsetof(CertRecord, scanMode) ==
@@ -11,5 +17,11 @@ std::string CertRecord::CertIdText() const {
     std::string text(certId, sizeof certId);
     text.append(certName, sizeof certName);
     text.append(reinterpret_cast<const char*>(&scanMode), sizeof scanMode);
-    return text.substr(0, text.find('\0'));
+    return UpToZero(text);
+}
+
+std::string CertRecord::CertNameText() const {
+    std::string text(certName, sizeof certName);
+    text.append(reinterpret_cast<const char*>(&scanMode), sizeof scanMode);
+    return UpToZero(text);
 }

@@ -38,4 +38,6 @@ struct CertRecord {
     // the bytes of scanMode to the first zero, as the fields lie in memory, and ends there at the
     // latest.
     std::string CertIdText() const;
+    // The label likewise: one of 32 bytes or more runs on through the bytes of scanMode.
+    std::string CertNameText() const;
 };

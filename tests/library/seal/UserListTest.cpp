@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
 #include "EnumerationTest.h"
 #include "seal/KeyLists.h"
 
@@ -100,6 +104,18 @@ TEST_F(UserListTest, AnUnterminatedIdentifierAndLabelRunOnIntoTheScanMode) {
     EXPECT_EQ(record.CertIdText(), std::string(64, 'c') + std::string(32, 'n') + '\1');
     record.scanMode = 0x41414141;
     EXPECT_EQ(record.CertIdText().size(), 100u);
+}
+
+TEST_F(UserListTest, AnUnterminatedLabelRunsOnIntoTheScanMode) {
+    CertRecord record;
+    std::strcpy(record.certName, "label");
+    EXPECT_EQ(record.CertNameText(), "label");
+    std::fill(std::begin(record.certName), std::end(record.certName), 'n');
+    EXPECT_EQ(record.CertNameText(), std::string(32, 'n'));
+    record.scanMode = 1;
+    EXPECT_EQ(record.CertNameText(), std::string(32, 'n') + '\1');
+    record.scanMode = 0x41414141;
+    EXPECT_EQ(record.CertNameText().size(), 36u);
 }
 
 TEST_F(UserListTest, AFailureOfTheServiceLeavesTheOldList) {
