@@ -1,0 +1,3 @@
+#include "platform/InvalidParameter.h"
+
+void platform::RaiseInvalidParameter() {}
