@@ -1,10 +1,8 @@
 #include "seal/CertEsealOpt.h"
 
-#include <cstdlib>
-
 #include "TesmarkOpt.h"
-#include "bridge/TwoStep.h"
 #include "foundation/Logger.h"
+#include "seal/KeyFiles.h"
 #include "seal/KeyLists.h"
 
 namespace {
@@ -14,26 +12,6 @@ bool ServiceFailed(CAppOpt& appOpt) {
     if (appOpt.initialised) return false;
     KVLInitialize(appOpt);
     return !appOpt.initialised && KVLInitialize(appOpt) != 0;
-}
-
-// The names of the files in the key; false if they can't be had.
-bool ListFiles(CAppOpt& appOpt, const char* certId, std::string& names) {
-    int size = 0;
-    if (const int code = appOpt.EnumFilesInKey(certId, nullptr, &size)) {
-        TESMARK_LOG(kLogError, "EnumFilesInKey1 error:%d", code);
-        return false;
-    }
-    CBuffer list = AllocateAnswer(size, 1);
-    const auto fetch = [&](unsigned char* out, int* outLen) {
-        return appOpt.EnumFilesInKey(certId, out, outLen);
-    };
-    const int code = list ? FetchAnswer(fetch, list, 1) : TESMARK_NO_MEMORY;
-    if (code != 0) {
-        TESMARK_LOG(kLogError, "EnumFilesInKey2 error:%d", code);
-        return false;
-    }
-    names = list.View();
-    return true;
 }
 
 }  // namespace
@@ -81,7 +59,7 @@ int CCertEsealOpt::GetEsealInfo() {
     for (std::size_t index = 0; index < m_certs.size(); ++index) {
         const std::string certId = m_certs[index].CertIdText();
         std::string list;
-        if (!ListFiles(*m_appOpt, certId.c_str(), list)) continue;
+        if (ListKeyFiles(*m_appOpt, certId.c_str(), list) != 0) continue;
         std::vector<std::string> names;
         if (praseEnumFiles(std::move(list), names) == 0) {
             TESMARK_LOG(kLogError, "praseEnumFiles error");
@@ -93,11 +71,6 @@ int CCertEsealOpt::GetEsealInfo() {
 }
 
 void CCertEsealOpt::ClearCertList() {
-    for (CertRecord& cert : m_certs) {
-        for (SealRecord& seal : cert.seals) {
-            std::free(std::exchange(seal.picData, nullptr));
-            std::free(std::exchange(seal.sealData, nullptr));
-        }
-    }
+    for (CertRecord& cert : m_certs) FreeSeals(cert.seals);
     m_certs.clear();
 }

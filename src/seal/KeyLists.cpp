@@ -3,26 +3,23 @@
 #include <algorithm>
 #include <array>
 
+#include "seal/CertKinds.h"
+
 namespace {
 
-constexpr std::string_view kBehindEntry = "&&&";
-constexpr std::string_view kScanDevice = "hlvqDev";
-constexpr std::string_view kScanEntry = "hlvqDev000000000000000000";
-constexpr std::string_view kScanLabel = "扫码签章";
-constexpr std::string_view kCloudLabel = "翠枫证书";
 constexpr std::array<std::string_view, 4> kSealFileNames = {"ESEAL", "SEAL01", "GBESEAL",
                                                             "HLVQSEAL"};
 
 // Names the entry of the scan and sets its mode; false for one that isn't listed. The mode of a
 // scan device other than the placeholder stays that of the entry before: hosts know it so.
 bool Classify(ListedCert& entry, int& scanMode) {
-    if (entry.certId.find(kScanDevice) != std::string_view::npos) {
-        if (entry.certId.find(kScanEntry) == std::string_view::npos) return true;
+    if (IsScanDevice(entry.certId)) {
+        if (!IsScanPlaceholder(entry.certId)) return true;
         entry.label = kScanLabel;
         scanMode = 1;
         return true;
     }
-    if (entry.label.find(kCloudLabel) != std::string_view::npos) return false;
+    if (IsCloudLabel(entry.label)) return false;
     scanMode = 0;
     return true;
 }

@@ -1,4 +1,4 @@
-// KeyLists.h - the two lists in text of which an enumeration is made.
+// KeyLists.h - the lists in text that the service gives: certificates, and the files of a key.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,9 @@
 
 #include "seal/SealRecord.h"
 
-// What every list of certificates holds.
+// What ends a certificate's label, and what ends an entry of either list.
 constexpr std::string_view kBehindLabel = "||";
+constexpr std::string_view kBehindEntry = "&&&";
 
 // An entry of a list of certificates, as it stands there.
 struct ListedCert {

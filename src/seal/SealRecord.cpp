@@ -1,6 +1,7 @@
 #include "seal/SealRecord.h"
 
 #include <cstddef>
+#include <cstdlib>
 #include <string_view>
 
 namespace {
@@ -8,6 +9,14 @@ namespace {
 std::string UpToZero(const std::string& bytes) { return bytes.substr(0, bytes.find('\0')); }
 
 }  // namespace
+
+void FreeSeals(std::vector<SealRecord>& seals) {
+    for (const SealRecord& seal : seals) {
+        std::free(seal.picData);
+        std::free(seal.sealData);
+    }
+    seals.clear();
+}
 
 // The three fields lie behind one another without a gap, so a text is one run of bytes.
 std::string CertRecord::CertIdText() const {

@@ -26,6 +26,9 @@ struct SealRecord {
     int picHeight = 0;
 };
 
+// Frees the buffers of all records and empties the list that owns them.
+void FreeSeals(std::vector<SealRecord>& seals);
+
 // The texts are cut or unterminated where they don't fit: the first 64 bytes of the identifier and
 // the first 32 of the label, as they come.
 struct CertRecord {
