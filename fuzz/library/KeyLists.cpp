@@ -18,6 +18,17 @@ std::size_t CountEnds(std::string_view list) {
     return count;
 }
 
+void RequireEntries(std::string_view list) {
+    ListedCert entry;
+    std::size_t position = 0;
+    for (std::size_t start = 0; NextListedCert(list, position, entry); start = position) {
+        REQUIRE(position >= start + 3 && position <= list.size());
+        REQUIRE(list.substr(position - 3, 3) == "&&&");
+        REQUIRE(entry.label.find("||") == std::string_view::npos);
+        REQUIRE(entry.certId.find("&&&") == std::string_view::npos);
+    }
+}
+
 void RequireUserList(std::string_view list) {
     const std::vector<CertRecord> certs = ReadUserList(list);
     REQUIRE(certs.size() <= CountEnds(list));
@@ -45,6 +56,7 @@ void RequireFileList(std::string_view list) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view list(reinterpret_cast<const char*>(data), size);
+    RequireEntries(list);
     RequireUserList(list);
     RequireFileList(list);
     return 0;
