@@ -53,10 +53,12 @@ enum TesmarkResult {
     TESMARK_SERVICE_DOWN = 4354,      /* the service is not up */
     TESMARK_LAST_LOGIN_NO_MEMORY = 4101,
 
-    TESMARK_FAILED = -1,             /* refresh of a revocation list failed; no seal to be had */
-    TESMARK_NOT_AN_ES_FILE = -3,     /* a seal of the old format doesn't begin with "ES" */
-    TESMARK_NULL_ARGUMENT = -1000,   /* SetCertSeal: a null pointer */
-    TESMARK_NO_SEAL_MATCHES = -2031, /* SetCertSeal: nothing matched, and no seal is selected */
+    TESMARK_FAILED = -1,              /* refresh of a revocation list failed; no seal to be had; no
+                                         certificate was chosen, or a scanned seal has no size */
+    TESMARK_SCANNED_SEAL_UNREAD = -2, /* the last of the scanned seals can't be read */
+    TESMARK_NOT_AN_ES_FILE = -3,      /* a seal of the old format doesn't begin with "ES" */
+    TESMARK_NULL_ARGUMENT = -1000,    /* SetCertSeal: a null pointer */
+    TESMARK_NO_SEAL_MATCHES = -2031,  /* SetCertSeal: nothing matched, and no seal is selected */
     TESMARK_TIME_OUTSIDE_VALIDITY = -2050,  /* VerifySignTime: not within the validity */
     TESMARK_ENUMERATION_NO_SERVICE = -3000, /* the service can't be started */
     TESMARK_CERT_LIST_FORMAT = -3002,       /* the list of certificates has no "||" */
@@ -86,10 +88,12 @@ enum TesmarkResult {
     TESMARK_BAD_ARGUMENT = -3040,          /* a field number that isn't allowed; no signature */
     TESMARK_CERT_EXPIRED = -3043,          /* the certificate has expired or is not yet valid */
     TESMARK_NO_LAST_LOGIN_CALL = -3044,
-    TESMARK_NOT_SHORT = -3045,    /* inside the library only */
-    TESMARK_CERT_REVOKED = -3047, /* the certificate is revoked */
-    TESMARK_CRL_FAILED = -3048,   /* the revocation list could not be obtained */
-    TESMARK_LOGIN_FAILED = -3050  /* the login failed; the inner code stands in the log */
+    TESMARK_NOT_SHORT = -3045,       /* inside the library only */
+    TESMARK_NO_SCANNED_FILE = -3046, /* the scan left no file behind */
+    TESMARK_CERT_REVOKED = -3047,    /* the certificate is revoked */
+    TESMARK_CRL_FAILED = -3048,      /* the revocation list could not be obtained */
+    TESMARK_LOGIN_FAILED = -3050,    /* the login failed; the inner code stands in the log */
+    TESMARK_NO_SCANNED_SEAL = -3054  /* none of the files that the scan left is a seal */
 };
 
 /* --- lifecycle ------------------------------------------------------------------------------- */
@@ -136,6 +140,10 @@ TESMARK_EXPORT int SetCertSeal(const unsigned char* serial, int serialLen,
 /* Selects a certificate by its identifier for signatures without a seal. Always 0. */
 TESMARK_EXPORT int SetContentSignCertId(const unsigned char* certId, int certIdLen);
 
+/* Names the host to the scan by phone, in ASCII; while it is empty, each scan looks for the setting
+ * `appid`. Always 0. */
+TESMARK_EXPORT int SetAppId(const unsigned char* appId, int appIdLen);
+
 /* 0: choosing a seal doesn't touch the key. Anything else, as at the start: it makes a test
  * signature, so that the PIN is asked for. */
 TESMARK_EXPORT void SetGetStampPictureMode(unsigned char mode);
@@ -143,10 +151,13 @@ TESMARK_EXPORT void SetGetStampPictureMode(unsigned char mode);
 /* --- seal pictures --------------------------------------------------------------------------- */
 
 /* The picture that goes on the page, as it is stored; form 4. A null `out` selects: the keys are
- * read, the user is asked if there is a choice, the key is tried and the seal verified. With `out`
+ * read, the user is asked if there is a choice, the key is tried and the seal verified; or the user
+ * scans with a phone, for which the call waits, and the seals that this brings are read. With `out`
  * set and nothing cached the selection runs too and fills `out` unmeasured: ask with null first.
  * TESMARK_CANCELLED, TESMARK_BUSY, TESMARK_TIME_STAMP_FAILED where bSignWithTimeStamp is on, codes
- * of the enumeration, the signature and the seal library. */
+ * of the enumeration, the signature and the seal library. Of a scan: TESMARK_LOGIN_FAILED,
+ * TESMARK_NO_SCANNED_FILE, TESMARK_NO_SCANNED_SEAL, and the code of the last seal, which can come
+ * with a picture; 0 with *outLen as it was, where the user picked none of several. */
 TESMARK_EXPORT int GetSealInfo(unsigned char* out, int* outLen);
 
 /* The same picture with one zero byte behind it, as Base64 in a block of the C heap: release it
@@ -285,6 +296,10 @@ TESMARK_EXPORT int GetTimeStampInfo(const unsigned char* signature, int signatur
 /* Opens a key with its PIN; LoginIn selects the certificate too, if that worked. */
 TESMARK_EXPORT int LoginIn(const char* certId, const char* pin);
 TESMARK_EXPORT int CurrentCertLogin(const char* certId, const char* pin);
+
+/* Waits for a scan by phone on the device's own certificate. The selection stays.
+ * TESMARK_LOGIN_FAILED. */
+TESMARK_EXPORT int PZMLogin(void);
 
 #ifdef __cplusplus
 }

@@ -6,6 +6,7 @@
 #include "host/ModuleState.h"
 #include "host/OriginalPdfHash.h"
 #include "session/Login.h"
+#include "session/ScanLogin.h"
 #include "session/SealRetrieval.h"
 #include "session/Selection.h"
 #include "session/Signing.h"
@@ -65,6 +66,10 @@ int SetCertSeal(const unsigned char* serial, int serialLen, const unsigned char*
 
 int SetContentSignCertId(const unsigned char* certId, int certIdLen) {
     return session::SetContentSignCertId(certId, certIdLen);
+}
+
+int SetAppId(const unsigned char* appId, int appIdLen) {
+    return session::SetAppId(appId, appIdLen);
 }
 
 void SetGetStampPictureMode(unsigned char mode) { g_stampPictureMode = mode; }
@@ -240,3 +245,5 @@ int LoginIn(const char* certId, const char* pin) { return session::LoginIn(certI
 int CurrentCertLogin(const char* certId, const char* pin) {
     return session::CurrentCertLogin(certId, pin);
 }
+
+int PZMLogin() { return session::PZMLogin(); }

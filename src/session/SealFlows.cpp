@@ -1,6 +1,8 @@
 #include "session/SealFlows.h"
 
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include "TesmarkOpt.h"
 #include "bridge/TwoStep.h"
@@ -8,12 +10,13 @@
 #include "foundation/Logger.h"
 #include "host/ModuleState.h"
 #include "platform/closed/SealLibrary.h"
+#include "seal/CertKinds.h"
+#include "session/ScanBranch.h"
 
 namespace {
 
 constexpr unsigned char kProbeText[] = {'1'};
 constexpr int kRequestStatus = 1;
-constexpr char kScanDevice[] = "hlvqDev";
 
 std::string_view View(const unsigned char* bytes, int length) {
     return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)};
@@ -66,29 +69,58 @@ int RequestStatus(const SealRecord& seal, bool& proceed) {
     return 0;
 }
 
-// The scan by phone has no flow of its own yet.
-int SelectByScan() {
-    TESMARK_LOG(kLogError, "login by scan isn't available, error %d", TESMARK_LOGIN_FAILED);
-    return TESMARK_LOGIN_FAILED;
-}
-
 struct Options {
     bool withTimeStamp;
     int reqStatus;
     bool logProbeFailure;
 };
 
+// A seal with its certificate, apart from the list: a host's call can rebuild that while the
+// service asks for the PIN.
+class CPickedSeal {
+public:
+    CPickedSeal(const CertRecord& from, std::size_t index) : seal(from.seals[index]) {
+        std::memcpy(cert.certId, from.certId, sizeof cert.certId);
+        std::memcpy(cert.certName, from.certName, sizeof cert.certName);
+        cert.scanMode = from.scanMode;
+        Own(seal.sealData, seal.sealDataLen, m_file);
+        Own(seal.picData, seal.picLen, m_picture);
+    }
+    CPickedSeal(const CPickedSeal&) = delete;
+    CPickedSeal& operator=(const CPickedSeal&) = delete;
+
+    CertRecord cert;  // without its seals
+    SealRecord seal;
+
+private:
+    static void Own(unsigned char*& bytes, int length, std::vector<unsigned char>& copy) {
+        if (bytes == nullptr) return;
+        copy.reserve(static_cast<std::size_t>(length) + 1);
+        copy.assign(bytes, bytes + length);
+        copy.push_back(0);
+        bytes = copy.data();
+    }
+
+    std::vector<unsigned char> m_file;
+    std::vector<unsigned char> m_picture;
+};
+
 // The stages in the order that both flows keep.
 int ProbeCheckDeliver(const CertRecord& cert, int sealIndex, const Options& options,
                       unsigned char* buffer, int* length) {
-    if (const int code = ProbeKey(cert, options.withTimeStamp, options.logProbeFailure)) {
+    const CPickedSeal picked(cert, static_cast<std::size_t>(sealIndex));
+    if (const int code = ProbeKey(picked.cert, options.withTimeStamp, options.logProbeFailure)) {
         return code;
     }
-    const SealRecord& seal = cert.seals[static_cast<std::size_t>(sealIndex)];
     bool proceed = false;
-    const int code = CheckSeal(seal, sealIndex, options.reqStatus, proceed);
-    if (code == 0 && proceed) DeliverSeal(cert, seal, buffer, length);
+    const int code = CheckSeal(picked.seal, sealIndex, options.reqStatus, proceed);
+    if (code == 0 && proceed) DeliverSeal(picked.cert, picked.seal, buffer, length);
     return code;
+}
+
+template <typename List>
+bool Holds(const List& list, int index) {
+    return index >= 0 && static_cast<std::size_t>(index) < list.size();
 }
 
 }  // namespace
@@ -135,7 +167,7 @@ void DeliverSeal(const CertRecord& cert, const SealRecord& seal, unsigned char* 
 
 int SelectSingleCertFlow(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus) {
     const CertRecord& cert = g_certEsealOpt.m_certs.front();
-    if (cert.scanMode == 1) return SelectByScan();
+    if (cert.scanMode == 1) return SelectByScan(cert.CertIdText(), buffer, length);
     if (cert.seals.size() != 1) return TESMARK_NOT_SHORT;
     const int code = ProbeCheckDeliver(cert, 0, {withTimeStamp, reqStatus, false}, buffer, length);
     g_sealFlowBusy = 0;
@@ -149,15 +181,18 @@ int SelectByDialogFlow(unsigned char* buffer, int* length, bool withTimeStamp, i
         TESMARK_LOG(kLogError, "user cancel dlg %d", TESMARK_CANCELLED);
         return TESMARK_CANCELLED;
     }
-    if (pick.certIndex == -1) {
+    // Nothing picked, or what the list no longer holds after a call that came during the dialog.
+    const std::vector<CertRecord>& certs = g_certEsealOpt.m_certs;
+    if (!Holds(certs, pick.certIndex)) {
         g_sealFlowBusy = 0;
         return TESMARK_CANCELLED;
     }
-    const CertRecord& cert = g_certEsealOpt.m_certs[static_cast<std::size_t>(pick.certIndex)];
-    if (pick.sealIndex == -1) {
+    const CertRecord& cert = certs[static_cast<std::size_t>(pick.certIndex)];
+    if (!Holds(cert.seals, pick.sealIndex)) {
         g_sealFlowBusy = 0;
-        const bool isScan = cert.CertIdText().find(kScanDevice) != std::string::npos;
-        return isScan ? SelectByScan() : TESMARK_CANCELLED;
+        const std::string certId = cert.CertIdText();
+        const bool isScan = pick.sealIndex == -1 && IsScanDevice(certId);
+        return isScan ? SelectByScan(certId, buffer, length) : TESMARK_CANCELLED;
     }
     const int code =
         ProbeCheckDeliver(cert, pick.sealIndex, {withTimeStamp, reqStatus, true}, buffer, length);

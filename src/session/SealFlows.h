@@ -20,8 +20,10 @@ int CheckSeal(const SealRecord& seal, int index, int reqStatus, bool& proceed);
 void DeliverSeal(const CertRecord& cert, const SealRecord& seal, unsigned char* buffer,
                  int* length);
 
-// The one certificate of the list with its one seal. -3045: the short way doesn't apply.
+// The one certificate of the list with its one seal, or the scan by phone if it is that entry.
+// -3045: the short way doesn't apply.
 int SelectSingleCertFlow(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus);
 
-// Asks the user. -3004: the dialog was closed, could not be shown or ended with nothing picked.
+// Asks the user, who can pick the scan by phone too. -3004: the dialog was closed, could not be
+// shown or ended with nothing picked that the list holds.
 int SelectByDialogFlow(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus);

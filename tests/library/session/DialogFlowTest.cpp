@@ -1,33 +1,18 @@
-#include <functional>
-
-#include "SessionTest.h"
+#include "FlowTest.h"
 #include "StampEngine.h"
-#include "dialogs/CertSealTree.h"
 #include "foundation/StringFailure.h"
-#include "host/ModuleState.h"
-#include "session/SealFlows.h"
-#include "session/SealRetrieval.h"
+#include "foundation/Text.h"
+#include "session/Selection.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
 
-// What the user does in the dialog.
-std::function<DialogEnd(CertSealPick*)> g_user;
-
-}  // namespace
-
-// Stands in for the dialog: the program is linked with this one in place of the library's.
-DialogEnd ShowCertSealTree(CertSealPick* pick) { return g_user(pick); }
-
-namespace {
-
-class DialogFlowTest : public SessionTest {
+class DialogFlowTest : public FlowTest {
 protected:
     DialogFlowTest() {
         Answers(DialogEnd::Confirmed, {});
-        g_selectedSealIndex = -1;
         fakes::AddCertificate("one", "cert-1");
         fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("old picture"));
         fakes::AddFile("cert-1", "GBESEAL01", "national seal");
@@ -35,36 +20,15 @@ protected:
         fakes::AddFile("cert-2", "SEAL01", "national seal");
         fakes::AddNationalSeal("national seal", "name", "national picture");
     }
-    ~DialogFlowTest() override {
-        g_certEsealOpt.ClearCertList();
-        state::ClearSelectKeyID();
-        g_stampPictureMode = 1;
-        g_sealFlowBusy = 0;
-        if (g_appOpt.initialised) KVLUnInitialize(g_appOpt);
-    }
 
     void Answers(DialogEnd end, CertSealPick picked) {
-        g_user = [=, this](CertSealPick* pick) {
+        g_user.certSealTree = [=, this](CertSealPick* pick) {
             ++m_shown;
             if (end == DialogEnd::Confirmed) *pick = picked;
             return end;
         };
     }
-    int Query() {
-        m_length = -7;
-        return session::GetSealInfo(nullptr, &m_length);
-    }
-    // A size query that ends in `code` with nothing selected and nobody busy.
-    void ExpectQueryFails(int code) {
-        EXPECT_EQ(Query(), code);
-        EXPECT_EQ(m_length, -7);
-        EXPECT_EQ(g_sealFlowBusy, 0);
-        EXPECT_TRUE(g_currentCertId.Empty());
-        EXPECT_TRUE(g_sealInfoCache.Empty());
-    }
-
     int m_shown = 0;
-    int m_length = 0;
 };
 
 TEST_F(DialogFlowTest, ThePickedSealIsProbedCheckedAndDelivered) {
@@ -115,7 +79,7 @@ TEST_F(DialogFlowTest, ANestedQuestionIsBusyWithACacheToo) {
     ASSERT_EQ(Query(), 0);
     int nested = 0;
     int fetched = 0;
-    g_user = [&](CertSealPick*) {
+    g_user.certSealTree = [&](CertSealPick*) {
         int length = 4;
         unsigned char buffer[4];
         nested = session::GetSealInfo(nullptr, &length);
@@ -148,10 +112,43 @@ TEST_F(DialogFlowTest, APickedCertificateWithoutASealIsACancel) {
     EXPECT_THAT(ProbesAndChecks(), IsEmpty());
 }
 
-TEST_F(DialogFlowTest, APickedScanDeviceLeadsToTheScan) {
-    fakes::AddCertificate("any", "hlvqDev123");
-    Answers(DialogEnd::Confirmed, {2, -1});
-    ExpectQueryFails(TESMARK_LOGIN_FAILED);
+TEST_F(DialogFlowTest, AnIndexOutOfTheListIsACancel) {
+    for (const CertSealPick pick : {CertSealPick{2, 0}, CertSealPick{2, -1}, CertSealPick{-2, 0},
+                                    CertSealPick{-1, 0}, CertSealPick{0, 2}, CertSealPick{0, -2}}) {
+        Answers(DialogEnd::Confirmed, pick);
+        ExpectQueryFails(TESMARK_CANCELLED);
+    }
+    EXPECT_THAT(ProbesAndChecks(), IsEmpty());
+    EXPECT_THAT(Failures(), IsEmpty());
+}
+
+TEST_F(DialogFlowTest, ASearchDuringTheDialogThatEmptiesTheListMakesThePickACancel) {
+    g_user.certSealTree = [](CertSealPick* pick) {
+        fakes::ResetWorld();
+        fakes::AddCertificate("翠枫证书", "cert-1");  // is left out of the list
+        const unsigned char text[] = "text";
+        session::SetCertSeal(text, 4, text, 4, 0);
+        *pick = {0, 1};
+        return DialogEnd::Confirmed;
+    };
+    EXPECT_EQ(Query(), TESMARK_CANCELLED);
+    EXPECT_TRUE(g_certEsealOpt.m_certs.empty());
+    EXPECT_EQ(g_sealFlowBusy, 0);
+}
+
+TEST_F(DialogFlowTest, ASearchDuringTheTestSignatureDoesNotPullThePickedSealAway) {
+    Answers(DialogEnd::Confirmed, {0, 0});
+    fakes::On("SOF_SignData").Does([](const fakes::Call& call) {
+        const unsigned char text[] = "text";
+        if (call.number == 2) session::SetCertSeal(text, 4, text, 4, 0);
+        fakes::Answer answer;
+        answer.output = "signature";
+        return answer;
+    });
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(g_currentCertId.Text(), "cert-1");
+    EXPECT_EQ(g_sealInfoCache.View(), "old picture");
+    EXPECT_EQ(g_selectedSeal.View(), fakes::EsSeal("old picture"));
 }
 
 TEST_F(DialogFlowTest, AFailedProbeIsLoggedByTheFlow) {

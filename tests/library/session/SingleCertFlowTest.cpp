@@ -201,9 +201,13 @@ TEST_F(SingleCertFlowTest, AFailureKeepsTheFormerSelectionButForTheMode) {
 TEST_F(SingleCertFlowTest, ACertificateOfTheScanNeverReachesTheDialogWhateverItsSeals) {
     fakes::AddCertificate("label", "box/hlvqDev000000000000000000");
     fakes::AddFile("box/hlvqDev000000000000000000", "ESEAL01", fakes::EsSeal("picture"));
+    fakes::On("SOF_Login").Returns(5);
     ExpectQueryFails(TESMARK_LOGIN_FAILED);
-    EXPECT_THAT(Failures(), ElementsAre("login by scan isn't available, error -3050"));
+    EXPECT_THAT(Failures(), ElementsAre("g_appId is ", "pzm LoginIn error 5"));
     EXPECT_THAT(ProbesAndChecks(), IsEmpty());
+    fakes::On("SOF_Login") = {};
+    EXPECT_EQ(Picture(), "picture");
+    EXPECT_EQ(SelectedCert(), "box/hlvqDev000000000000000000");
 }
 
 TEST_F(SingleCertFlowTest, TheScanEntryBesideACertificateReachesTheDialog) {
