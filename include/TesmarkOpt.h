@@ -93,6 +93,7 @@ enum TesmarkResult {
     TESMARK_CERT_REVOKED = -3047,    /* the certificate is revoked */
     TESMARK_CRL_FAILED = -3048,      /* the revocation list could not be obtained */
     TESMARK_LOGIN_FAILED = -3050,    /* the login failed; the inner code stands in the log */
+    TESMARK_CERT_NOT_IN_USE = -3053, /* CheckIsCertExist: on no key, or not the selected one */
     TESMARK_NO_SCANNED_SEAL = -3054  /* none of the files that the scan left is a seal */
 };
 
@@ -170,6 +171,12 @@ TESMARK_EXPORT int GetSealPicSize(int* width, int* height);
 
 /* --- certificates ---------------------------------------------------------------------------- */
 
+/* Checks the selected certificate as GetCertTypeForJs does and writes its key type to `type`. With
+ * nothing selected it is chosen first: the only one that is present, or the one that the user
+ * picks, with a login where it is one of the cloud or of a scan. TESMARK_FAILED: the user picked
+ * none. A failure ends the selection. */
+TESMARK_EXPORT int GetCertType(char* type);
+
 /* Selects `certId`, checks it (validity, revocation, chain) and writes its key type to `type`, at
  * most 260 bytes and a zero byte: "SM2", or another text for RSA. A failure ends the selection. */
 TESMARK_EXPORT int GetCertTypeForJs(const char* certId, char* type);
@@ -183,6 +190,17 @@ TESMARK_EXPORT int GetCertOidData(const unsigned char* cert, int certLen, unsign
  * 17 common name, 33 distinguished name; form 1. TESMARK_BAD_ARGUMENT for another number. */
 TESMARK_EXPORT int ParseCertFieldData(const unsigned char* cert, int certLen, int field,
                                       unsigned char* out, int* outLen);
+
+/* The Base64 text of the selected certificate, chosen as by GetCertType if there is none; form 4. A
+ * call with `out` set and nothing cached does the work and leaves `out` alone: call once more. A
+ * failure leaves the selection. */
+TESMARK_EXPORT int GetCertBase64Data(unsigned char* out, int* outLen);
+
+/* Whether a certificate, as GetCertBase64Data gives it and compared byte for byte, is present and
+ * the selected one. That of a scan becomes the selected one, with a login if nothing is selected.
+ * TESMARK_CERT_NOT_IN_USE, TESMARK_LOGIN_FAILED, or the code for the last certificate that was
+ * asked for its text. 0 also where no certificate is to be had for comparison. */
+TESMARK_EXPORT int CheckIsCertExist(const unsigned char* cert, int certLen);
 
 /* --- signing and hashing --------------------------------------------------------------------- */
 
@@ -300,6 +318,11 @@ TESMARK_EXPORT int CurrentCertLogin(const char* certId, const char* pin);
 /* Waits for a scan by phone on the device's own certificate. The selection stays.
  * TESMARK_LOGIN_FAILED. */
 TESMARK_EXPORT int PZMLogin(void);
+
+/* Ends the login of a scan if its certificate is selected, else those of all keys, and then the
+ * selection. The result is that of the last key. Where the keys can't be listed, that code comes
+ * back and the selection stays. */
+TESMARK_EXPORT int Logout(void);
 
 #ifdef __cplusplus
 }

@@ -5,6 +5,8 @@
 #include "host/DataOut.h"
 #include "host/ModuleState.h"
 #include "host/OriginalPdfHash.h"
+#include "session/CertificateChoice.h"
+#include "session/CertificatePresence.h"
 #include "session/Login.h"
 #include "session/ScanLogin.h"
 #include "session/SealRetrieval.h"
@@ -88,6 +90,8 @@ int GetSealPicSize(int* width, int* height) {
 
 // --- certificates ---
 
+int GetCertType(char* type) { return session::GetCertType(type); }
+
 int GetCertTypeForJs(const char* certId, char* type) {
     if (const int code = EnsureServiceReadyToSign()) return code;
     g_currentCertId.AssignText(certId);
@@ -106,6 +110,14 @@ int ParseCertFieldData(const unsigned char* cert, int certLen, int field, unsign
     CBuffer value;
     if (const int code = g_appOpt.GetCertificateInfoEx(cert, certLen, field, value)) return code;
     return CopyOutChecked(value.View(), out, outLen);
+}
+
+int GetCertBase64Data(unsigned char* out, int* outLen) {
+    return session::GetCertBase64Data(out, outLen);
+}
+
+int CheckIsCertExist(const unsigned char* cert, int certLen) {
+    return session::CheckIsCertExist(cert, certLen);
 }
 
 // --- signing and hashing ---
@@ -247,3 +259,5 @@ int CurrentCertLogin(const char* certId, const char* pin) {
 }
 
 int PZMLogin() { return session::PZMLogin(); }
+
+int Logout() { return session::Logout(); }

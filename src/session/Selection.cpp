@@ -6,21 +6,14 @@
 #include "TesmarkOpt.h"
 #include "foundation/Logger.h"
 #include "foundation/Registry.h"
-#include "foundation/StringFailure.h"
 #include "foundation/Text.h"
 #include "host/ModuleState.h"
+#include "session/HostBytes.h"
 #include "session/SealPosition.h"
 
 namespace {
 
 constexpr int kSerialNumber = 2;
-
-std::string BytesOfHost(const unsigned char* bytes, int length) {
-    if (length < 0 || (bytes == nullptr && length != 0)) {
-        throw StringFailure(StringFailure::kInvalidArgument);
-    }
-    return std::string(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
-}
 
 // Up to its first zero byte, if there is one within the length.
 std::string TextOfHost(const unsigned char* bytes, int length) {
