@@ -12,7 +12,7 @@ namespace {
 class DialogFlowTest : public FlowTest {
 protected:
     DialogFlowTest() {
-        Answers(DialogEnd::Confirmed, {});
+        TreeEndsWith(DialogEnd::Confirmed, {});
         fakes::AddCertificate("one", "cert-1");
         fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("old picture"));
         fakes::AddFile("cert-1", "GBESEAL01", "national seal");
@@ -20,19 +20,10 @@ protected:
         fakes::AddFile("cert-2", "SEAL01", "national seal");
         fakes::AddNationalSeal("national seal", "name", "national picture");
     }
-
-    void Answers(DialogEnd end, CertSealPick picked) {
-        g_user.certSealTree = [=, this](CertSealPick* pick) {
-            ++m_shown;
-            if (end == DialogEnd::Confirmed) *pick = picked;
-            return end;
-        };
-    }
-    int m_shown = 0;
 };
 
 TEST_F(DialogFlowTest, ThePickedSealIsProbedCheckedAndDelivered) {
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     EXPECT_EQ(Query(), 0);
     EXPECT_EQ(m_length, 16);
     EXPECT_EQ(g_selectedSeal.Text(), "national seal");
@@ -47,7 +38,7 @@ TEST_F(DialogFlowTest, ThePickedSealIsProbedCheckedAndDelivered) {
 }
 
 TEST_F(DialogFlowTest, ThePickedCertificateIsTheOneThatSigns) {
-    Answers(DialogEnd::Confirmed, {1, 0});
+    TreeEndsWith(DialogEnd::Confirmed, {1, 0});
     EXPECT_EQ(Query(), 0);
     EXPECT_EQ(g_currentCertId.Text(), "cert-2");
     EXPECT_EQ(fakes::CallTexts("SOF_SignData").front(),
@@ -55,27 +46,27 @@ TEST_F(DialogFlowTest, ThePickedCertificateIsTheOneThatSigns) {
 }
 
 TEST_F(DialogFlowTest, TheFetchShowsNoDialog) {
-    Answers(DialogEnd::Confirmed, {0, 0});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 0});
     ASSERT_EQ(Query(), 0);
     unsigned char picture[16] = {};
     EXPECT_EQ(session::GetSealInfo(picture, &m_length), 0);
     EXPECT_STREQ(reinterpret_cast<char*>(picture), "old picture");
-    EXPECT_EQ(m_shown, 1);
+    EXPECT_EQ(m_treesShown, 1);
 }
 
 TEST_F(DialogFlowTest, TwoSizeQueriesShowTwoDialogsAndTheFetchDeliversTheSecondPick) {
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     ASSERT_EQ(Query(), 0);
-    Answers(DialogEnd::Confirmed, {0, 0});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 0});
     ASSERT_EQ(Query(), 0);
     unsigned char picture[16] = {};
     EXPECT_EQ(session::GetSealInfo(picture, &m_length), 0);
     EXPECT_STREQ(reinterpret_cast<char*>(picture), "old picture");
-    EXPECT_EQ(m_shown, 2);
+    EXPECT_EQ(m_treesShown, 2);
 }
 
 TEST_F(DialogFlowTest, ANestedQuestionIsBusyWithACacheToo) {
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     ASSERT_EQ(Query(), 0);
     int nested = 0;
     int fetched = 0;
@@ -93,21 +84,21 @@ TEST_F(DialogFlowTest, ANestedQuestionIsBusyWithACacheToo) {
 }
 
 TEST_F(DialogFlowTest, AClosedDialogAndOneThatCannotBeShownAreLogged) {
-    Answers(DialogEnd::Closed, {});
+    TreeEndsWith(DialogEnd::Closed, {});
     ExpectQueryFails(TESMARK_CANCELLED);
-    Answers(DialogEnd::Failed, {});
+    TreeEndsWith(DialogEnd::Failed, {});
     ExpectQueryFails(TESMARK_CANCELLED);
     EXPECT_THAT(Failures(), ElementsAre("user cancel dlg -3004", "user cancel dlg -3004"));
 }
 
 TEST_F(DialogFlowTest, OkWithNothingPickedIsACancelWithoutALine) {
-    Answers(DialogEnd::Confirmed, {-1, -1});
+    TreeEndsWith(DialogEnd::Confirmed, {-1, -1});
     ExpectQueryFails(TESMARK_CANCELLED);
     EXPECT_THAT(Failures(), IsEmpty());
 }
 
 TEST_F(DialogFlowTest, APickedCertificateWithoutASealIsACancel) {
-    Answers(DialogEnd::Confirmed, {1, -1});
+    TreeEndsWith(DialogEnd::Confirmed, {1, -1});
     ExpectQueryFails(TESMARK_CANCELLED);
     EXPECT_THAT(ProbesAndChecks(), IsEmpty());
 }
@@ -115,7 +106,7 @@ TEST_F(DialogFlowTest, APickedCertificateWithoutASealIsACancel) {
 TEST_F(DialogFlowTest, AnIndexOutOfTheListIsACancel) {
     for (const CertSealPick pick : {CertSealPick{2, 0}, CertSealPick{2, -1}, CertSealPick{-2, 0},
                                     CertSealPick{-1, 0}, CertSealPick{0, 2}, CertSealPick{0, -2}}) {
-        Answers(DialogEnd::Confirmed, pick);
+        TreeEndsWith(DialogEnd::Confirmed, pick);
         ExpectQueryFails(TESMARK_CANCELLED);
     }
     EXPECT_THAT(ProbesAndChecks(), IsEmpty());
@@ -137,7 +128,7 @@ TEST_F(DialogFlowTest, ASearchDuringTheDialogThatEmptiesTheListMakesThePickACanc
 }
 
 TEST_F(DialogFlowTest, ASearchDuringTheTestSignatureDoesNotPullThePickedSealAway) {
-    Answers(DialogEnd::Confirmed, {0, 0});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 0});
     fakes::On("SOF_SignData").Does([](const fakes::Call& call) {
         const unsigned char text[] = "text";
         if (call.number == 2) session::SetCertSeal(text, 4, text, 4, 0);
@@ -152,7 +143,7 @@ TEST_F(DialogFlowTest, ASearchDuringTheTestSignatureDoesNotPullThePickedSealAway
 }
 
 TEST_F(DialogFlowTest, AFailedProbeIsLoggedByTheFlow) {
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     fakes::On("SOF_SignData").Returns(2148);
     ExpectQueryFails(2148);
     EXPECT_THAT(Failures(),
@@ -162,7 +153,7 @@ TEST_F(DialogFlowTest, AFailedProbeIsLoggedByTheFlow) {
 
 TEST_F(DialogFlowTest, ATimeStampThatCannotBeMadeEndsTheFlow) {
     m_prefix.SetNumber("bSignWithTimeStamp", 1);
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     ExpectQueryFails(TESMARK_TIME_STAMP_FAILED);
     EXPECT_THAT(Failures(), ElementsAre("pVelmoraTSEngine: is null", "SignTimeStamp error -3008"));
 }
@@ -171,7 +162,7 @@ TEST_F(DialogFlowTest, ATimeStampOfTheProbedByteIsMadeOnTheWay) {
     const StampEngine engine;
     StampEngine::Register();
     m_prefix.SetNumber("bSignWithTimeStamp", 1);
-    Answers(DialogEnd::Confirmed, {1, 0});
+    TreeEndsWith(DialogEnd::Confirmed, {1, 0});
     EXPECT_EQ(Query(), 0);
     EXPECT_EQ(fakes::CountCalls("SOF_TSGenPDFSignature"), 1);
     fakes::On("SOF_TSGenPDFSignature").Returns(95);
@@ -185,13 +176,13 @@ TEST_F(DialogFlowTest, AFailedCallOfTheTimeStampEngineLeavesNobodyBusy) {
     StampEngine::Register();
     m_prefix.SetNumber("bSignWithTimeStamp", 1);
     fakes::On("SOF_TSGenREQ").Gives(StampEngine::kFailing);
-    Answers(DialogEnd::Confirmed, {1, 0});
+    TreeEndsWith(DialogEnd::Confirmed, {1, 0});
     EXPECT_THROW(Query(), StringFailure);
     EXPECT_EQ(g_sealFlowBusy, 0);
 }
 
 TEST_F(DialogFlowTest, ASealThatIsNotValidEndsTheFlow) {
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     fakes::On("TVK_Verify_SESeal").Returns(9);
     ExpectQueryFails(9);
     EXPECT_THAT(Failures(), ElementsAre("TVK_Verify_SESeal error 9"));
@@ -201,14 +192,14 @@ TEST_F(DialogFlowTest, ASealThatIsNotValidEndsTheFlow) {
 
 TEST_F(DialogFlowTest, AnEmptyStatusFieldEndsTheFlowWithZeroAndNothingSelected) {
     m_prefix.SetNumber("ReqEsealStatus", 1);
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     fakes::On("TVK_GetSealInfo").Gives("");
     ExpectQueryFails(0);
     EXPECT_THAT(Failures(), ElementsAre("TVK_Request_Eseal_Status error 0"));
 }
 
 TEST_F(DialogFlowTest, AFailureThatPassesThroughLeavesNobodyBusy) {
-    Answers(DialogEnd::Confirmed, {0, 1});
+    TreeEndsWith(DialogEnd::Confirmed, {0, 1});
     fakes::ResetWorld();
     fakes::Certificate& cert = fakes::AddCertificate("one", "cert-1");
     cert.notAfter = "20990231995959";

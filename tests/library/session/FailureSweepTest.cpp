@@ -1,6 +1,6 @@
 #include <ostream>
 
-#include "SessionTest.h"
+#include "FlowTest.h"
 
 namespace {
 
@@ -49,38 +49,41 @@ constexpr Step kSteps[] = {
     {"TVK_Request_Eseal_Status", 1, kFailure, "TVK_Request_Eseal_Status error 77"},
 };
 
-class FailureSweepTest : public SessionTest, public testing::WithParamInterface<Step> {
+class FailureSweepTest : public FlowTest, public testing::WithParamInterface<Step> {
 protected:
     FailureSweepTest() {
         m_prefix.SetNumber("ReqEsealStatus", 1);
         AddGbKey();
+        TreeEndsWith(DialogEnd::Closed);
     }
 };
 
 TEST_P(FailureSweepTest, AFailedCallSelectsNothingAndTheNextQuestionIsAnswered) {
     const Step& step = GetParam();
     fakes::On(step.function).ReturnsAt(step.number, kFailure);
-    int length = -7;
-    EXPECT_EQ(GetSealInfo(nullptr, &length), step.result);
-    EXPECT_EQ(length, step.result == 0 ? 16 : -7);
+    EXPECT_EQ(Query(), step.result);
+    EXPECT_EQ(m_length, step.result == 0 ? 16 : -7);
     const std::vector<std::string> failures = Failures();
     EXPECT_EQ(failures.empty() ? "" : failures.back(), step.lastFailure);
     EXPECT_GE(fakes::CountCalls(step.function), step.number);
     if (step.result != 0) {
-        EXPECT_EQ(SelectedSeal(), "");
-        EXPECT_EQ(SelectedCert(), "");
+        EXPECT_TRUE(g_selectedSeal.Empty());
+        EXPECT_TRUE(g_currentCertId.Empty());
     }
     fakes::ClearCalls();
     fakes::On(step.function) = fakes::FunctionScript();
-    EXPECT_EQ(Picture(), "national picture");
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(g_sealInfoCache.View(), "national picture");
 }
 
 INSTANTIATE_TEST_SUITE_P(EachCall, FailureSweepTest, testing::ValuesIn(kSteps));
 
-TEST_F(SessionTest, EveryCallOnTheWayIsOneOfTheSweep) {
+using SweptCallsTest = FlowTest;
+
+TEST_F(SweptCallsTest, EveryCallOnTheWayIsOneOfTheSweep) {
     m_prefix.SetNumber("ReqEsealStatus", 1);
     AddGbKey();
-    ASSERT_EQ(InitKVLLib(), 0);
+    ASSERT_EQ(EnsureServiceReady(), 0);
     fakes::ClearCalls();
     ASSERT_EQ(Query(), 0);
     for (const fakes::Call& call : fakes::Calls()) {

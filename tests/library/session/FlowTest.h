@@ -1,7 +1,7 @@
 // FlowTest.h - a session test over the library's own logic, whose dialogs are scripted.
 #pragma once
 
-#include "ScriptedDialogs.h"
+#include "FlowUser.h"
 #include "SessionTest.h"
 #include "host/ModuleState.h"
 #include "session/SealRetrieval.h"
@@ -29,7 +29,17 @@ protected:
         EXPECT_TRUE(g_sealInfoCache.Empty());
     }
 
+    // What the user does in the tree of certificates and seals.
+    void TreeEndsWith(DialogEnd end, CertSealPick picked = {}) {
+        g_user.certSealTree = [=, this](CertSealPick* pick) {
+            ++m_treesShown;
+            if (end == DialogEnd::Confirmed) *pick = picked;
+            return end;
+        };
+    }
+
     int m_length = 0;
+    int m_treesShown = 0;
 
 private:
     static void ForgetState() {

@@ -148,13 +148,11 @@ TEST_F(ScanFlowTest, WithTwoSealsAndCancelTheSessionWithTheServiceStaysLoggedIn)
     PhoneLeaves({{"HLVQSEAL01", "first"}, {"HLVQSEAL02", "second"}});
     for (const DialogEnd end : {DialogEnd::Closed, DialogEnd::Failed}) {
         UserLeaves(end);
+        fakes::ClearCalls();
         ExpectQueryFails(TESMARK_CANCELLED);
         EXPECT_EQ(ScanFailures().back(), "user cancel dlg -3004");
-        const std::vector<std::string> calls = fakes::CalledFunctions();
-        EXPECT_EQ(std::find(calls.rbegin(), std::find(calls.rbegin(), calls.rend(), "SOF_Login"),
-                            "SOF_Logout")
-                      .base(),
-                  std::find(calls.rbegin(), calls.rend(), "SOF_Login").base());
+        EXPECT_EQ(CallsOfTheScan()[1], "SOF_Login");
+        EXPECT_EQ(fakes::CountCalls("SOF_Logout"), 1);
         EXPECT_TRUE(g_pzmSealItems.empty());
     }
     EXPECT_EQ(m_shown, 2);
@@ -247,10 +245,7 @@ TEST_F(ScanFlowTest, APickedDeviceThatIsNotThePlaceholderIsScannedToo) {
     fakes::AddCertificate("one", "cert-1");
     fakes::AddCertificate("any", "hlvqDev123");
     fakes::AddFile("hlvqDev123", "HLVQSEAL", "picture");
-    g_user.certSealTree = [](CertSealPick* pick) {
-        *pick = {1, -1};
-        return DialogEnd::Confirmed;
-    };
+    TreeEndsWith(DialogEnd::Confirmed, {1, -1});
     EXPECT_EQ(Query(), 0);
     EXPECT_EQ(g_currentCertId.Text(), "hlvqDev123");
 }

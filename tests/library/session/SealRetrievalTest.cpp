@@ -206,28 +206,6 @@ TEST_F(SealRetrievalTest, AfterAFailureTheOldPictureIsDelivered) {
     EXPECT_EQ(SelectedCert(), "cert-1");
 }
 
-TEST_F(SealRetrievalTest, AfterACancelABufferStartsANewSelectionWithoutACache) {
-    AddEsKey("picture");
-    fakes::AddFile("cert-1", "ESEAL02", fakes::EsSeal("other"));
-    EXPECT_EQ(Query(), TESMARK_CANCELLED);
-    fakes::ClearCalls();
-    unsigned char buffer[16];
-    int length = 16;
-    EXPECT_EQ(GetSealInfo(buffer, &length), TESMARK_CANCELLED);
-    EXPECT_EQ(length, 16);
-    EXPECT_TRUE(Called("SOF_GetUserList"));
-}
-
-TEST_F(SealRetrievalTest, AfterACancelAnOlderPictureIsDeliveredWithoutAskingAnybody) {
-    AddEsKey("older picture");
-    ASSERT_EQ(Query(), 0);
-    fakes::AddFile("cert-1", "ESEAL02", fakes::EsSeal("other"));
-    EXPECT_EQ(Query(), TESMARK_CANCELLED);
-    fakes::ClearCalls();
-    EXPECT_EQ(Fetch(13), "older picture");
-    EXPECT_THAT(fakes::CallTexts(), IsEmpty());
-}
-
 TEST_F(SealRetrievalTest, ClearSelectKeyIDLeavesThePictureSizeAndTheKeyLoggedIn) {
     AddGbKey();
     ASSERT_EQ(Query(), 0);

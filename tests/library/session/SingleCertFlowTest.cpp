@@ -210,47 +210,6 @@ TEST_F(SingleCertFlowTest, ACertificateOfTheScanNeverReachesTheDialogWhateverIts
     EXPECT_EQ(SelectedCert(), "box/hlvqDev000000000000000000");
 }
 
-TEST_F(SingleCertFlowTest, TheScanEntryBesideACertificateReachesTheDialog) {
-    fakes::AddCertificate("scan", "box/hlvqDev000000000000000000");
-    AddEsKey();
-    ExpectQueryFails(TESMARK_CANCELLED);
-    EXPECT_EQ(Failures().back(), "user cancel dlg -3004");
-}
-
-TEST_F(SingleCertFlowTest, TwoSealsReachTheDialogWithoutATestSignature) {
-    AddEsKey();
-    fakes::AddFile("cert-1", "ESEAL02", fakes::EsSeal("other"));
-    ExpectQueryFails(TESMARK_CANCELLED);
-    EXPECT_THAT(Failures(), ElementsAre("user cancel dlg -3004"));
-    EXPECT_THAT(ProbesAndChecks(), IsEmpty());
-}
-
-TEST_F(SingleCertFlowTest, TwoCertificatesWithOneSealReachTheDialog) {
-    AddEsKey();
-    fakes::AddCertificate("label", "cert-2");
-    ExpectQueryFails(TESMARK_CANCELLED);
-    EXPECT_THAT(ProbesAndChecks(), IsEmpty());
-}
-
-TEST_F(SingleCertFlowTest, ACertificateWithoutSealsReachesTheDialog) {
-    fakes::AddCertificate("label", "cert-1");
-    ExpectQueryFails(TESMARK_CANCELLED);
-    EXPECT_THAT(ProbesAndChecks(), IsEmpty());
-}
-
-TEST_F(SingleCertFlowTest, AnEmptyListReachesTheDialog) {
-    fakes::AddCertificate("翠枫证书", "cert-1");
-    ExpectQueryFails(TESMARK_CANCELLED);
-    EXPECT_THAT(Failures(), ElementsAre("user cancel dlg -3004"));
-}
-
-TEST_F(SingleCertFlowTest, ADialogThatCouldNotBeShownLeavesTheNextQuestionOpen) {
-    AddEsKey();
-    fakes::AddFile("cert-1", "ESEAL02", fakes::EsSeal("other"));
-    EXPECT_EQ(Query(), TESMARK_CANCELLED);
-    EXPECT_EQ(Query(), TESMARK_CANCELLED);
-}
-
 TEST_F(SingleCertFlowTest, AnIdentifierOf64BytesRunsOnIntoTheLabel) {
     const std::string certId(70, 'c');
     fakes::AddCertificate("label", certId);

@@ -1,5 +1,5 @@
-// ScriptedDialogs.h - stand-ins for the dialogs in a program over the library's own logic: it is
-// linked with these in the place of the library's.
+// FlowUser.h - the user in front of the flows' dialogs. A program over the library's own logic is
+// linked with the openers of this folder in the place of the library's.
 #pragma once
 
 #include <functional>
@@ -8,9 +8,9 @@
 #include "dialogs/PzmSealTree.h"
 
 // What the user does in each dialog. A dialog that isn't expected has nothing here and throws.
-struct ScriptedUser {
+struct FlowUser {
     std::function<DialogEnd(CertSealPick*)> certSealTree;
     std::function<DialogEnd(PzmSealPick*)> pzmSealTree;
     std::function<int()> certSelect;
 };
-extern ScriptedUser g_user;
+extern FlowUser g_user;

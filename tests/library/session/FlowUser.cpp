@@ -1,9 +1,9 @@
-#include "ScriptedDialogs.h"
+#include "FlowUser.h"
 
 #include "dialogs/CertSelect.h"
 #include "host/ModuleState.h"
 
-ScriptedUser g_user;
+FlowUser g_user;
 
 DialogEnd ShowCertSealTree(CertSealPick* pick) { return g_user.certSealTree(pick); }
 
