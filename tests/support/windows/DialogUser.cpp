@@ -1,5 +1,6 @@
 #include "support/windows/DialogUser.h"
 
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -10,6 +11,22 @@ bool IsDialog(HWND window) {
     char kind[32] = {};
     GetClassNameA(window, kind, sizeof kind);
     return std::string(kind) == "#32770";
+}
+
+struct Waiting {
+    HWND dialog;
+    std::function<void()> act;
+};
+
+std::map<UINT_PTR, Waiting> g_waiting;
+
+void CALLBACK Due(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    const auto found = g_waiting.extract(timer);
+    if (!found || !IsWindow(found.mapped().dialog)) return;
+    ShowWindow(found.mapped().dialog, SW_SHOW);
+    RedrawWindow(found.mapped().dialog, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    found.mapped().act();
 }
 
 }  // namespace
@@ -50,5 +67,9 @@ DialogUser::Watch* DialogUser::Watch::g_watch = nullptr;
 DialogUser::DialogUser(Act act) : m_watch(std::make_unique<Watch>(std::move(act))) {}
 
 DialogUser::~DialogUser() = default;
+
+void Later(HWND dialog, std::function<void()> act) {
+    g_waiting[SetTimer(nullptr, 0, USER_TIMER_MINIMUM, Due)] = {dialog, std::move(act)};
+}
 
 void Click(HWND dialog, int button) { PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0); }

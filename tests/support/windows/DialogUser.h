@@ -24,5 +24,9 @@ private:
     std::unique_ptr<Watch> m_watch;
 };
 
+// Calls `act` once out of the dialog's loop of messages, when it is visible and has been painted;
+// not at all if it ends before.
+void Later(HWND dialog, std::function<void()> act);
+
 // Posts the click on a button of the dialog.
 void Click(HWND dialog, int button);

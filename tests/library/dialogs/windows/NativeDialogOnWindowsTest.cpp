@@ -2,10 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include "Controls.h"
 #include "OpenDialogTest.h"
 #include "dialogs/CenterDialog.h"
-// After the system's own header.
-#include <commctrl.h>
 
 namespace {
 
@@ -20,48 +19,6 @@ Rectangle BoundsOf(HWND window) {
     GetWindowRect(window, &bounds);
     return {bounds.left, bounds.top, bounds.right, bounds.bottom};
 }
-
-// The rows of a list as the user sees them from the top.
-std::vector<std::string> RowsOf(HWND dialog, int list) {
-    std::vector<std::string> rows;
-    const LRESULT count = SendDlgItemMessageA(dialog, list, CB_GETCOUNT, 0, 0);
-    for (LRESULT row = 0; row < count; ++row) {
-        char text[64] = {};
-        SendDlgItemMessageA(dialog, list, CB_GETLBTEXT, static_cast<WPARAM>(row),
-                            reinterpret_cast<LPARAM>(text));
-        rows.emplace_back(text);
-    }
-    return rows;
-}
-
-// The user's view of the tree.
-class Tree {
-public:
-    explicit Tree(HWND dialog) : m_window(GetDlgItem(dialog, TESMARK_SEAL_TREE)) {}
-
-    LRESULT Next(WPARAM relation, LRESULT node = 0) const {
-        return SendMessageA(m_window, TVM_GETNEXTITEM, relation, node);
-    }
-    std::string Text(LRESULT node) const {
-        char text[64] = {};
-        TVITEMA item{};
-        item.mask = TVIF_HANDLE | TVIF_TEXT;
-        item.hItem = reinterpret_cast<HTREEITEM>(node);
-        item.pszText = text;
-        item.cchTextMax = sizeof text;
-        SendMessageA(m_window, TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
-        return text;
-    }
-    bool IsExpanded(LRESULT node) const {
-        const LRESULT state =
-            SendMessageA(m_window, TVM_GETITEMSTATE, static_cast<WPARAM>(node), TVIS_EXPANDED);
-        return (state & TVIS_EXPANDED) != 0;
-    }
-    void Select(LRESULT node) const { SendMessageA(m_window, TVM_SELECTITEM, TVGN_CARET, node); }
-
-private:
-    HWND m_window;
-};
 
 class NativeDialogOnWindows : public OpenDialogOnWindowsTest {
 protected:
