@@ -26,11 +26,16 @@ constexpr int kDialogNotShown = -1;
 
 // Shows the dialog `templateId` of the loaded module with the name `moduleStem` ("TesmarkOpt" gives
 // TesmarkOpt.dll or libTesmarkOpt.so), without an owner, and blocks until it has ended. Returns
-// what it ended with. kDialogNotShown, and `procedure` hears of nothing: no such module is loaded,
-// it has no such template, or there is nothing to show dialogs with.
+// what it ended with. kDialogNotShown: no such module is loaded, it has no such template, or there
+// is nothing to show dialogs with; `procedure` then hears of nothing, or, where a program shows
+// dialogs and fails after it has made this one and before it is visible, of its opening alone.
+//
+// Where that program fails later, the dialog is told to close as if by its user. If it doesn't end
+// even then, the result is kDialogNotShown.
 //
 // To be called by one thread at a time. From within an event a second dialog can be opened: that
-// event goes on when it has ended, and until then the first dialog still hears of others.
+// event goes on when it has ended. Until then the first dialog still hears of others on Windows;
+// elsewhere they wait.
 int OpenDialog(const char* moduleStem, int templateId, DialogProcedure& procedure);
 
 }  // namespace platform

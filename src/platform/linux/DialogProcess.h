@@ -1,0 +1,63 @@
+// DialogProcess.h - the program that shows a dialog: which one it is, and its process.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/linux/DialogConversation.h"
+#include "platform/linux/dialogprogram/ProtocolLine.h"
+
+namespace platform {
+
+// Where the library or the program stands that this code is part of, with a separator at its end.
+std::string LibraryFolder();
+
+// The path of the program that shows dialogs here: the store's value `DialogProgram`, whatever it
+// is; else, in `folder` (with a separator at its end), tesmark-dialog in a session with a display
+// or tesmark-dialog-tty where standard input and standard error are terminals. Empty if there is
+// none.
+std::string FindDialogProgram(const std::string& folder);
+
+// Milliseconds.
+struct DialogLimits {
+    int opening = 10'000;  // all that the library waits until the window is there
+    int writing = 10'000;  // with nothing taken of what is written
+    int ending = 2'000;    // between the end of the conversation and that of the program
+};
+
+// The program's standard input and output are two socket pairs: so that nothing that is written to
+// a program which is gone raises SIGPIPE in the host, and that an end of one stream alone is seen.
+// Its standard error is the host's, and it gets no other descriptor; its signals are as at first.
+class DialogProcess final : public DialogLink {
+public:
+    // Null if the program can't be started.
+    static std::unique_ptr<DialogProcess> Start(const std::string& program,
+                                                const DialogLimits& limits = {});
+    // Closes both streams, waits for the program's end, and kills it if that doesn't come in time.
+    // Leaves no process behind, and the host's other children alone.
+    ~DialogProcess() override;
+    DialogProcess(const DialogProcess&) = delete;
+    DialogProcess& operator=(const DialogProcess&) = delete;
+
+    bool Write(const std::string& line) override;
+    std::optional<std::string> Read(Patience patience) override;
+
+private:
+    explicit DialogProcess(const DialogLimits& limits)
+        : m_limits(limits), m_openingLeft(limits.opening) {}
+
+    bool ReceiveWithin(std::int64_t milliseconds);
+
+    DialogLimits m_limits;
+    std::int64_t m_openingLeft;
+    pid_t m_child = -1;
+    int m_process = -1;  // a descriptor of the process, if the system gives one
+    int m_input = -1;    // of the program
+    int m_output = -1;
+    LineReader m_reader{kLongestLineFromProgram};
+};
+
+}  // namespace platform

@@ -1,0 +1,266 @@
+#include "library/dialogs/linux/DialogProcessTest.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+namespace {
+
+using platform::DialogWindow;
+using platform::kDialogNotShown;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DialogProcessOnLinux : public DialogProcessTest {};
+
+void EndWith7(DialogWindow& window) { window.End(7); }
+
+TEST_F(DialogProcessOnLinux, AButtonOfTheProgramReachesTheProcedureAndItsEndTheProgram) {
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say button\t1\nhear end\nrest"), 7);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "button 1"));
+    EXPECT_THAT(
+        Log(), ElementsAre("descriptors 0 1 2", "tesmark-dialog\t1", "dialog\t104", "show", "end"));
+}
+
+TEST_F(DialogProcessOnLinux, AnEventThatDoesNotEndTheDialogIsToldAsDone) {
+    m_procedure.onNode = [](DialogWindow&) {};
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say selected\t1004\nhear done\nsay button\t1\nrest"), 7);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "node 1004", "button 1"));
+}
+
+TEST_F(DialogProcessOnLinux, ADialogThatEndsAtItsOpeningIsNeverShown) {
+    m_procedure.onOpen = EndWith7;
+    EXPECT_EQ(Run(std::string(kGreeting) + kBuilding + "rest"), 7);
+    EXPECT_THAT(Log(), ElementsAre("descriptors 0 1 2", "tesmark-dialog\t1", "dialog\t104", "end"));
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatEndsBeforeItsWindowIsBuiltShowsNothing) {
+    EXPECT_EQ(Run("die"), kDialogNotShown);
+    EXPECT_EQ(Run("hear tesmark-dialog\ndie"), kDialogNotShown);
+    EXPECT_EQ(Run(std::string(kGreeting) + "hear dialog\ndie"), kDialogNotShown);
+    EXPECT_EQ(Run(std::string(kGreeting) + "hear dialog\nsay ready\t0\t0\t1\t1\ndie"),
+              kDialogNotShown);
+    EXPECT_THAT(m_procedure.m_heard, IsEmpty());
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatEndsBehindItsBuildingHeardOnlyTheOpening) {
+    EXPECT_EQ(Run(std::string(kGreeting) + kBuilding + "die"), kDialogNotShown);
+    EXPECT_EQ(Run(std::string(kGreeting) + kBuilding + "hear show\ndie"), kDialogNotShown);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "open"));
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatEndsWhileItsWindowIsVisibleClosesTheDialog) {
+    m_procedure.onClose = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "die"), 7);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "close"));
+}
+
+TEST_F(DialogProcessOnLinux, AnEventBeforeTheProgramsEndStillCounts) {
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say button\t1\ndie"), 7);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "button 1"));
+}
+
+TEST_F(DialogProcessOnLinux, AClosingThatIsLeftAlonePressesCancel) {
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say close\nrest"), 7);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "close", "button 2"));
+}
+
+TEST_F(DialogProcessOnLinux, ADialogThatRefusesToCloseIsOverWithItsProgram) {
+    EXPECT_EQ(Run(AllUpToShown() + "die"), kDialogNotShown);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "close", "button 2"));
+}
+
+TEST_F(DialogProcessOnLinux, RubbishBeforeTheWindowIsNoWindow) {
+    for (const char* const greeting :
+         {"say hello", "say tesmark-dialog\t2", "say tesmark-dialog", "say tesmark-dialog\t1\t1",
+          "say shown", "say tesmark-dialog\t1\xFF", "long", "flood x"}) {
+        EXPECT_EQ(Run(greeting + std::string("\nrest")), kDialogNotShown) << greeting;
+    }
+    const std::string greeted = kGreeting + std::string("hear dialog\n");
+    for (const char* const answer :
+         {"unknown", "built", "ready\t1\t2\t3", "ready\t1\t2\t3\tx", "ready\t1\t2\t3\t4\nsay built",
+          "ready\t1\t2\t3\t4\nsay area\t1", "shown"}) {
+        EXPECT_EQ(Run(greeted + "say " + answer + "\nrest"), kDialogNotShown) << answer;
+    }
+    EXPECT_EQ(Run(greeted + "say ready\t1\t2\t3\t4\nsay area\nflood surface\t1005\t1\t1"),
+              kDialogNotShown);
+    EXPECT_THAT(m_procedure.m_heard, IsEmpty());
+}
+
+TEST_F(DialogProcessOnLinux, RubbishBehindTheWindowClosesTheDialog) {
+    m_procedure.onClose = EndWith7;
+    for (const char* const line :
+         {"say what", "say shown", "say button\t1003", "say button\t9", "say selected\t1",
+          "say node\t1004\t1", "say row\t1004\t0", "say text\t1003\tx", "say button", "long",
+          "say button\t1\x01", "say surface\t1005\t-1\t1"}) {
+        m_procedure.m_heard.clear();
+        EXPECT_EQ(Run(AllUpToShown() + line + "\nrest"), 7) << line;
+        EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "close")) << line;
+    }
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatIsSilentBeforeItsWindowIsGivenUpInTime) {
+    EXPECT_EQ(Run("hang", kImpatient), kDialogNotShown);
+    EXPECT_EQ(Run(std::string(kGreeting) + "hang", kImpatient), kDialogNotShown);
+    EXPECT_EQ(Run(std::string(kGreeting) + kBuilding + "hang", kImpatient), kDialogNotShown);
+    EXPECT_EQ(Run("raw tesmark-dial\nhang", kImpatient), kDialogNotShown);
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatStaysIsKilledAndTheEndHolds) {
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say button\t1\nhang", {60'000, 60'000, 100}), 7);
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatStopsReadingIsGivenUp) {
+    m_procedure.onNode = [](DialogWindow& window) {
+        for (int i = 0; i < 100; ++i) window.SetText(1005, std::string(100'000, 'x'));
+    };
+    m_procedure.onClose = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say selected\t1004\nhang", {60'000, 200, 100}), 7);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "node 1004", "close"));
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatClosesItsInputIsToldNothingAndCloses) {
+    m_procedure.onNode = [](DialogWindow& window) { window.SetText(1005, "x"); };
+    m_procedure.onClose = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "close input\nsay selected\t1004\nhang", {60'000, 60'000, 100}),
+              7);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "node 1004", "close"));
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatClosesItsOutputCloses) {
+    m_procedure.onClose = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "close output\nhang", {60'000, 60'000, 100}), 7);
+}
+
+TEST_F(DialogProcessOnLinux, AProgramWhoseStreamsOutliveItHasEndedAllTheSame) {
+    m_procedure.onClose = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "heir"), 7);
+}
+
+TEST_F(DialogProcessOnLinux, WhatTheProcedureThrowsPassesThroughAndTheProgramIsClosed) {
+    const auto fail = [](DialogWindow&) { throw std::runtime_error("from within"); };
+    m_procedure.onOpen = fail;
+    EXPECT_THROW(Run(AllUpToShown() + "rest"), std::runtime_error);
+    m_procedure.onOpen = nullptr;
+    m_procedure.onButton = fail;
+    EXPECT_THROW(Run(AllUpToShown() + "say button\t1\nrest"), std::runtime_error);
+}
+
+TEST_F(DialogProcessOnLinux, ASecondDialogFromWithinAnEventHasAProgramOfItsOwn) {
+    RecordingProcedure inner;
+    inner.onButton = [](DialogWindow& window) { window.End(1); };
+    const std::string script = AllUpToShown() + "say button\t1\nrest";
+    m_procedure.onButton = [&](DialogWindow& window) {
+        const auto process = platform::DialogProcess::Start(SCRIPTED_PROGRAM, kPatient);
+        ASSERT_NE(process, nullptr);
+        window.End(10 + platform::RunDialog(*process, *platform::FindTemplate(103), inner));
+    };
+    EXPECT_EQ(Run(script), 11);
+    EXPECT_THAT(inner.m_heard, ElementsAre("open", "button 1"));
+}
+
+TEST_F(DialogProcessOnLinux, TheProgramGetsThreeDescriptorsAndFreshSignals) {
+    const int leak = open("/dev/null", O_RDONLY);
+    ASSERT_GT(leak, 2);
+    sigset_t blocked, before;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGUSR1);
+    sigprocmask(SIG_BLOCK, &blocked, &before);
+    const auto handler = signal(SIGINT, SIG_IGN);
+    m_procedure.onOpen = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown()), 7);
+    signal(SIGINT, handler);
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    close(leak);
+    ASSERT_FALSE(Log().empty());
+    EXPECT_EQ(Log()[0], "descriptors 0 1 2");
+}
+
+TEST_F(DialogProcessOnLinux, AHostWithAThousandDescriptorsIsServed) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit wide{std::min<rlim_t>(limit.rlim_max, 4096), limit.rlim_max};
+    if (limit.rlim_cur < wide.rlim_cur) setrlimit(RLIMIT_NOFILE, &wide);
+    std::vector<int> open;
+    for (int i = 0; i < 1100; ++i) open.push_back(dup(STDERR_FILENO));
+    EXPECT_GT(open.back(), 1024);
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say button\t1\nrest"), 7);
+    for (const int descriptor : open) close(descriptor);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    ASSERT_FALSE(Log().empty());
+    EXPECT_EQ(Log()[0], "descriptors 0 1 2");
+}
+
+TEST_F(DialogProcessOnLinux, AHostWithoutStandardStreamsIsServed) {
+    const int saved[] = {dup(0), dup(1), dup(2)};
+    for (int stream = 0; stream < 3; ++stream) close(stream);
+    m_procedure.onButton = EndWith7;
+    const int result = Run(AllUpToShown() + "say button\t1\nrest");
+    for (int stream = 0; stream < 3; ++stream) {
+        if (saved[stream] >= 0) dup2(saved[stream], stream);
+        if (saved[stream] > 2) close(saved[stream]);
+    }
+    EXPECT_EQ(result, 7);
+    ASSERT_FALSE(Log().empty());
+    EXPECT_EQ(Log()[0], "descriptors 0 1 2");
+}
+
+TEST_F(DialogProcessOnLinux, AHostWithoutADescriptorToSpareShowsNothing) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    std::vector<int> open;
+    const rlimit narrow{64, limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &narrow);
+    for (int descriptor = dup(2); descriptor >= 0; descriptor = dup(2)) open.push_back(descriptor);
+    const auto process = platform::DialogProcess::Start(SCRIPTED_PROGRAM, kPatient);
+    for (const int descriptor : open) close(descriptor);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(process, nullptr);
+}
+
+TEST_F(DialogProcessOnLinux, AHostThatIgnoresItsChildrenIsServed) {
+    signal(SIGCHLD, SIG_IGN);
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say button\t1\nrest"), 7);
+    signal(SIGCHLD, SIG_DFL);
+}
+
+TEST_F(DialogProcessOnLinux, AHostThatWaitsForAnyChildItselfIsServed) {
+    signal(SIGCHLD, [](int) {
+        const int error = errno;
+        while (waitpid(-1, nullptr, WNOHANG) > 0) {
+        }
+        errno = error;
+    });
+    m_procedure.onClose = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "die"), 7);
+    signal(SIGCHLD, SIG_DFL);
+}
+
+TEST_F(DialogProcessOnLinux, AnotherChildOfTheHostIsLeftToIt) {
+    const pid_t other = fork();
+    if (other == 0) _exit(5);
+    ASSERT_GT(other, 0);
+    m_procedure.onButton = EndWith7;
+    EXPECT_EQ(Run(AllUpToShown() + "say button\t1\nrest"), 7);
+    int status = 0;
+    EXPECT_EQ(waitpid(other, &status, 0), other);
+    EXPECT_EQ(WEXITSTATUS(status), 5);
+}
+
+TEST_F(DialogProcessOnLinux, WhatIsNoProgramCannotBeStarted) {
+    EXPECT_EQ(platform::DialogProcess::Start(m_prefix.Below("not-there")), nullptr);
+    EXPECT_EQ(platform::DialogProcess::Start(m_prefix.Path()), nullptr);
+    EXPECT_EQ(platform::DialogProcess::Start(""), nullptr);
+}
+
+}  // namespace
