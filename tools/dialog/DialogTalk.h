@@ -45,6 +45,7 @@ public:
 
     // An event is being handled, and others may be waiting.
     bool IsHandling() const { return m_handling; }
+    State CurrentState() const { return m_state; }
 
 private:
     struct Size {
