@@ -1,0 +1,63 @@
+#include "tools/dialog/qt/TopWindow.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QLayout>
+#include <QScreen>
+#include <QStyle>
+
+namespace {
+
+constexpr Qt::WindowFlags kFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                   Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                                   Qt::WindowStaysOnTopHint;
+
+QScreen& ScreenOfTheUser() {
+    QScreen* const screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
+QPoint Middle(const QRect& area, const QSize& size) {
+    const QSize around = (area.size() - size).expandedTo({0, 0});
+    return area.topLeft() + QPoint(around.width() / 2, around.height() / 2);
+}
+
+}  // namespace
+
+TopWindow::TopWindow(const QString& title) : QDialog(nullptr, kFlags) {
+    setWindowTitle(title);
+    setAccessibleName(title);
+}
+
+void TopWindow::LayOut() {
+    QScreen& screen = ScreenOfTheUser();
+    setScreen(&screen);
+    ensurePolished();
+    const QRect area = screen.availableGeometry();
+    // The frame is the window manager's and isn't known before the window is there.
+    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    resize(sizeHint().boundedTo(area.size() - frame));
+    move(Middle(area, size()));
+    // A layout inside of another widget would wait for the window to be shown.
+    layout()->activate();
+    for (QWidget* const child : findChildren<QWidget*>()) {
+        if (child->layout() != nullptr) child->layout()->activate();
+    }
+}
+
+void TopWindow::reject() { onEscape(); }
+
+void TopWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    onClose();
+}
+
+bool TopWindow::event(QEvent* event) {
+    const bool handled = QDialog::event(event);
+    if (event->type() == QEvent::Paint && !m_shown) {
+        m_shown = true;
+        onShown();
+    }
+    return handled;
+}
