@@ -1,6 +1,5 @@
 #include "tools/dialog/qt/DialogWidget.h"
 
-#include <QGroupBox>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -8,6 +7,7 @@
 
 #include "dialogs/Resource.h"
 #include "tools/dialog/qt/Arrangement.h"
+#include "tools/dialog/qt/Group.h"
 #include "tools/dialog/qt/LabelList.h"
 #include "tools/dialog/qt/Preview.h"
 #include "tools/dialog/qt/ScreenPixels.h"
@@ -68,7 +68,7 @@ QWidget* DialogWidget::Make(const platform::TemplateControl& control) {
         case platform::ControlKind::Edit: return MakeField(control.id);
         case platform::ControlKind::Tree: return MakeTree(control.id);
         case platform::ControlKind::Surface: return new Preview(this);
-        case platform::ControlKind::Group: return new QGroupBox(text, this);
+        case platform::ControlKind::Group: return new Group(text, this);
         case platform::ControlKind::Label: break;
     }
     return new QLabel(text, this);

@@ -30,6 +30,9 @@ SealTree::SealTree(QWidget* parent) : QTreeWidget(parent) {
     // A label that is wider than the tree can be read to its end by scrolling.
     setTextElideMode(Qt::ElideNone);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    // The header isn't shown; unless it has a size it measures a bold face to find one.
+    header()->setMinimumSectionSize(0);
+    headerItem()->setData(0, Qt::SizeHintRole, QSize(0, 0));
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
 }

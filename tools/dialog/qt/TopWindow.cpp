@@ -2,16 +2,20 @@
 
 #include <QCloseEvent>
 #include <QCursor>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QLayout>
 #include <QScreen>
 #include <QStyle>
+#include <QTimer>
 
 namespace {
 
 constexpr Qt::WindowFlags kFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                    Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                                    Qt::WindowStaysOnTopHint;
+
+constexpr int kLongestWait = 1000;  // milliseconds
 
 QScreen& ScreenOfTheUser() {
     QScreen* const screen = QGuiApplication::screenAt(QCursor::pos());
@@ -46,6 +50,16 @@ void TopWindow::LayOut() {
     }
 }
 
+void TopWindow::ShowToUser() {
+    QEventLoop loop;
+    m_onPainted = [&loop] { loop.quit(); };
+    QTimer::singleShot(kLongestWait, &loop, &QEventLoop::quit);
+    show();
+    activateWindow();
+    loop.exec(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
+    m_onPainted = [] {};
+}
+
 void TopWindow::reject() { onEscape(); }
 
 void TopWindow::closeEvent(QCloseEvent* event) {
@@ -55,9 +69,6 @@ void TopWindow::closeEvent(QCloseEvent* event) {
 
 bool TopWindow::event(QEvent* event) {
     const bool handled = QDialog::event(event);
-    if (event->type() == QEvent::Paint && !m_shown) {
-        m_shown = true;
-        onShown();
-    }
+    if (event->type() == QEvent::Paint) m_onPainted();
     return handled;
 }

@@ -14,12 +14,14 @@ public:
     // The close box, and the escape key.
     std::function<void()> onClose = [] {};
     std::function<void()> onEscape = [] {};
-    // Visible to the user for the first time.
-    std::function<void()> onShown = [] {};
 
     // To be called when all is in it: gives it the size and the place that it will come up with,
     // and its controls theirs.
     void LayOut();
+
+    // Returns when the user can see it, or after a while that no window takes but one that is
+    // hidden by the session. What the user does and what the library says meanwhile waits.
+    void ShowToUser();
 
     // QDialog's answer to the escape key.
     void reject() override;
@@ -29,5 +31,5 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    bool m_shown = false;
+    std::function<void()> m_onPainted = [] {};
 };

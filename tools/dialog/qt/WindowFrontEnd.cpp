@@ -74,11 +74,7 @@ void WindowFrontEnd::TellSurfaces() {
         m_talk->Resized(control, size.width(), size.height());
 }
 
-void WindowFrontEnd::Show() {
-    m_dialog->show();
-    m_dialog->raise();
-    m_dialog->activateWindow();
-}
+void WindowFrontEnd::Show() { m_dialog->ShowToUser(); }
 
 void WindowFrontEnd::ShowMessage(int style, const std::string& caption, const std::string& text) {
     m_message = std::make_unique<MessageWindow>(style, QString::fromStdString(caption),
@@ -87,9 +83,7 @@ void WindowFrontEnd::ShowMessage(int style, const std::string& caption, const st
         m_talk->Answered();
         m_answered();
     };
-    m_message->show();
-    m_message->raise();
-    m_message->activateWindow();
+    m_message->ShowToUser();
 }
 
 void WindowFrontEnd::AppendRow(int list, const std::string& text) {
