@@ -26,7 +26,6 @@ public:
     explicit OpenList(QWidget* parent) : QListView(parent) {
         setTextElideMode(Qt::ElideNone);
         setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     }
 
 protected:
@@ -50,6 +49,8 @@ LabelList::LabelList(QWidget* parent) : QComboBox(parent) {
     style->setParent(this);
     setStyle(style);
     setView(new OpenList(this));
+    // The list box has taken that away.
+    view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(kShownCharacters);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -6,7 +6,10 @@ QRect ToPixels(const QRect& place, const QScreen& screen) {
     const QPoint corner = screen.geometry().topLeft();
     const qreal scale = screen.devicePixelRatio();
     const QPointF topLeft = QPointF(place.topLeft() - corner) * scale + corner;
-    return {topLeft.toPoint(), (QSizeF(place.size()) * scale).toSize()};
+    // Where the screen's size is no multiple of the scale, its size in units may be rounded up.
+    const QSizeF size = QSizeF(place.size()) * scale;
+    return {topLeft.toPoint(),
+            QSize(static_cast<int>(size.width()), static_cast<int>(size.height()))};
 }
 
 QPoint FromPixels(const QPoint& pixel, const QScreen& screen) {

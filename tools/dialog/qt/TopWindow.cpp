@@ -39,9 +39,13 @@ void TopWindow::LayOut() {
     setScreen(&screen);
     ensurePolished();
     const QRect area = screen.availableGeometry();
-    // The frame is the window manager's and isn't known before the window is there.
-    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
-    resize(sizeHint().boundedTo(area.size() - frame));
+    // The frame is the window manager's and isn't known before the window is there. The style's own
+    // is about as large.
+    const int side = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const QSize frame(2 * side, side + style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    const QSize hint = sizeHint().boundedTo(area.size() - frame);
+    // What stands on one line has two in a narrower window.
+    resize(hint.expandedTo({0, layout()->totalHeightForWidth(hint.width())}));
     move(Middle(area, size()));
     // A layout inside of another widget would wait for the window to be shown.
     layout()->activate();
@@ -58,6 +62,19 @@ void TopWindow::ShowToUser() {
     activateWindow();
     loop.exec(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
     m_onPainted = [] {};
+    KeepOnScreen();
+}
+
+// Now that the frame is known.
+void TopWindow::KeepOnScreen() {
+    const QRect area = screen()->availableGeometry();
+    const QSize frame = frameGeometry().size() - size();
+    resize(size().boundedTo(area.size() - frame));
+    const QRect bounds = frameGeometry();
+    const QPoint furthest = area.bottomRight() - QPoint(bounds.width() - 1, bounds.height() - 1);
+    const QPoint corner(qMax(area.left(), qMin(bounds.left(), furthest.x())),
+                        qMax(area.top(), qMin(bounds.top(), furthest.y())));
+    if (corner != bounds.topLeft()) move(corner);
 }
 
 void TopWindow::reject() { onEscape(); }

@@ -31,5 +31,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void KeepOnScreen();
+
     std::function<void()> m_onPainted = [] {};
 };

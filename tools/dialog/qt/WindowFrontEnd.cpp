@@ -1,6 +1,7 @@
 #include "tools/dialog/qt/WindowFrontEnd.h"
 
 #include <QImage>
+#include <algorithm>
 
 #include "tools/dialog/qt/DialogWidget.h"
 #include "tools/dialog/qt/MessageWindow.h"
@@ -22,7 +23,9 @@ QImage ToImage(const platform::Picture& picture) {
     const auto width = static_cast<std::size_t>(picture.width);
     for (int row = 0; row < picture.height; ++row) {
         const auto* const first = picture.pixels.data() + static_cast<std::size_t>(row) * width;
-        std::copy(first, first + width, reinterpret_cast<QRgb*>(image.scanLine(row)));
+        // The format has no transparency, but blends as if the pixels told that they are opaque.
+        std::transform(first, first + width, reinterpret_cast<QRgb*>(image.scanLine(row)),
+                       [](platform::Colour colour) { return colour | 0xFF000000; });
     }
     return image;
 }

@@ -10,6 +10,7 @@
 #include <QTest>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "support/Environment.h"
@@ -40,9 +41,10 @@ protected:
     QDialog& Window();
     template <class Control>
     Control& Only() {
-        auto* const found = Window().findChild<Control*>();
-        EXPECT_NE(found, nullptr);
-        return *found;
+        for (QWidget* const each : Window().findChildren<QWidget*>()) {
+            if (auto* const found = dynamic_cast<Control*>(each)) return *found;
+        }
+        throw std::runtime_error("no such control");
     }
     // The button with that text.
     QWidget& Button(const QString& text);
