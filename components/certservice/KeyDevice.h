@@ -41,6 +41,8 @@ public:
     virtual bool IsLoggedIn(const std::string& certId) = 0;
     // Wrong PINs that the key still bears before it locks; -1 if it doesn't tell.
     virtual int RetriesLeft(const std::string& certId) = 0;
+    // False if no person could type what Login takes: nobody is asked for it then.
+    virtual bool TakesPin() const { return true; }
 
     // Signs a digest with the private key; somebody has logged in. For an SM2 key `digest` is the
     // 32 bytes e of GB/T 32918.2 (the hash over ZA and message) and the signature is the DER of

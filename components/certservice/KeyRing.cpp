@@ -131,6 +131,7 @@ int KeyRing::SignDigest(const std::string& certId, HashAlgorithm hash, std::stri
         // A certificate that is gone is told as such, before anybody is asked.
         std::string der;
         if (const int code = device->ExportCertificate(certId, der)) return code;
+        if (!device->TakesPin()) return kServiceScanNeeded;
         if (const int code = AskForPin(*device, certId)) return code;
     }
     return device->SignDigest(certId, hash, digest, signature);

@@ -29,7 +29,7 @@ public:
 
     // As KeyDevice::SignDigest. Where nobody has logged in the PIN is asked for, and again after a
     // wrong one, three times at most, until the key locks or the user gives up; the login then
-    // stands.
+    // stands. kServiceScanNeeded: nobody has logged in, and it isn't a PIN that is wanted.
     int SignDigest(const std::string& certId, HashAlgorithm hash, std::string_view digest,
                    std::string& signature);
 

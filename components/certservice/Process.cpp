@@ -6,6 +6,7 @@
 
 #include "components/certservice/KeyFolder.h"
 #include "components/certservice/Places.h"
+#include "components/certservice/ScanDevice.h"
 #include "components/certservice/pinentry/PinEntry.h"
 #include "components/certservice/pkcs11/Pkcs11Device.h"
 
@@ -20,6 +21,7 @@ Contexts* g_contexts = nullptr;
 std::shared_ptr<ServiceProcess> MakeProcess() {
     std::vector<std::unique_ptr<KeyDevice>> devices = OpenPkcs11Devices();
     devices.insert(devices.begin(), std::make_unique<KeyFolder>(KeyFolderPath()));
+    devices.push_back(std::make_unique<ScanDevice>(KeyFolderPath()));
     return std::shared_ptr<ServiceProcess>(new ServiceProcess{
         KeyRing(std::move(devices), MakePinEntry()), TrustStore(TrustFolderPath())});
 }

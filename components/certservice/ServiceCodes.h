@@ -46,4 +46,15 @@ enum ServiceCode : int {
     kServiceTimeStampRevoked = 0x0B00008D,
     kServiceTimeStampIssuerRevoked = 0x0B00008E,
     kServiceTimeStampRevocationUndecided = 0x0B00008F,
+    // The scan by phone: what the request lacks, in the order in which it is looked at, then what
+    // the phone said to it.
+    kServiceScanNeeded = 0x0B000090,  // nobody has scanned, and what is asked needs it
+    kServiceScanNotBase64 = 0x0B000091,
+    kServiceScanNotJson = 0x0B000092,
+    kServiceScanMemberMissing = 0x0B000093,
+    kServiceScanMemberKind = 0x0B000094,  // it is no string
+    kServiceScanMemberSurplus = 0x0B000095,
+    kServiceScanMemberValue = 0x0B000096,
+    kServiceScanRefused = 0x0B000097,
+    kServiceScanUnanswered = 0x0B000098,
 };
