@@ -9,6 +9,8 @@
 #include "ResultText.h"
 #include "components/certservice/KeyFolder.h"
 #include "components/certservice/Places.h"
+#include "components/certservice/ScanDevice.h"
+#include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pkcs11/Pkcs11Device.h"
 #include "components/crypto/Signature.h"
 #include "platform/Clock.h"
@@ -66,10 +68,38 @@ DevelopmentKey MakeDevelopmentKey(const DevelopmentAlgorithm& algorithm, int day
     return made;
 }
 
+std::string NameOfKeyFolder(const std::string& id, const std::string& name) {
+    if (!id.empty()) return id;
+    const bool usable = !name.empty() && name.size() <= kMaximumKeyName && name.front() != '.' &&
+                        name.find_first_not_of(
+                            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                            "0123456789-_.") == std::string::npos;
+    return usable ? name : "";
+}
+
+std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY* key,
+                     const std::string& certificate, const std::string& pin) {
+    KeyFolder folder(path);
+    std::string certId;
+    const int code = folder.Store(name, key, certificate, pin, certId);
+    if (code == kServiceBadArgument) {
+        throw Failure{ExitCode::kFailed,
+                      "The key can't be stored: a key \"" + name +
+                          "\" is there already, or the name "
+                          "has other characters than letters, digits, \"-\", \"_\" and \".\".",
+                      code, "  give it another name with --id; see: tesmark key list"};
+    }
+    if (code)
+        throw Failure{ExitCodeFor(code),
+                      "The key can't be stored in " + platform::Utf8FromPath(path) + ".", code};
+    return certId;
+}
+
 std::vector<std::unique_ptr<KeyDevice>> OpenKeyDevices() {
     std::vector<std::unique_ptr<KeyDevice>> devices;
     devices.push_back(std::make_unique<KeyFolder>(KeyFolderPath()));
     for (auto& device : OpenPkcs11Devices()) devices.push_back(std::move(device));
+    devices.push_back(std::make_unique<ScanDevice>(KeyFolderPath()));
     return devices;
 }
 

@@ -31,7 +31,16 @@ struct DevelopmentKey {
 DevelopmentKey MakeDevelopmentKey(const DevelopmentAlgorithm& algorithm, int days,
                                   CertificateRequest request);
 
-// The folder of development keys, and the tokens that the store names.
+// The name of a new key's folder: the one asked for, else the key's name where it may be one, else
+// empty for the serial number.
+std::string NameOfKeyFolder(const std::string& id, const std::string& name);
+
+// Stores the key in the folder `path`; its certId. Throws a Failure for a name that is taken or
+// can't be used, and for a folder that can't be written.
+std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY* key,
+                     const std::string& certificate, const std::string& pin);
+
+// The folder of development keys, the tokens that the store names, and the scan by phone.
 std::vector<std::unique_ptr<KeyDevice>> OpenKeyDevices();
 
 // "2029-11-20", local time, so many days from now.

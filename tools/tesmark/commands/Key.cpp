@@ -7,7 +7,7 @@
 #include "ResultText.h"
 #include "TerminalText.h"
 #include "commands/Development.h"
-#include "components/certservice/KeyFolder.h"
+#include "commands/KeyScan.h"
 #include "components/certservice/KeyImport.h"
 #include "components/certservice/Places.h"
 #include "components/certservice/ServiceCodes.h"
@@ -38,36 +38,6 @@ struct ImportOptions {
 
 struct ListOptions {};
 
-// The folder's name: the one asked for, else the key's name where it may be one, else the serial
-// number (an empty text).
-std::string FolderName(const std::string& id, const std::string& name) {
-    if (!id.empty()) return id;
-    const bool usable = name.size() <= kMaximumKeyName && name.front() != '.' &&
-                        name.find_first_not_of(
-                            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                            "0123456789-_.") == std::string::npos;
-    return usable ? name : "";
-}
-
-std::string StoreKey(const std::string& name, EVP_PKEY* key, const std::string& certificate,
-                     const std::string& pin) {
-    const std::string path = KeyFolderPath();
-    KeyFolder folder(path);
-    std::string certId;
-    const int code = folder.Store(name, key, certificate, pin, certId);
-    if (code == kServiceBadArgument) {
-        throw Failure{ExitCode::kFailed,
-                      "The key can't be stored: a key \"" + name +
-                          "\" is there already, or the name "
-                          "has other characters than letters, digits, \"-\", \"_\" and \".\".",
-                      code, "  give it another name with --id; see: tesmark key list"};
-    }
-    if (code)
-        throw Failure{ExitCodeFor(code),
-                      "The key can't be stored in " + platform::Utf8FromPath(path) + ".", code};
-    return certId;
-}
-
 Report NewKey(const NewOptions& options) {
     const DevelopmentAlgorithm algorithm = AlgorithmOf(options.algorithm);
     const std::string pin = NewPin(options.pin);
@@ -76,8 +46,8 @@ Report NewKey(const NewOptions& options) {
     request.organization = GbkFromArgument(options.organization, "The organization");
     request.serial = options.serial;
     const DevelopmentKey key = MakeDevelopmentKey(algorithm, options.days, request);
-    const std::string folderName = FolderName(options.id, options.name);
-    const std::string certId = StoreKey(folderName, key.key.get(), key.certificate, pin);
+    const std::string certId = StoreKey(KeyFolderPath(), NameOfKeyFolder(options.id, options.name),
+                                        key.key.get(), key.certificate, pin);
     Report report;
     report.json["certId"] = certId;
     report.json["algorithm"] = algorithm.text;
@@ -105,7 +75,8 @@ Report Import(const ImportOptions& options) {
             code == kServicePinWrong ? "  the file's password: --password-file FILE" : ""};
     }
     const std::string pin = NewPin(options.pin);
-    const std::string certId = StoreKey(options.id, imported.key.get(), imported.certificate, pin);
+    const std::string certId =
+        StoreKey(KeyFolderPath(), options.id, imported.key.get(), imported.certificate, pin);
     Report report;
     report.json["certId"] = certId;
     report.text = "key    " + certId + "  imported from " + options.file + "\n";
@@ -196,4 +167,5 @@ void DeclareKey(CLI::App& parent, Invocation& invocation) {
                               "  tesmark key import alice.p12 --password-file p12.txt\n"
                               "  tesmark key import key-and-certificate.pem --id alice",
                               BindImport, Import);
+    DeclareKeyScan(*group, invocation);
 }

@@ -13,6 +13,7 @@
 #include "TerminalText.h"
 #include "commands/Development.h"
 #include "commands/SealPicture.h"
+#include "components/certservice/ScanDevice.h"
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/EsSeal.h"
 #include "components/seallibrary/SealMaker.h"
@@ -39,14 +40,15 @@ struct Form {
 
 constexpr Form kForms[] = {{"gm2014", "SEAL01", "GM/T 0031-2014"},
                            {"gb2020", "GBESEAL", "GB/T 38540-2020"},
-                           {"es", "ESEAL", "ES"}};
+                           {"es", "ESEAL", "ES"},
+                           {"picture", "HLVQSEAL", "picture"}};
 
 const Form& FormOf(const std::string& option) {
     for (const Form& form : kForms) {
         if (option == form.option) return form;
     }
     throw Failure{ExitCode::kUsage, "No form of seals is called \"" + option +
-                                        "\": there are gm2014, gb2020 and es."};
+                                        "\": there are gm2014, gb2020, es and picture."};
 }
 
 // Signed with a seal maker's key that the development CA has certified for this one seal and that
@@ -121,6 +123,21 @@ std::string PutIntoKey(const CertificateEntry& signer, const Form& form, const s
                                         Utf8FromGbk(signer.certId) + "."};
 }
 
+// The library takes a phone's file of the other form for an ES seal.
+void CheckForm(const Options& options, const CertificateEntry& signer) {
+    if (signer.certId != kScanCertId || options.form != "gb2020") return;
+    throw Failure{ExitCode::kUsage,
+                  "A phone brings no seals of this form to the library.",
+                  {},
+                  "  name another: --form gm2014, --form es, --form picture"};
+}
+
+std::string MakeSealFile(const Options& options, const CertificateEntry& signer,
+                         const SealPicture& picture) {
+    if (options.form == "picture") return picture.content;
+    return options.form == "es" ? EsSeal(options, picture) : NationalSeal(options, signer, picture);
+}
+
 Report NewSeal(const Options& options) {
     const Form& form = FormOf(options.form);
     const SealPicture picture = MakeSealPicture(options.picture, options.name);
@@ -128,8 +145,8 @@ Report NewSeal(const Options& options) {
     const CertServiceClient service;
     const auto certificates = ListCertificates(service, WithSeals::kNo);
     const CertificateEntry& signer = FindCertificate(certificates, options.cert);
-    const std::string seal =
-        options.form == "es" ? EsSeal(options, picture) : NationalSeal(options, signer, picture);
+    CheckForm(options, signer);
+    const std::string seal = MakeSealFile(options, signer, picture);
     const std::string file = PutIntoKey(signer, form, seal, options.pin);
     const SealFile made = ReadSealFile(file, *SealKindOf(file), seal);
     if (const std::string problem = ProblemOf(made); !problem.empty()) {
@@ -157,7 +174,8 @@ void Bind(CLI::App& command, Options& options) {
                        "The certificate that may sign with it; not needed if there is only one");
     command
         .add_option("--form", options.form,
-                    "gm2014 (GM/T 0031-2014), gb2020 (GB/T 38540-2020) or es (the old ES file)")
+                    "gm2014 (GM/T 0031-2014), gb2020 (GB/T 38540-2020), es (the old ES file) or "
+                    "picture (the picture alone, as a phone may bring it)")
         ->capture_default_str();
     command.add_option("--valid-days", options.validDays, "Days for which the seal is valid")
         ->check(CLI::Range(1, 7300))
