@@ -13,9 +13,10 @@
 namespace {
 
 // In the order of the help text: what a day's work needs first.
-constexpr std::array<DeclareCommand, 10> kCommands = {
-    DeclareStamp, DeclareSign, DeclareVerify, DeclareTimestamp, DeclareHash,
-    DeclareList,  DeclareKey,  DeclareSeal,   DeclareConfig,    DeclareDoctor};
+constexpr std::array<DeclareCommand, 13> kCommands = {
+    DeclareStamp, DeclareSign,   DeclareVerify, DeclareTimestamp, DeclareHash,
+    DeclareList,  DeclareLogin,  DeclareLogout, DeclarePresent,   DeclareKey,
+    DeclareSeal,  DeclareConfig, DeclareDoctor};
 
 constexpr char kDescription[] =
     "Stamps PDFs with electronic seals, signs and hashes files with the keys of this machine, and "

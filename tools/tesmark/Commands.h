@@ -28,6 +28,9 @@ void DeclareSign(CLI::App& parent, Invocation& invocation);
 void DeclareVerify(CLI::App& parent, Invocation& invocation);
 void DeclareTimestamp(CLI::App& parent, Invocation& invocation);
 void DeclareHash(CLI::App& parent, Invocation& invocation);
+void DeclareLogin(CLI::App& parent, Invocation& invocation);
+void DeclareLogout(CLI::App& parent, Invocation& invocation);
+void DeclarePresent(CLI::App& parent, Invocation& invocation);
 void DeclareConfig(CLI::App& parent, Invocation& invocation);
 void DeclareDoctor(CLI::App& parent, Invocation& invocation);
 

@@ -20,6 +20,9 @@ constexpr int kFieldNotBefore = 11;
 constexpr int kFieldNotAfter = 12;
 constexpr int kFieldCommonName = 17;
 
+// In the certId, whoever has made the certificate service.
+constexpr char kScanPlaceholder[] = "hlvqDev000000000000000000";
+
 // "20261121093000" to "2026-11-21 09:30:00"; another form stays as it is.
 std::string ReadableTime(const std::string& time) {
     const bool digits =
@@ -154,6 +157,10 @@ std::vector<CertificateEntry> ListCertificates(const CertServiceClient& service,
         if (seals == WithSeals::kYes) ReadSeals(service, entries.back());
     }
     return entries;
+}
+
+bool IsScan(const CertificateEntry& certificate) {
+    return certificate.certId.find(kScanPlaceholder) != std::string::npos;
 }
 
 std::string ProblemOf(const CertificateEntry& certificate) {

@@ -24,6 +24,9 @@ struct CertificateEntry {
     std::vector<SealFile> seals;
 };
 
+// Is it the place of a scan by phone, whose seals are there after the scan alone?
+bool IsScan(const CertificateEntry& certificate);
+
 enum class WithSeals { kNo, kYes };
 
 // In the service's order. Throws a Failure if the list can't be had; a key that can't be read

@@ -118,6 +118,11 @@ void LogIn(const std::string& certId, const std::string& pin) {
     CheckResult(code, "The key can't be opened with this PIN.", mark);
 }
 
+void Scan() {
+    const LogMark mark;
+    CheckResult(PZMLogin(), "The scan by phone came to nothing.", mark);
+}
+
 std::string SelectedCertificate() {
     std::string certId;
     FetchInTwoSteps([](unsigned char* out, int* outLen) { return GetSelectedCertId(out, outLen); },

@@ -43,6 +43,10 @@ void CheckResult(int code, const std::string& sentence, const LogMark& mark);
 // locked key where the log does.
 void LogIn(const std::string& certId, const std::string& pin);
 
+// Waits for a scan by phone. The selection stays. Throws a Failure that tells why it came to
+// nothing where the log does.
+void Scan();
+
 // The certificate that is selected; empty if none is.
 std::string SelectedCertificate();
 

@@ -62,6 +62,10 @@ constexpr auto kLibrary = std::to_array<Meaning>({
     {TESMARK_NOT_SHORT, kFailed, "the short way does not apply"},
     {TESMARK_CERT_REVOKED, kFailed, "the certificate is revoked"},
     {TESMARK_CRL_FAILED, kFailed, "the revocation list could not be obtained"},
+    {TESMARK_NO_SCANNED_FILE, kFailed, "the scan brought no file"},
+    {TESMARK_SCANNED_SEAL_UNREAD, kFailed, "a seal that the scan brought can't be read"},
+    {TESMARK_CERT_NOT_IN_USE, kFailed, "the certificate is on no key, or not the selected one"},
+    {TESMARK_NO_SCANNED_SEAL, kFailed, "none of the files that the scan brought is a seal"},
     {TESMARK_LOGIN_FAILED, kPin, "the login to the key failed"},
 });
 

@@ -1,7 +1,9 @@
 #include "Selection.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <cstdlib>
+#include <optional>
 
 #include "CertServiceClient.h"
 #include "Failure.h"
@@ -23,29 +25,55 @@ constexpr double kPictureDpi = 300;
 constexpr int kFieldKeyType = 3;
 constexpr int kFieldCommonName = 17;
 
+// Room for any text that the library gives for a key's type.
+constexpr std::size_t kKeyTypeRoom = 512;
+
+bool IsNamed(const SelectionOptions& options) {
+    return !options.cert.empty() || !options.serial.empty();
+}
+
 const CertificateEntry& Wanted(const std::vector<CertificateEntry>& certificates,
                                const SelectionOptions& options) {
     return options.serial.empty() ? FindCertificate(certificates, options.cert)
                                   : FindBySerial(certificates, options.serial);
 }
 
-// The library could not ask; the command line can name what it would have asked for.
-[[noreturn]] void AskForChoice(const CertServiceClient& service) {
+// The library tells a dialog that the user has left and one that could not be shown by one code.
+constexpr char kNoneChosen[] =
+    ", and none was chosen: the dialog was left, or can't be shown here.";
+
+// The command line can name what the library has asked for, or would have.
+[[noreturn]] void AskForSeal(const CertServiceClient& service) {
     const auto certificates = ListCertificates(service, WithSeals::kYes);
     std::size_t seals = 0;
-    for (const CertificateEntry& entry : certificates) seals += entry.seals.size();
-    Failure failure{ExitCode::kChoice, "There is more than one seal, and no dialog to choose in.",
+    bool scan = false;
+    for (const CertificateEntry& entry : certificates) {
+        seals += entry.seals.size();
+        scan = scan || IsScan(entry);
+    }
+    Failure failure{ExitCode::kChoice, std::string("There is more than one seal") + kNoneChosen,
                     TESMARK_CANCELLED,
                     InventoryText(certificates, "  ") + "  name one: --cert CERT, --seal SEAL"};
-    if (seals == 0) {
+    if (seals == 0 && !scan) {
         failure.exitCode = ExitCode::kSetup;
         failure.sentence = "There is no seal in any key.";
         failure.hint = InventoryText(certificates, "  ") +
                        "  make one for development: tesmark seal new --name NAME";
-    } else if (seals == 1) {
-        failure.sentence = "There is more than one certificate, and no dialog to choose in.";
+    } else if (seals <= 1) {
+        failure.sentence = std::string("There is more than one certificate") + kNoneChosen;
     }
     throw failure;
+}
+
+[[noreturn]] void AskForCertificate(const std::vector<CertificateEntry>& certificates) {
+    throw Failure{ExitCode::kChoice,
+                  std::string("There is more than one certificate") + kNoneChosen,
+                  TESMARK_CANCELLED, InventoryText(certificates, "  ") + "  name one: --cert CERT"};
+}
+
+// A phone wants no PIN from here.
+void LogInWith(const std::optional<std::string>& pin, const CertificateEntry& certificate) {
+    if (pin && !IsScan(certificate)) LogIn(certificate.certId, *pin);
 }
 
 // Where time stamps are on, one is asked for to try it. A person who is still to be asked for the
@@ -55,24 +83,46 @@ int SelectByLibrary(bool keyIsOpen, int& length) {
     return GetSealInfo(nullptr, &length);
 }
 
-// Also opens the key, where a PIN is there: before the library tries it.
-std::string LetLibraryChoose(const SelectionOptions& options, const CertServiceClient& service) {
-    const auto pin = GivenPin(options.pin);
-    if (pin) {
-        const auto certificates = ListCertificates(service, WithSeals::kNo);
-        LogIn(FindCertificate(certificates, "").certId, *pin);
-    }
+// While it lives the library chooses a seal without a try of its key: for the time until it is
+// known which key the PIN is for.
+class ChoiceWithoutKey {
+public:
+    ChoiceWithoutKey() { SetGetStampPictureMode(0); }
+    ~ChoiceWithoutKey() { SetGetStampPictureMode(1); }
+    ChoiceWithoutKey(const ChoiceWithoutKey&) = delete;
+    ChoiceWithoutKey& operator=(const ChoiceWithoutKey&) = delete;
+};
+
+std::string ChosenPicture(const CertServiceClient& service, bool keyIsOpen) {
     const LogMark mark;
     std::string picture;
     int length = 0;
-    const int code = SelectByLibrary(pin.has_value(), length);
-    if (code == TESMARK_CANCELLED) AskForChoice(service);
+    const int code = SelectByLibrary(keyIsOpen, length);
+    if (code == TESMARK_CANCELLED) AskForSeal(service);
     // Says how to come by a key.
     if (code == TESMARK_NO_KEY || code == TESMARK_NO_CERT) FindCertificate({}, "");
     CheckResult(code, "No seal can be had.", mark);
-    picture.resize(static_cast<std::size_t>(std::max(length, 0)));
+    // Of several seals of a scan none was picked.
+    if (length <= 0) AskForSeal(service);
+    picture.resize(static_cast<std::size_t>(length));
     CheckResult(GetSealInfo(reinterpret_cast<unsigned char*>(picture.data()), &length),
                 "No seal can be had.", mark);
+    return picture;
+}
+
+// With a PIN the key is opened before the library tries it; where several could be meant, as soon
+// as one is chosen.
+std::string LetLibraryChoose(const SelectionOptions& options, const CertServiceClient& service) {
+    const auto pin = GivenPin(options.pin);
+    if (!pin) return ChosenPicture(service, false);
+    const auto certificates = ListCertificates(service, WithSeals::kNo);
+    if (certificates.size() <= 1) {
+        LogInWith(pin, FindCertificate(certificates, ""));
+        return ChosenPicture(service, true);
+    }
+    const ChoiceWithoutKey choice;
+    std::string picture = ChosenPicture(service, false);
+    LogInWith(pin, FindCertificate(certificates, Utf8FromGbk(SelectedCertificate())));
     return picture;
 }
 
@@ -101,19 +151,43 @@ void TellLibrary(const CertificateEntry& certificate, const SealFile& seal) {
     }
 }
 
+// A phone that is named is scanned with: its seals are there then.
+std::vector<CertificateEntry> ListToChooseFrom(const SelectionOptions& options,
+                                               const CertServiceClient& service) {
+    auto certificates = ListCertificates(service, WithSeals::kYes);
+    if (!IsNamed(options) || !IsScan(Wanted(certificates, options))) return certificates;
+    Scan();
+    return ListCertificates(service, WithSeals::kYes);
+}
+
 SealFile ChooseHere(const SelectionOptions& options, const CertServiceClient& service) {
-    const auto certificates = ListCertificates(service, WithSeals::kYes);
+    const auto certificates = ListToChooseFrom(options, service);
     std::vector<const CertificateEntry*> candidates;
-    if (options.cert.empty() && options.serial.empty()) {
+    if (!IsNamed(options)) {
         for (const CertificateEntry& entry : certificates) candidates.push_back(&entry);
     } else {
         candidates.push_back(&Wanted(certificates, options));
     }
     const ChosenSeal chosen = FindSeal(candidates, options.seal);
     CheckUsable(*chosen.certificate, *chosen.seal);
-    if (const auto pin = GivenPin(options.pin)) LogIn(chosen.certificate->certId, *pin);
+    LogInWith(GivenPin(options.pin), *chosen.certificate);
     TellLibrary(*chosen.certificate, *chosen.seal);
     return *chosen.seal;
+}
+
+// The library asks which one. It scans where that is a phone's.
+std::string LetLibraryChooseCertificate(const std::vector<CertificateEntry>& certificates) {
+    const LogMark mark;
+    std::array<char, kKeyTypeRoom> type{};
+    const int code = GetCertType(type.data());
+    // Without a dialog the library goes on with no certificate, whose export fails.
+    if (code == TESMARK_FAILED || code == TESMARK_CERT_EXPORT_FAILED) {
+        AskForCertificate(certificates);
+    }
+    CheckResult(code, "No certificate can be had.", mark);
+    std::string certId = SelectedCertificate();
+    if (certId.empty()) AskForCertificate(certificates);
+    return certId;
 }
 
 void SetSize(SelectedSeal& selected, int widthMm, int heightMm) {
@@ -134,13 +208,14 @@ void SetSize(SelectedSeal& selected, int widthMm, int heightMm) {
 void BindSelection(CLI::App& command, SelectionOptions& options, bool withSeal) {
     auto* cert = command.add_option("--cert", options.cert,
                                     "Certificate: its certId, name or serial number, as \"tesmark "
-                                    "list\" shows them; not needed if there is only one");
+                                    "list\" shows them; without it the only one, or the one "
+                                    "that is chosen in a dialog");
     command.add_option("--serial", options.serial, "Certificate by its serial number alone")
         ->excludes(cert);
     if (withSeal) {
         command.add_option("--seal", options.seal,
-                           "Seal: its file in the key, or its name; not needed if there is only "
-                           "one");
+                           "Seal: its file in the key, or its name; without it the only one, or "
+                           "the one that is chosen in a dialog");
     }
     BindPin(command, options.pin);
 }
@@ -150,7 +225,7 @@ SelectedSeal SelectSeal(const SelectionOptions& options) {
     SelectedSeal selected;
     int widthMm = -1;
     int heightMm = -1;
-    if (options.cert.empty() && options.serial.empty() && options.seal.empty()) {
+    if (!IsNamed(options) && options.seal.empty()) {
         selected.picture = LetLibraryChoose(options, service);
         GetSealPicSize(&widthMm, &heightMm);
     } else {
@@ -175,8 +250,12 @@ SelectedSeal SelectSeal(const SelectionOptions& options) {
 SelectedCert SelectCertificate(const SelectionOptions& options) {
     const CertServiceClient service;
     const auto certificates = ListCertificates(service, WithSeals::kNo);
-    const CertificateEntry& entry = Wanted(certificates, options);
-    if (const auto pin = GivenPin(options.pin)) LogIn(entry.certId, *pin);
+    const bool asks = !IsNamed(options) && certificates.size() > 1;
+    const CertificateEntry& entry =
+        asks ? FindCertificate(certificates, Utf8FromGbk(LetLibraryChooseCertificate(certificates)))
+             : Wanted(certificates, options);
+    if (!asks && IsScan(entry)) Scan();
+    LogInWith(GivenPin(options.pin), entry);
     SetContentSignCertId(Bytes(entry.certId), static_cast<int>(entry.certId.size()));
     return {entry.certId, entry.commonName, entry.keyType == "SM2" ? "SM2" : "RSA", entry.der};
 }

@@ -27,13 +27,14 @@ struct SelectedSeal {
 };
 
 // Selects certificate and seal in the library, which is up. Without --cert, --serial and --seal the
-// library chooses itself (GetSealInfo), else they are looked up and told to it (SetCertSeal). With
-// a PIN the key is opened first. The size is the seal's own, or the picture's at 300 dpi where the
-// seal tells none. Throws a Failure; kChoice with the list of what is there where the user has to
-// name one.
+// library chooses itself and asks in its own dialogs where there is a choice (GetSealInfo), else
+// they are looked up and told to it (SetCertSeal), after a scan where a phone is named. With a PIN
+// the key is opened. The size is the seal's own, or the picture's at 300 dpi where the seal tells
+// none. Throws a Failure; kChoice with the list of what is there where nothing was chosen.
 SelectedSeal SelectSeal(const SelectionOptions& options);
 
-// The same for a signature without a seal.
+// The same for a signature without a seal; of several certificates the library asks for one
+// (GetCertType).
 struct SelectedCert {
     std::string certId;
     std::string commonName;

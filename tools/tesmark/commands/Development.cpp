@@ -103,6 +103,19 @@ std::vector<std::unique_ptr<KeyDevice>> OpenKeyDevices() {
     return devices;
 }
 
+int TriesLeft(const std::string& certId) {
+    for (const auto& device : OpenKeyDevices()) {
+        if (device->Owns(certId)) return device->RetriesLeft(certId);
+    }
+    return -1;
+}
+
+std::string TriesText(int tries) {
+    if (tries < 0) return "";
+    if (tries == 0) return "locked";
+    return tries == 1 ? "1 try left" : std::to_string(tries) + " tries left";
+}
+
 std::string DateAfter(int days) {
     const std::tm time = platform::LocalTime(std::time(nullptr) + days * kDay);
     std::array<char, 16> text{};

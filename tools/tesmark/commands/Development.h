@@ -43,5 +43,10 @@ std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY*
 // The folder of development keys, the tokens that the store names, and the scan by phone.
 std::vector<std::unique_ptr<KeyDevice>> OpenKeyDevices();
 
+// Wrong PINs that the key still bears, told by the open components' devices; -1 if they don't know.
+int TriesLeft(const std::string& certId);
+// "5 tries left", "locked"; empty if nobody knows.
+std::string TriesText(int tries);
+
 // "2029-11-20", local time, so many days from now.
 std::string DateAfter(int days);

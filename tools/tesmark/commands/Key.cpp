@@ -83,12 +83,6 @@ Report Import(const ImportOptions& options) {
     return report;
 }
 
-std::string TriesText(int tries) {
-    if (tries < 0) return "";
-    if (tries == 0) return "locked";
-    return tries == 1 ? "1 try left" : std::to_string(tries) + " tries left";
-}
-
 Report ListKeys(const ListOptions&) {
     Report report;
     report.json["keys"] = Json::arrayValue;

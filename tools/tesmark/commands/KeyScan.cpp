@@ -141,11 +141,13 @@ void Bind(CLI::App& command, Options& options) {
 void DeclareKeyScan(CLI::App& parent, Invocation& invocation) {
     AddCommand<Options>(
         parent, invocation, "scan",
-        "Set up or show the phone that is scanned with, a stand-in for development: there is no "
-        "phone, and its person's key lies among the development keys",
+        "Set up or show the stand-in, for development, of a phone that is scanned with",
         "  tesmark key scan --name \"Zhang San\" --id zhang\n"
         "  tesmark seal new --cert hlvqDev000000000000000000 --form gm2014 --name \"Zhang San\"\n"
         "  tesmark key scan --answer refuse\n"
-        "  tesmark key scan --remove",
+        "  tesmark key scan --remove\n"
+        "\n"
+        "There is no phone, and no network is used: its person's key lies among the development\n"
+        "keys, and what it says to a request is set here.",
         Bind, Scan);
 }

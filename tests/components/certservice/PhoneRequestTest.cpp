@@ -36,7 +36,7 @@ int Read(const std::string& json) {
     return ReadScanRequest(Base64Encode(json), request);
 }
 
-TEST(ScanRequestTest, WhatHostsSendIsTakenWithItsApplicationId) {
+TEST(PhoneRequestTest, WhatHostsSendIsTakenWithItsApplicationId) {
     // `openssl base64 -A` of the object as jsoncpp's styled writer makes it.
     constexpr char kPin[] =
         "ewogICAiYXBwaWQiIDogImFwcCIsCiAgICJjYXJkaWQiIDogIiIsCiAgICJjYXJkaW1hZ2UiIDogIiIsCiAgICJj"
@@ -46,19 +46,19 @@ TEST(ScanRequestTest, WhatHostsSendIsTakenWithItsApplicationId) {
     EXPECT_EQ(request.appId, "app");
 }
 
-TEST(ScanRequestTest, TheApplicationIdMayBeEmptyOrAnyText) {
+TEST(PhoneRequestTest, TheApplicationIdMayBeEmptyOrAnyText) {
     EXPECT_EQ(Read(Json("appid", R"("")")), kServiceOk);
     EXPECT_EQ(Read(Json("appid", R"("a b\u4e2d\"\\")")), kServiceOk);
 }
 
-TEST(ScanRequestTest, TheOrderOfTheMembersAndWhiteSpaceBetweenThemDontCount) {
+TEST(PhoneRequestTest, TheOrderOfTheMembersAndWhiteSpaceBetweenThemDontCount) {
     EXPECT_EQ(
         Read("\r\n\t {\"type\" :\n\"1\",\"showselectcertwnd\":\"1\",\"cardname\":\"\",\"cardid\""
              ":\"\",\"cardimage\":\"\",\"appid\":\"x\"} \n"),
         kServiceOk);
 }
 
-TEST(ScanRequestTest, AnythingButBase64InItsOneFormIsNoBase64) {
+TEST(PhoneRequestTest, AnythingButBase64InItsOneFormIsNoBase64) {
     const std::string good = Base64Encode(Json());
     ScanRequest request;
     ASSERT_EQ(ReadScanRequest(good, request), kServiceOk);
@@ -70,13 +70,13 @@ TEST(ScanRequestTest, AnythingButBase64InItsOneFormIsNoBase64) {
     }
 }
 
-TEST(ScanRequestTest, BitsBehindTheLastByteMakeNoBase64) {
+TEST(PhoneRequestTest, BitsBehindTheLastByteMakeNoBase64) {
     ScanRequest request;
     EXPECT_EQ(ReadScanRequest("e30=", request), kServiceScanMemberMissing);
     EXPECT_EQ(ReadScanRequest("e31=", request), kServiceScanNotBase64);
 }
 
-TEST(ScanRequestTest, ARequestThatIsTooLongIsntDecoded) {
+TEST(PhoneRequestTest, ARequestThatIsTooLongIsntDecoded) {
     ScanRequest request;
     const std::string id(kLongestScanRequest * 3 / 4, 'x');
     EXPECT_EQ(Read(Json("appid", ("\"" + id + "\"").c_str())), kServiceScanNotBase64);
@@ -84,7 +84,7 @@ TEST(ScanRequestTest, ARequestThatIsTooLongIsntDecoded) {
     EXPECT_EQ(Read(Json("appid", ("\"" + shorter + "\"").c_str())), kServiceOk);
 }
 
-TEST(ScanRequestTest, WhatIsNoJsonObjectIsNoJson) {
+TEST(PhoneRequestTest, WhatIsNoJsonObjectIsNoJson) {
     for (const std::string& text :
          {std::string(), std::string("x"), std::string("[]"), std::string("\"1\""),
           std::string("null"), std::string("[") + Json() + "]", Json() + "x", Json() + Json(),
@@ -94,24 +94,24 @@ TEST(ScanRequestTest, WhatIsNoJsonObjectIsNoJson) {
     }
 }
 
-TEST(ScanRequestTest, AMemberThatStandsTwiceIsNoJson) {
+TEST(PhoneRequestTest, AMemberThatStandsTwiceIsNoJson) {
     EXPECT_EQ(Read(R"({"type":"1",)" + Json().substr(1)), kServiceScanNotJson);
 }
 
-TEST(ScanRequestTest, ObjectsNestedWithoutEndAreNoJson) {
+TEST(PhoneRequestTest, ObjectsNestedWithoutEndAreNoJson) {
     std::string deep(40'000, '[');
     EXPECT_EQ(Read(deep), kServiceScanNotJson);
     EXPECT_EQ(Read(R"({"type":)" + deep), kServiceScanNotJson);
 }
 
-TEST(ScanRequestTest, EachMemberThatIsMissingIsToldAsMissing) {
+TEST(PhoneRequestTest, EachMemberThatIsMissingIsToldAsMissing) {
     for (const char* name : kNames) {
         EXPECT_EQ(Read(Json(name)), kServiceScanMemberMissing) << name;
     }
     EXPECT_EQ(Read("{}"), kServiceScanMemberMissing);
 }
 
-TEST(ScanRequestTest, EachMemberThatIsNoStringIsToldAsOneOfAnotherKind) {
+TEST(PhoneRequestTest, EachMemberThatIsNoStringIsToldAsOneOfAnotherKind) {
     for (const char* name : kNames) {
         for (const char* value : {"1", "true", "null", "1.5", "[]", R"({"a":"b"})", R"(["1"])"}) {
             EXPECT_EQ(Read(Json(name, value)), kServiceScanMemberKind) << name << value;
@@ -119,12 +119,12 @@ TEST(ScanRequestTest, EachMemberThatIsNoStringIsToldAsOneOfAnotherKind) {
     }
 }
 
-TEST(ScanRequestTest, AMemberThatIsOneTooManyIsToldAsSurplus) {
+TEST(PhoneRequestTest, AMemberThatIsOneTooManyIsToldAsSurplus) {
     EXPECT_EQ(Read(Json("more", R"("")")), kServiceScanMemberSurplus);
     EXPECT_EQ(Read(Json("Type", R"("1")")), kServiceScanMemberSurplus);
 }
 
-TEST(ScanRequestTest, AnotherValueIsToldInEachMemberThatHasOne) {
+TEST(PhoneRequestTest, AnotherValueIsToldInEachMemberThatHasOne) {
     for (const std::string name : kNames) {
         if (name == "appid") continue;
         EXPECT_EQ(Read(Json(name, R"("0")")), kServiceScanMemberValue) << name;
@@ -135,13 +135,13 @@ TEST(ScanRequestTest, AnotherValueIsToldInEachMemberThatHasOne) {
     EXPECT_EQ(Read(Json("cardid", R"("1")")), kServiceScanMemberValue);
 }
 
-TEST(ScanRequestTest, WhatIsMissingIsToldBeforeAnotherKindThatBeforeASurplusAndValuesLast) {
+TEST(PhoneRequestTest, WhatIsMissingIsToldBeforeAnotherKindThatBeforeASurplusAndValuesLast) {
     EXPECT_EQ(Read(R"({"type":1,"more":""})"), kServiceScanMemberMissing);
     EXPECT_EQ(Read(Json("type", R"(1,"more":"")")), kServiceScanMemberKind);
     EXPECT_EQ(Read(Json("type", R"("2","more":"")")), kServiceScanMemberSurplus);
 }
 
-TEST(ScanRequestTest, ARefusedRequestLeavesTheOldOneAsItWas) {
+TEST(PhoneRequestTest, ARefusedRequestLeavesTheOldOneAsItWas) {
     ScanRequest request{"before"};
     ReadScanRequest(Base64Encode(Json("type", R"("2")")), request);
     EXPECT_EQ(request.appId, "before");

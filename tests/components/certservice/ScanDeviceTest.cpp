@@ -17,9 +17,9 @@ std::string Request(const std::string& type = "1") {
                         type + "\"}");
 }
 
-class ScanTest : public ServiceTest {
+class ScanDeviceTest : public ServiceTest {
 protected:
-    ScanTest() : m_phone(ScanFolderIn(Path("keys"))) {}
+    ScanDeviceTest() : m_phone(ScanFolderIn(Path("keys"))) {}
 
     // A person with a key on the phone, who answers.
     void MakePhone(const std::string& person = "zhang", KeyKind kind = KeyKind::kSm2) {
@@ -71,7 +71,7 @@ protected:
     KeyFolder m_phone;
 };
 
-TEST_F(ScanTest, AMachineWithoutAPhoneHasNoDeviceAndKnowsNoSuchCertificate) {
+TEST_F(ScanDeviceTest, AMachineWithoutAPhoneHasNoDeviceAndKnowsNoSuchCertificate) {
     const std::string certId = MakeKey(KeyKind::kSm2);
     void* context = Open();
     EXPECT_EQ(Count(context), 1);
@@ -84,7 +84,7 @@ TEST_F(ScanTest, AMachineWithoutAPhoneHasNoDeviceAndKnowsNoSuchCertificate) {
     EXPECT_EQ(SignData(context, kScanCertId, "data").code, kServiceNoSuchCertificate);
 }
 
-TEST_F(ScanTest, WithAPhoneThereIsOneMoreDeviceAndItsPlaceholderBehindTheKeys) {
+TEST_F(ScanDeviceTest, WithAPhoneThereIsOneMoreDeviceAndItsPlaceholderBehindTheKeys) {
     const std::string certId = MakeKey(KeyKind::kSm2);
     MakePhone();
     void* context = Open();
@@ -94,7 +94,7 @@ TEST_F(ScanTest, WithAPhoneThereIsOneMoreDeviceAndItsPlaceholderBehindTheKeys) {
                              "&&&手机扫码||HLVQDefaultContainer/hlvqDev000000000000000000&&&"}));
 }
 
-TEST_F(ScanTest, ItsKindIsHardAsTheLibraryWantsIt) {
+TEST_F(ScanDeviceTest, ItsKindIsHardAsTheLibraryWantsIt) {
     MakePhone();
     unsigned char kind[32] = {};
     int length = sizeof kind;
@@ -102,14 +102,14 @@ TEST_F(ScanTest, ItsKindIsHardAsTheLibraryWantsIt) {
     EXPECT_STREQ(reinterpret_cast<char*>(kind), "HARD");
 }
 
-TEST_F(ScanTest, TheKeysOnThePhoneAreNoKeysOfTheMachine) {
+TEST_F(ScanDeviceTest, TheKeysOnThePhoneAreNoKeysOfTheMachine) {
     MakePhone();
     void* context = Open();
     EXPECT_EQ(Export(context, "DevKeys/zhang").code, kServiceNoSuchCertificate);
     EXPECT_EQ(Export(context, "DevKeys/.scan").code, kServiceNoSuchCertificate);
 }
 
-TEST_F(ScanTest, AnotherIdentifierOfTheScansKindIsNobodys) {
+TEST_F(ScanDeviceTest, AnotherIdentifierOfTheScansKindIsNobodys) {
     MakePhone();
     void* context = Open();
     EXPECT_EQ(Export(context, "HLVQDefaultContainer/hlvqDev000000000000000001").code,
@@ -117,7 +117,7 @@ TEST_F(ScanTest, AnotherIdentifierOfTheScansKindIsNobodys) {
     EXPECT_EQ(Export(context, "hlvqDev000000000000000000").code, kServiceNoSuchCertificate);
 }
 
-TEST_F(ScanTest, TheFilesAreThereFromTheLoginToTheLogout) {
+TEST_F(ScanDeviceTest, TheFilesAreThereFromTheLoginToTheLogout) {
     MakePhone();
     Bring("SEAL01", "one");
     Bring("HLVQSEAL_2", "two");
@@ -134,7 +134,7 @@ TEST_F(ScanTest, TheFilesAreThereFromTheLoginToTheLogout) {
     EXPECT_EQ(File(context, "SEAL01").code, kServiceNoSuchFile);
 }
 
-TEST_F(ScanTest, TheSessionIsOfTheProcessAndEndsWithItsLastContext) {
+TEST_F(ScanDeviceTest, TheSessionIsOfTheProcessAndEndsWithItsLastContext) {
     MakePhone();
     Bring("SEAL01", "one");
     void* context = nullptr;
@@ -148,12 +148,12 @@ TEST_F(ScanTest, TheSessionIsOfTheProcessAndEndsWithItsLastContext) {
     EXPECT_EQ(Files(Open()), (Answer{0, ""}));
 }
 
-TEST_F(ScanTest, ALogoutWithoutALoginIsNoFailure) {
+TEST_F(ScanDeviceTest, ALogoutWithoutALoginIsNoFailure) {
     MakePhone();
     EXPECT_EQ(Logout(Open()), 0);
 }
 
-TEST_F(ScanTest, TheCertificateOfThePersonCanBeHadAtAnyTime) {
+TEST_F(ScanDeviceTest, TheCertificateOfThePersonCanBeHadAtAnyTime) {
     MakePhone();
     void* context = Open();
     const Answer before = Export(context, kScanCertId);
@@ -164,7 +164,7 @@ TEST_F(ScanTest, TheCertificateOfThePersonCanBeHadAtAnyTime) {
     EXPECT_EQ(Export(context, kScanCertId), before);
 }
 
-TEST_F(ScanTest, ASessionSignsWithThePersonsKeyAndWithoutOneAScanIsNeeded) {
+TEST_F(ScanDeviceTest, ASessionSignsWithThePersonsKeyAndWithoutOneAScanIsNeeded) {
     for (const KeyKind kind : {KeyKind::kSm2, KeyKind::kRsa}) {
         MakePhone(kind == KeyKind::kSm2 ? "sm2" : "rsa", kind);
         void* context = Open();
@@ -187,7 +187,7 @@ TEST_F(ScanTest, ASessionSignsWithThePersonsKeyAndWithoutOneAScanIsNeeded) {
     }
 }
 
-TEST_F(ScanTest, ARequestThatIsWrongIsRefusedWithItsOwnCodeAndBeginsNoSession) {
+TEST_F(ScanDeviceTest, ARequestThatIsWrongIsRefusedWithItsOwnCodeAndBeginsNoSession) {
     MakePhone();
     Bring("SEAL01", "one");
     void* context = Open();
@@ -199,7 +199,7 @@ TEST_F(ScanTest, ARequestThatIsWrongIsRefusedWithItsOwnCodeAndBeginsNoSession) {
     EXPECT_EQ(Files(context), (Answer{0, ""}));
 }
 
-TEST_F(ScanTest, AFailedLoginLeavesASessionAsItWas) {
+TEST_F(ScanDeviceTest, AFailedLoginLeavesASessionAsItWas) {
     MakePhone();
     Bring("SEAL01", "one");
     void* context = Open();
@@ -209,7 +209,7 @@ TEST_F(ScanTest, AFailedLoginLeavesASessionAsItWas) {
     EXPECT_EQ(SignData(context, kScanCertId, "data").code, 0);
 }
 
-TEST_F(ScanTest, APhoneThatRefusesAndOneThatDoesntAnswerAreToldApart) {
+TEST_F(ScanDeviceTest, APhoneThatRefusesAndOneThatDoesntAnswerAreToldApart) {
     MakePhone();
     void* context = Open();
     SetPhone({"zhang", kPin, ScanAnswer::kRefuse});
@@ -222,7 +222,7 @@ TEST_F(ScanTest, APhoneThatRefusesAndOneThatDoesntAnswerAreToldApart) {
     EXPECT_EQ(Scan(context), 0);
 }
 
-TEST_F(ScanTest, ASessionStaysWithThePersonWhoBeganItUntilTheNextScan) {
+TEST_F(ScanDeviceTest, ASessionStaysWithThePersonWhoBeganItUntilTheNextScan) {
     MakePhone();
     Bring("SEAL01", "one");
     MakePerson("li");
@@ -237,7 +237,7 @@ TEST_F(ScanTest, ASessionStaysWithThePersonWhoBeganItUntilTheNextScan) {
     EXPECT_EQ(File(context, "SEAL01"), (Answer{0, "two"}));
 }
 
-TEST_F(ScanTest, ARecordThatIsWrongIsADamagedKeyAndNotListed) {
+TEST_F(ScanDeviceTest, ARecordThatIsWrongIsADamagedKeyAndNotListed) {
     MakePhone();
     void* context = Open();
     for (const char* record :
@@ -256,7 +256,7 @@ TEST_F(ScanTest, ARecordThatIsWrongIsADamagedKeyAndNotListed) {
     EXPECT_EQ(Scan(context), 0) << "without an answer it accepts";
 }
 
-TEST_F(ScanTest, AWrongPinInTheRecordIsADamagedKeyAndNoWrongPin) {
+TEST_F(ScanDeviceTest, AWrongPinInTheRecordIsADamagedKeyAndNoWrongPin) {
     MakePhone();
     SetPhone({"zhang", "wrong", ScanAnswer::kAccept});
     void* context = Open();
@@ -264,7 +264,7 @@ TEST_F(ScanTest, AWrongPinInTheRecordIsADamagedKeyAndNoWrongPin) {
     EXPECT_EQ(m_phone.RetriesLeft("DevKeys/zhang"), 0);
 }
 
-TEST_F(ScanTest, APhoneThatIsTakenAwayEndsTheSessionAndIsAKeyThatIsGone) {
+TEST_F(ScanDeviceTest, APhoneThatIsTakenAwayEndsTheSessionAndIsAKeyThatIsGone) {
     MakePhone();
     Bring("SEAL01", "one");
     void* context = Open();
@@ -280,7 +280,7 @@ TEST_F(ScanTest, APhoneThatIsTakenAwayEndsTheSessionAndIsAKeyThatIsGone) {
     EXPECT_EQ(Files(context), (Answer{0, ""})) << "it needs another scan";
 }
 
-TEST_F(ScanTest, AKeyTakenOffThePhoneEndsTheSession) {
+TEST_F(ScanDeviceTest, AKeyTakenOffThePhoneEndsTheSession) {
     MakePhone();
     Bring("SEAL01", "one");
     void* context = Open();
@@ -291,7 +291,7 @@ TEST_F(ScanTest, AKeyTakenOffThePhoneEndsTheSession) {
     EXPECT_EQ(Scan(context), kServiceKeyDamaged);
 }
 
-TEST_F(ScanTest, OtherKeysTakeTheirPinAsBeforeAndNoRequest) {
+TEST_F(ScanDeviceTest, OtherKeysTakeTheirPinAsBeforeAndNoRequest) {
     const std::string certId = MakeKey(KeyKind::kSm2);
     MakePhone();
     void* context = Open();
@@ -303,7 +303,7 @@ TEST_F(ScanTest, OtherKeysTakeTheirPinAsBeforeAndNoRequest) {
     EXPECT_EQ(SignData(context, kScanCertId, "data").code, 0);
 }
 
-TEST_F(ScanTest, TheLastLoginIsTheScans) {
+TEST_F(ScanDeviceTest, TheLastLoginIsTheScans) {
     MakePhone();
     void* context = Open();
     ASSERT_EQ(Scan(context), 0);
@@ -313,7 +313,7 @@ TEST_F(ScanTest, TheLastLoginIsTheScans) {
               (Answer{0, kScanCertId}));
 }
 
-TEST_F(ScanTest, ASealIsWrittenOntoThePhoneWithoutASession) {
+TEST_F(ScanDeviceTest, ASealIsWrittenOntoThePhoneWithoutASession) {
     MakePhone();
     ScanDevice device(Path("keys"));
     ASSERT_EQ(device.WriteFile(kScanCertId, "SEAL01", "one"), kServiceOk);
@@ -326,7 +326,7 @@ TEST_F(ScanTest, ASealIsWrittenOntoThePhoneWithoutASession) {
     EXPECT_EQ(device.RetriesLeft(kScanCertId), -1);
 }
 
-TEST_F(ScanTest, TheRecordIsForItsOwnerAloneAndReadsAsItWasWritten) {
+TEST_F(ScanDeviceTest, TheRecordIsForItsOwnerAloneAndReadsAsItWasWritten) {
     for (const ScanAnswer answer :
          {ScanAnswer::kAccept, ScanAnswer::kRefuse, ScanAnswer::kSilent}) {
         SetPhone({"zhang", "1\"2\\3", answer});
@@ -341,7 +341,7 @@ TEST_F(ScanTest, TheRecordIsForItsOwnerAloneAndReadsAsItWasWritten) {
     EXPECT_EQ(RemoveScanPhone(Path("keys")), kServiceNoSuchCertificate);
 }
 
-TEST_F(ScanTest, WithoutAFolderOfKeysThereIsNoPhone) {
+TEST_F(ScanDeviceTest, WithoutAFolderOfKeysThereIsNoPhone) {
     ScanDevice device("");
     std::vector<DeviceCertificate> certificates;
     EXPECT_EQ(device.CountKeys(), 0);
