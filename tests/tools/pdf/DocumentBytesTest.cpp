@@ -1,11 +1,9 @@
-// Which bytes of a document a signature signs, one range after the other from one reading.
+// Which bytes of a document a signature signs, one range after the other from one opening.
 #include "pdf/DocumentBytes.h"
 
 #include "tools/pdf/PdfFixture.h"
 
 namespace {
-
-constexpr std::uint64_t kNoLimit = std::uint64_t{1} << 40;
 
 class DocumentBytesTest : public PdfFixture {
 protected:
@@ -33,7 +31,7 @@ protected:
 
 TEST_F(DocumentBytesTest, EveryRangeIsToldAfterAnyOther) {
     const std::string document = Document(3'000'000);
-    CDocumentBytes bytes(Path("document"), kNoLimit);
+    CDocumentBytes bytes(Path("document"));
     const PdfSignature nearEnd = Range(2'900'000, 2'950'000, 3'000'000);
     const PdfSignature nearStart = Range(1'000, 70'000, 2'900'000);
     const PdfSignature wideGap = Range(10, 2'000'000, 2'000'007);
@@ -48,7 +46,7 @@ TEST_F(DocumentBytesTest, EveryRangeIsToldAfterAnyOther) {
 
 TEST_F(DocumentBytesTest, ARangeBehindTheEndGivesNoBytesAndOthersStillDo) {
     const std::string document = Document(1'000);
-    CDocumentBytes bytes(Path("document"), kNoLimit);
+    CDocumentBytes bytes(Path("document"));
     std::string_view told;
     EXPECT_FALSE(bytes.Signed(Range(10, 20, 1'001), told));
     const PdfSignature whole = Range(10, 20, 1'000);
@@ -59,26 +57,43 @@ TEST_F(DocumentBytesTest, ARangeBehindTheEndGivesNoBytesAndOthersStillDo) {
     EXPECT_EQ(told, Expected(document, whole));
 }
 
-TEST_F(DocumentBytesTest, ADocumentAtTheLimitIsReadAndOneAboveItIsNot) {
-    Document(1'000);
+TEST_F(DocumentBytesTest, TheWholeDocumentIsToldAsItIsAfterEveryRange) {
+    const std::string document = Document(100'000);
+    CDocumentBytes bytes(Path("document"));
+    EXPECT_TRUE(bytes.Whole() == document);
     std::string_view told;
-    CDocumentBytes read(Path("document"), 1'000);
-    EXPECT_TRUE(read.Signed(Range(10, 20, 30), told));
-    CDocumentBytes unread(Path("document"), 999);
-    EXPECT_FALSE(unread.Signed(Range(10, 20, 30), told));
+    for (const auto& signature : {Range(10, 50'000, 99'000), Range(90'000, 91'000, 100'000)}) {
+        ASSERT_TRUE(bytes.Signed(signature, told));
+        EXPECT_TRUE(bytes.Whole() == document) << signature.gapStart;
+    }
 }
 
-TEST_F(DocumentBytesTest, WhatIsNoFileHasNoBytes) {
+TEST_F(DocumentBytesTest, TheFileStaysAsItIsWhereAGapIsClosed) {
+    const std::string document = Document(100'000);
+    CDocumentBytes bytes(Path("document"));
     std::string_view told;
-    CDocumentBytes missing(Path("missing"), kNoLimit);
+    ASSERT_TRUE(bytes.Signed(Range(10, 50'000, 99'000), told));
+    EXPECT_TRUE(ReadFile(Path("document")) == document);
+}
+
+TEST_F(DocumentBytesTest, AnEmptyFileIsOpenAndHasNoBytes) {
+    Document(0);
+    CDocumentBytes bytes(Path("document"));
+    EXPECT_TRUE(bytes.IsOpen());
+    EXPECT_TRUE(bytes.Whole().empty());
+    std::string_view told;
+    EXPECT_FALSE(bytes.Signed(Range(1, 2, 3), told));
+}
+
+TEST_F(DocumentBytesTest, WhatIsNoFileIsNotOpenAndHasNoBytes) {
+    std::string_view told;
+    CDocumentBytes missing(Path("missing"));
+    EXPECT_FALSE(missing.IsOpen());
     EXPECT_FALSE(missing.Signed(Range(1, 2, 3), told));
-    CDocumentBytes folder(m_folder, kNoLimit);
+    CDocumentBytes folder(m_folder);
+    EXPECT_FALSE(folder.IsOpen());
+    EXPECT_TRUE(folder.Whole().empty());
     EXPECT_FALSE(folder.Signed(Range(1, 2, 3), told));
-}
-
-TEST_F(DocumentBytesTest, AReadingThatNobodyWaitsForIsBrokenOff) {
-    Document(64'000'000);
-    const CDocumentBytes bytes(Path("document"), kNoLimit);
 }
 
 }  // namespace

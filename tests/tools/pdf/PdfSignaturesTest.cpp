@@ -111,7 +111,7 @@ TEST_F(PdfSignaturesTest, TheSignedBytesAreAllButTheValueAndItsBrackets) {
     const PdfSignature& signature = found.list.front();
     EXPECT_EQ(pdf[signature.gapStart], '<');
     EXPECT_EQ(pdf[signature.gapEnd - 1], '>');
-    CDocumentBytes document(Path("read.pdf"), pdf.size());
+    CDocumentBytes document(Path("read.pdf"));
     std::string_view bytes;
     ASSERT_TRUE(document.Signed(signature, bytes));
     EXPECT_TRUE(bytes == pdf.substr(0, signature.gapStart) + pdf.substr(signature.gapEnd));
@@ -130,7 +130,7 @@ TEST_F(PdfSignaturesTest, AFileThatBecameShorterGivesNoBytes) {
     const std::string pdf = Stamped();
     const auto found = Read(pdf);
     WriteFile(Path("read.pdf"), pdf.substr(0, pdf.size() - 1));
-    CDocumentBytes document(Path("read.pdf"), pdf.size());
+    CDocumentBytes document(Path("read.pdf"));
     std::string_view bytes;
     EXPECT_FALSE(document.Signed(found.list.at(0), bytes));
 }

@@ -63,7 +63,7 @@ protected:
 
     // Of the file that was read last.
     std::string SignedBy(const PdfSignature& signature) const {
-        CDocumentBytes document(Path("read.pdf"), ReadFile(Path("read.pdf")).size());
+        CDocumentBytes document(Path("read.pdf"));
         std::string_view bytes;
         EXPECT_TRUE(document.Signed(signature, bytes));
         return std::string(bytes);

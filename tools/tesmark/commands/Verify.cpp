@@ -167,10 +167,10 @@ ExitCode ExitCodeOf(Standing standing) {
     return ExitCode::kNotGood;
 }
 
-PdfSignatures ReadSignatures(const std::string& path) {
+PdfSignatures ReadSignatures(const std::string& path, CDocumentBytes& document) {
     PdfSignatures signatures;
     std::string message;
-    const StampError error = ReadPdfSignatures(path, signatures, message);
+    const StampError error = ReadPdfSignatures(path, document, signatures, message);
     if (error != StampError::kNone) throw Failure{ExitCode::kFile, message};
     return signatures;
 }
@@ -203,9 +203,9 @@ Report Unsigned(Report report) {
 
 Report VerifyPdf(const Options& options) {
     const std::string path = platform::PathFromUtf8(options.input);
-    CDocumentBytes document(path, kLargestInMemory);
+    CDocumentBytes document(path);
     Judged judged;
-    judged.all = ReadSignatures(path);
+    judged.all = ReadSignatures(path, document);
     Report report;
     report.json["file"] = options.input;
     report.json["size"] = static_cast<Json::UInt64>(judged.all.fileSize);

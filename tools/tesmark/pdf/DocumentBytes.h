@@ -1,31 +1,25 @@
 // DocumentBytes.h - the bytes of a document that signatures sign.
 #pragma once
 
-#include <atomic>
 #include <cstddef>
-#include <cstdint>
-#include <future>
-#include <memory>
 #include <string>
 #include <string_view>
 
 #include "pdf/PdfSignature.h"
+#include "platform/FileView.h"
 
-// Reads the document once, whatever the number of its signatures, on a thread of its own where the
-// system has one to give: the reading goes on while others find out what is signed. Takes memory of
-// the document's size. For one thread.
+// A document as it stands in its file, opened once for all that is found out about it. Its bytes
+// aren't copied, but for those that have to move where a gap is closed. For one thread.
 class CDocumentBytes {
 public:
-    // Begins to read, but not what is no regular file, or has more than `limit` bytes; of that
-    // there are no signed bytes.
-    CDocumentBytes(std::string path, std::uint64_t limit);
-    // Breaks off the reading.
-    ~CDocumentBytes();
-    CDocumentBytes(const CDocumentBytes&) = delete;
-    CDocumentBytes& operator=(const CDocumentBytes&) = delete;
+    explicit CDocumentBytes(const std::string& path);
 
+    // False for what is no regular file, or can't be read; it has no bytes.
+    bool IsOpen() const { return m_view.IsOpen(); }
+    // All of it; stands until Signed is called.
+    std::string_view Whole();
     // What a signature with a sound range signs, in one piece; stands until the next call. False
-    // if the file can't be read, or was shorter than the range when it was read.
+    // if the document is shorter than the range.
     bool Signed(const PdfSignature& signature, std::string_view& bytes);
 
 private:
@@ -36,14 +30,10 @@ private:
         std::string content;
     };
 
-    void Read(const std::string& path);
     bool MovesHead() const;
     std::string_view CloseGap();
     void OpenGap();
 
-    std::unique_ptr<char[]> m_bytes;
-    std::size_t m_size = 0;
+    platform::FileView m_view;
     Gap m_gap;  // that was closed by the last call
-    std::atomic<bool> m_stopped = false;
-    std::future<void> m_reading;  // before the others go, its thread has ended
 };

@@ -68,76 +68,83 @@ bool StandsXrefTable(std::string_view text) {
     return text.substr(static_cast<std::size_t>(first - text.begin())).starts_with("xref");
 }
 
+constexpr char kDecryptFirst[] = "The PDF is encrypted; decrypt it before it is stamped.";
+constexpr char kCannotBeRead[] = "The PDF is encrypted and can't be read.";
+
 CPdfFailure CannotBeOpened(const std::string& path) {
-    return {StampError::kInputUnreadable,
-            "\"" + platform::Utf8FromPath(path) + "\" can't be opened."};
+    return {StampError::kInputUnreadable, WhyUnreadable(path)};
 }
 
-CPdfFailure IsEncrypted(CPdfBase::Use use) {
-    return {StampError::kEncrypted, use == CPdfBase::Use::kStamp
-                                        ? "The PDF is encrypted; decrypt it before it is stamped."
-                                        : "The PDF is encrypted and can't be read."};
+bool IsFile(const std::string& path) {
+    std::error_code error;
+    const std::string text = platform::Utf8FromPath(path);
+    const std::filesystem::path file(std::u8string(text.begin(), text.end()));
+    return std::filesystem::is_regular_file(file, error);
 }
 
-[[noreturn]] void ThrowFor(const QPDFExc& error, CPdfBase::Use use = CPdfBase::Use::kStamp) {
+[[noreturn]] void ThrowFor(const QPDFExc& error, const char* ifEncrypted) {
     if (error.getErrorCode() == qpdf_e_password || error.getErrorCode() == qpdf_e_unsupported) {
-        throw IsEncrypted(use);
+        throw CPdfFailure(StampError::kEncrypted, ifEncrypted);
     }
     throw CPdfFailure(StampError::kDamaged, "The PDF is damaged: " + DamageSentence(error) + ".");
 }
 
 }  // namespace
 
-CPdfBase::CPdfBase(const std::string& path, Use use) {
-    std::error_code error;
-    const std::string text = platform::Utf8FromPath(path);
-    const std::filesystem::path file(std::u8string(text.begin(), text.end()));
-    if (!std::filesystem::is_regular_file(file, error)) {
-        throw CPdfFailure(StampError::kInputUnreadable, "There is no file \"" + text + "\".");
-    }
-    ReadEnds(path);
-    Process(path, use);
-}
-
-void CPdfBase::ReadEnds(const std::string& path) {
+CPdfBase::CPdfBase(const std::string& path) : m_ifEncrypted(kDecryptFirst) {
+    if (!IsFile(path)) throw CannotBeOpened(path);
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     if (!file) throw CannotBeOpened(path);
-    m_fileSize = static_cast<std::uint64_t>(file.tellg());
+    ReadEnds(
+        static_cast<std::uint64_t>(file.tellg()),
+        [&](std::uint64_t offset, std::uint64_t length) { return ReadPart(file, offset, length); });
+    // Opened here: by itself qpdf takes paths in UTF-8 on Windows.
+    std::FILE* const opened = std::fopen(path.c_str(), "rb");
+    if (opened == nullptr) throw CannotBeOpened(path);
+    Process([&] { m_pdf.processFile(path.c_str(), opened, true); });
+    if (m_pdf.isEncrypted()) throw CPdfFailure(StampError::kEncrypted, kDecryptFirst);
+}
+
+CPdfBase::CPdfBase(std::string_view file) : m_ifEncrypted(kCannotBeRead) {
+    ReadEnds(file.size(), [&](std::uint64_t offset, std::uint64_t length) {
+        return std::string(file.substr(offset, length));
+    });
+    Process([&] { m_pdf.processMemoryFile("document", file.data(), file.size()); });
+}
+
+void CPdfBase::ReadEnds(std::uint64_t fileSize, const PartReader& read) {
+    m_fileSize = fileSize;
     if (m_fileSize == 0) throw CPdfFailure(StampError::kNotPdf, "The input is empty.");
-    m_headerOffset = FindHeader(ReadPart(file, 0, kHeaderSearch + kHeaderLength));
+    m_headerOffset = FindHeader(read(0, kHeaderSearch + kHeaderLength));
     const auto tailSize = std::min(m_fileSize, kTailSearch);
-    const std::string tail = ReadPart(file, m_fileSize - tailSize, tailSize);
+    const std::string tail = read(m_fileSize - tailSize, tailSize);
     m_startXref = FindStartXref(tail);
     m_endsInNewline = tail.ends_with('\n') || tail.ends_with('\r');
     if (m_startXref >= m_fileSize - m_headerOffset) {
         throw CPdfFailure(StampError::kDamaged, "The PDF is damaged: it has been cut off.");
     }
-    m_hasXrefStream = !StandsXrefTable(ReadPart(file, m_headerOffset + m_startXref, 32));
+    m_hasXrefStream = !StandsXrefTable(read(m_headerOffset + m_startXref, 32));
 }
 
-void CPdfBase::Process(const std::string& path, Use use) {
+void CPdfBase::Process(const std::function<void()>& open) {
     m_pdf.setSuppressWarnings(true);
     m_pdf.setAttemptRecovery(false);
     LimitInflation(m_fileSize);
-    // Opened here: by itself qpdf takes paths in UTF-8 on Windows.
-    std::FILE* const file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr) throw CannotBeOpened(path);
     try {
-        m_pdf.processFile(path.c_str(), file, true);
+        open();
     } catch (const QPDFExc& error) {
-        ThrowFor(error, use);
+        ThrowFor(error, m_ifEncrypted);
     } catch (const std::exception& error) {
         throw CPdfFailure(StampError::kDamaged,
                           "The PDF can't be read: " + DamageSentence(error) + ".");
     }
-    if (use == Use::kStamp && m_pdf.isEncrypted()) throw IsEncrypted(use);
     // Warnings so far tell of things that change no object, like a wrong /Size.
     m_pdf.getWarnings();
 }
 
 void CPdfBase::CheckWhatWasRead() {
     const auto warnings = m_pdf.getWarnings();
-    if (!warnings.empty()) ThrowFor(warnings.front());
+    if (!warnings.empty()) ThrowFor(warnings.front(), m_ifEncrypted);
 }
 
 int CPdfBase::NextNumber() {
@@ -150,6 +157,12 @@ int CPdfBase::NextNumber() {
         throw CPdfFailure(StampError::kDamaged, "The PDF has too many objects.");
     }
     return static_cast<int>(next);
+}
+
+std::string WhyUnreadable(const std::string& path) {
+    const std::string text = platform::Utf8FromPath(path);
+    return IsFile(path) ? "\"" + text + "\" can't be opened."
+                        : "There is no file \"" + text + "\".";
 }
 
 std::string DamageSentence(const std::exception& error) {

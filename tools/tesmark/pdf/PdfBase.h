@@ -2,23 +2,24 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFXRefEntry.hh>
 #include <string>
+#include <string_view>
 
 // Opened for reading, as it stands: qpdf never repairs it, because an update on top of a guess
 // would be read differently by every reader.
 class CPdfBase {
 public:
-    enum class Use {
-        kStamp,  // an encrypted file is refused: an update would have to be encrypted too
-        kRead    // only one that asks for a password is
-    };
-
+    // To be stamped: an encrypted file is refused, as an update would have to be encrypted too.
     // Throws CPdfFailure: kInputUnreadable, kNotPdf, kDamaged, kEncrypted. Reads the ends of the
     // file and its cross-reference sections, not its streams.
-    explicit CPdfBase(const std::string& path, Use use = Use::kStamp);
+    explicit CPdfBase(const std::string& path);
+    // To be read only, from the bytes of the whole file, which must outlive it: what is encrypted
+    // is refused if it asks for a password.
+    explicit CPdfBase(std::string_view file);
 
     QPDFObjectHandle Trailer() { return m_pdf.getTrailer(); }
     QPDFObjectHandle Catalog() { return m_pdf.getRoot(); }
@@ -42,16 +43,22 @@ public:
     int NextNumber();
 
 private:
-    void ReadEnds(const std::string& path);
-    void Process(const std::string& path, Use use);
+    using PartReader = std::function<std::string(std::uint64_t offset, std::uint64_t length)>;
+
+    void ReadEnds(std::uint64_t fileSize, const PartReader& read);
+    void Process(const std::function<void()>& open);
 
     QPDF m_pdf;
+    const char* m_ifEncrypted;  // what is said then
     std::uint64_t m_fileSize = 0;
     std::uint64_t m_headerOffset = 0;
     std::uint64_t m_startXref = 0;
     bool m_hasXrefStream = false;
     bool m_endsInNewline = false;
 };
+
+// Why the file of that path can't be read, as a sentence.
+std::string WhyUnreadable(const std::string& path);
 
 // qpdf's own sentence about `error` without the file's name in front.
 std::string DamageSentence(const std::exception& error);

@@ -1,7 +1,6 @@
 #include "pdf/PdfChanges.h"
 
 #include <algorithm>
-#include <fstream>
 #include <map>
 #include <qpdf/QPDFXRefEntry.hh>
 #include <set>
@@ -18,7 +17,7 @@ constexpr std::uint64_t kLargestCompared = 512 * 1024 * 1024;
 
 using Table = std::map<QPDFObjGen, QPDFXRefEntry>;
 
-bool OpenRevision(const std::string& bytes, QPDF& revision) {
+bool OpenRevision(std::string_view bytes, QPDF& revision) {
     revision.setSuppressWarnings(true);
     revision.setAttemptRecovery(false);
     try {
@@ -27,13 +26,6 @@ bool OpenRevision(const std::string& bytes, QPDF& revision) {
     } catch (const std::exception&) {
         return false;
     }
-}
-
-bool ReadStart(const std::string& path, std::uint64_t size, std::string& bytes) {
-    if (size > kLargestCompared) return false;
-    std::ifstream file(path, std::ios::binary);
-    bytes.resize(static_cast<std::size_t>(size));
-    return file.read(bytes.data(), static_cast<std::streamsize>(size)).good();
 }
 
 // Where the object, or the stream that holds it, begins; negative if the table doesn't tell.
@@ -183,16 +175,16 @@ std::set<int> MadeBehind(const std::vector<PdfSignature>& signatures, std::uint6
 
 }  // namespace
 
-void CompareWithRevision(CPdfBase& base, const std::string& path, std::uint64_t end,
+void CompareWithRevision(CPdfBase& base, std::string_view bytes,
                          const std::vector<PdfSignature>& signatures, PdfAddition& addition) {
-    std::string bytes;
+    if (bytes.size() > kLargestCompared) return;
     QPDF revision;
     // Each revision is decoded anew, and an honest document may have many.
     LimitInflation(base.FileSize());
-    if (!ReadStart(path, end, bytes) || !OpenRevision(bytes, revision)) return;
+    if (!OpenRevision(bytes, revision)) return;
     PdfAddition found = addition;
     try {
-        CComparison(base, revision, MadeBehind(signatures, end), found).Run();
+        CComparison(base, revision, MadeBehind(signatures, bytes.size()), found).Run();
     } catch (const std::exception&) {
         return;
     }

@@ -1,15 +1,16 @@
 // PdfChanges.h - what incremental updates did to a PDF after a signature.
 #pragma once
 
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "pdf/PdfBase.h"
 #include "pdf/PdfSignature.h"
 
-// Compares the objects of the file with those of its first `end` bytes, and fills the lists of
-// `addition`. Reads these bytes, and all their objects, into memory. Where they are no PDF by
-// themselves, nothing is filled and `compared` stays false. An object that is read anew but says
-// the same isn't changed. `signatures` are all that were found in the file, their ranges checked.
-void CompareWithRevision(CPdfBase& base, const std::string& path, std::uint64_t end,
+// Compares the objects of `base` with those of `revision`, the bytes at the start of its file that
+// a signature covers, and fills the lists of `addition`. Reads all their objects into memory. Where
+// they are no PDF by themselves, nothing is filled and `compared` stays false. An object that is
+// read anew but says the same isn't changed. `signatures` are all that were found in the file,
+// their ranges checked.
+void CompareWithRevision(CPdfBase& base, std::string_view revision,
                          const std::vector<PdfSignature>& signatures, PdfAddition& addition);

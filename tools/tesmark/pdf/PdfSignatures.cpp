@@ -1,7 +1,6 @@
 #include "pdf/PdfSignatures.h"
 
 #include <algorithm>
-#include <fstream>
 #include <set>
 
 #include "pdf/PdfBase.h"
@@ -70,7 +69,7 @@ struct Field {
 
 class CSignatureReader {
 public:
-    CSignatureReader(CPdfBase& base, std::ifstream& file, PdfSignatures& found)
+    CSignatureReader(CPdfBase& base, std::string_view file, PdfSignatures& found)
         : m_base(base), m_file(file), m_found(found) {}
 
     void Run() {
@@ -141,8 +140,7 @@ private:
             kids.isArray() && kids.getArrayNItems() > 0 ? kids.getArrayItem(0) : field.object;
         ReadRectangle(KeyOf(widget, "/Rect"), signature.rectangle);
         signature.page = PdfPageNumber(m_base, KeyOf(widget, "/P"));
-        ReadSignedRange(value, m_file, m_base.FileSize(), m_base.HeaderOffset(),
-                        OffsetOf(field.holder), signature);
+        ReadSignedRange(value, m_file, m_base.HeaderOffset(), OffsetOf(field.holder), signature);
         m_found.list.push_back(std::move(signature));
     }
 
@@ -154,7 +152,7 @@ private:
     }
 
     CPdfBase& m_base;
-    std::ifstream& m_file;
+    std::string_view m_file;
     PdfSignatures& m_found;
     std::map<QPDFObjGen, QPDFXRefEntry> m_objects;
     std::set<QPDFObjGen> m_seen;
@@ -178,7 +176,7 @@ bool StandsBefore(const PdfSignature& one, const PdfSignature& other) {
     return one.end < other.end;
 }
 
-void TellAdditions(CPdfBase& base, const std::string& path, PdfSignatures& found) {
+void TellAdditions(CPdfBase& base, std::string_view file, PdfSignatures& found) {
     int compared = 0;
     for (PdfSignature& signature : found.list) {
         if (signature.problem != RangeProblem::kNone) continue;
@@ -189,22 +187,26 @@ void TellAdditions(CPdfBase& base, const std::string& path, PdfSignatures& found
                 return other.problem == RangeProblem::kNone && other.gapStart >= signature.end;
             });
         if (++compared > kMostCompared) continue;
-        CompareWithRevision(base, path, signature.end, found.list, signature.after);
+        CompareWithRevision(base, file.substr(0, signature.end), found.list, signature.after);
     }
 }
 
-void Read(const std::string& path, PdfSignatures& found) {
-    CPdfBase base(path, CPdfBase::Use::kRead);
-    std::ifstream file(path, std::ios::binary);
+void CheckIsOpen(const std::string& path, const CDocumentBytes& document) {
+    if (document.IsOpen()) return;
+    throw CPdfFailure(StampError::kInputUnreadable, WhyUnreadable(path));
+}
+
+void Read(std::string_view file, PdfSignatures& found) {
+    CPdfBase base(file);
     found.fileSize = base.FileSize();
     CSignatureReader(base, file, found).Run();
     base.CheckWhatWasRead();
     RefuseShared(found.list);
-    if (!CheckRangeBinding(file, found.fileSize, found.list)) {
+    if (!CheckRangeBinding(file, found.list)) {
         throw CPdfFailure(StampError::kDamaged, "The PDF's byte ranges can't be followed.");
     }
     std::stable_sort(found.list.begin(), found.list.end(), StandsBefore);
-    TellAdditions(base, path, found);
+    TellAdditions(base, file, found);
     base.CheckWhatWasRead();
 }
 
@@ -212,10 +214,17 @@ void Read(const std::string& path, PdfSignatures& found) {
 
 StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
                              std::string& message) {
+    CDocumentBytes document(path);
+    return ReadPdfSignatures(path, document, signatures, message);
+}
+
+StampError ReadPdfSignatures(const std::string& path, CDocumentBytes& document,
+                             PdfSignatures& signatures, std::string& message) {
     signatures = {};
     message.clear();
     try {
-        Read(path, signatures);
+        CheckIsOpen(path, document);
+        Read(document.Whole(), signatures);
         return StampError::kNone;
     } catch (const CPdfFailure& failure) {
         message = failure.what();

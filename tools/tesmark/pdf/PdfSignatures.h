@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "pdf/DocumentBytes.h"
 #include "pdf/PdfSignature.h"
 #include "pdf/PdfStamp.h"
 
@@ -21,3 +22,7 @@ struct PdfSignatures {
 // something was added behind a signature.
 StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
                              std::string& message);
+// The same of a document that was opened by `path`, so that what was signed can be had from the
+// same bytes.
+StampError ReadPdfSignatures(const std::string& path, CDocumentBytes& document,
+                             PdfSignatures& signatures, std::string& message);

@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::size_t kLongestArray = 256;
 constexpr std::size_t kMostArrays = 10'000;
-constexpr std::size_t kPart = 1024 * 1024;
 
 using Numbers = std::array<std::uint64_t, 4>;
 
@@ -103,21 +102,16 @@ std::optional<RangeArray> ReadArray(std::string_view text) {
     return array;
 }
 
-// Calls `found` for each array that begins in the first `starts` bytes of `text`, which stands at
-// `offset`.
+// Calls `found` for each array that begins in the first `starts` bytes of `text`.
 template <typename Found>
-void FindArrays(std::string_view text, std::size_t starts, std::uint64_t offset, Found found) {
+void FindArrays(std::string_view text, std::size_t starts, Found found) {
     for (auto at = text.find('/'); at < starts; at = text.find('/', at + 1)) {
+        // Of the many "/" most are told apart by what follows.
+        const char next = at + 1 < text.size() ? text[at + 1] : '\0';
+        if (next != 'B' && next != '#') continue;
         const auto array = ReadArray(text.substr(at));
-        if (array) found(RangeArray{offset + at, offset + at + array->end, array->numbers});
+        if (array) found(RangeArray{at, at + array->end, array->numbers});
     }
-}
-
-bool ReadAt(std::ifstream& file, std::uint64_t offset, std::uint64_t size, std::string& bytes) {
-    bytes.resize(static_cast<std::size_t>(size));
-    file.clear();
-    file.seekg(static_cast<std::streamoff>(offset));
-    return file.read(bytes.data(), static_cast<std::streamsize>(size)).good();
 }
 
 std::uint64_t SignedSize(const PdfSignature& signature) {
@@ -125,18 +119,14 @@ std::uint64_t SignedSize(const PdfSignature& signature) {
 }
 
 // Those of the file's arrays that tell of as many bytes as a signature signs.
-bool ReadArrays(std::ifstream& file, std::uint64_t fileSize, const std::set<std::uint64_t>& sizes,
+bool ReadArrays(std::string_view file, const std::set<std::uint64_t>& sizes,
                 std::vector<RangeArray>& arrays) {
-    std::string part;
-    for (std::uint64_t offset = 0; offset < fileSize; offset += kPart) {
-        const auto size = std::min<std::uint64_t>(fileSize - offset, kPart + kLongestArray);
-        if (!ReadAt(file, offset, size, part)) return false;
-        FindArrays(part, std::min(part.size(), kPart), offset, [&](const RangeArray& array) {
-            if (sizes.contains(array.numbers[1] + array.numbers[3])) arrays.push_back(array);
-        });
-        if (arrays.size() > kMostArrays) return false;
-    }
-    return true;
+    FindArrays(file, file.size(), [&](const RangeArray& array) {
+        if (arrays.size() <= kMostArrays && sizes.contains(array.numbers[1] + array.numbers[3])) {
+            arrays.push_back(array);
+        }
+    });
+    return arrays.size() <= kMostArrays;
 }
 
 // Tells what stands in the bytes that one signature signs. All of it follows from these bytes: a
@@ -165,43 +155,38 @@ private:
 };
 
 // The arrays that come about where the bytes in front of the gap meet those behind it.
-bool AddAcrossGap(std::ifstream& file, const PdfSignature& signature, CSignedArrays& arrays) {
+void AddAcrossGap(std::string_view file, const PdfSignature& signature, CSignedArrays& arrays) {
     const auto front = std::min<std::uint64_t>(signature.gapStart, kLongestArray);
     const auto behind = std::min<std::uint64_t>(signature.end - signature.gapEnd, kLongestArray);
-    std::string text;
-    std::string rest;
-    if (!ReadAt(file, signature.gapStart - front, front, text)) return false;
-    if (!ReadAt(file, signature.gapEnd, behind, rest)) return false;
-    text += rest;
-    FindArrays(text, static_cast<std::size_t>(front), 0, [&](const RangeArray& array) {
+    std::string text(file.substr(signature.gapStart - front, front));
+    text += file.substr(signature.gapEnd, behind);
+    FindArrays(text, static_cast<std::size_t>(front), [&](const RangeArray& array) {
         if (array.end > front) arrays.Add(array);
     });
-    return true;
 }
 
-bool Check(std::ifstream& file, const std::vector<RangeArray>& all, PdfSignature& signature) {
+void Check(std::string_view file, const std::vector<RangeArray>& all, PdfSignature& signature) {
     CSignedArrays arrays(signature);
     for (const RangeArray& array : all) {
         const bool inFront = array.end <= signature.gapStart;
         const bool behind = array.begin >= signature.gapEnd && array.end <= signature.end;
         if (inFront || behind) arrays.Add(array);
     }
-    if (!AddAcrossGap(file, signature, arrays)) return false;
+    AddAcrossGap(file, signature, arrays);
     if (arrays.Problem() != RangeProblem::kNone) RefuseRange(signature, arrays.Problem());
-    return true;
 }
 
 }  // namespace
 
-bool CheckRangeBinding(std::ifstream& file, std::uint64_t fileSize,
-                       std::vector<PdfSignature>& signatures) {
+bool CheckRangeBinding(std::string_view file, std::vector<PdfSignature>& signatures) {
     std::set<std::uint64_t> sizes;
     for (const PdfSignature& signature : signatures) {
         if (signature.problem == RangeProblem::kNone) sizes.insert(SignedSize(signature));
     }
     std::vector<RangeArray> arrays;
-    if (!sizes.empty() && !ReadArrays(file, fileSize, sizes, arrays)) return false;
-    return std::all_of(signatures.begin(), signatures.end(), [&](PdfSignature& signature) {
-        return signature.problem != RangeProblem::kNone || Check(file, arrays, signature);
-    });
+    if (!sizes.empty() && !ReadArrays(file, sizes, arrays)) return false;
+    for (PdfSignature& signature : signatures) {
+        if (signature.problem == RangeProblem::kNone) Check(file, arrays, signature);
+    }
+    return true;
 }

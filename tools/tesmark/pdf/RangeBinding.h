@@ -1,8 +1,7 @@
 // RangeBinding.h - that a signature's value can't be moved to another place of the file.
 #pragma once
 
-#include <cstdint>
-#include <fstream>
+#include <string_view>
 #include <vector>
 
 #include "pdf/PdfSignature.h"
@@ -15,7 +14,6 @@
 // kNotInSignedBytes and kTwoGaps. Blanks and comments may stand between the words, and the name may
 // be written with "#"; from "/" to "]" it may take 256 bytes.
 //
-// Reads the file once, whatever the number of signatures. False if it can't be read, or if so many
-// such arrays stand in it (10000) that somebody has filled it with them.
-bool CheckRangeBinding(std::ifstream& file, std::uint64_t fileSize,
-                       std::vector<PdfSignature>& signatures);
+// Reads the file once, whatever the number of signatures. False if so many such arrays stand in it
+// (10000) that somebody has filled it with them.
+bool CheckRangeBinding(std::string_view file, std::vector<PdfSignature>& signatures);

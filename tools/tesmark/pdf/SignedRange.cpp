@@ -103,41 +103,36 @@ RangeProblem CheckNumbers(const std::uint64_t (&numbers)[4], std::uint64_t fileS
     return secondStart - length > kLargestGap ? RangeProblem::kGapNotContents : RangeProblem::kNone;
 }
 
-bool ReadGap(std::ifstream& file, const PdfSignature& signature, std::string& gap) {
-    gap.resize(static_cast<std::size_t>(signature.gapEnd - signature.gapStart));
-    file.clear();
-    file.seekg(static_cast<std::streamoff>(signature.gapStart));
-    return file.read(gap.data(), static_cast<std::streamsize>(gap.size())).good();
+std::string_view Gap(std::string_view file, const PdfSignature& signature) {
+    return file.substr(signature.gapStart, signature.gapEnd - signature.gapStart);
 }
 
-RangeProblem Read(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
-                  std::uint64_t headerOffset, qpdf_offset_t objectOffset, PdfSignature& signature) {
+RangeProblem Read(QPDFObjectHandle dictionary, std::string_view file, std::uint64_t headerOffset,
+                  qpdf_offset_t objectOffset, PdfSignature& signature) {
     std::uint64_t numbers[4] = {};
     const auto problem = ReadNumbers(dictionary.getKey("/ByteRange"), numbers);
     if (problem != RangeProblem::kNone) return problem;
     auto contents = dictionary.getKey("/Contents");
     if (!contents.isString() || contents.isIndirect()) return RangeProblem::kMissing;
-    const auto wrong = CheckNumbers(numbers, fileSize);
+    const auto wrong = CheckNumbers(numbers, file.size());
     if (wrong != RangeProblem::kNone) return wrong;
     signature.gapStart = numbers[1];
     signature.gapEnd = numbers[2];
     signature.end = numbers[2] + numbers[3];
     // The place and the value: the same digits elsewhere in the file are not this string.
     const qpdf_offset_t offset = contents.getParsedOffset();
-    std::string gap;
     const bool same = objectOffset >= 0 && offset > objectOffset &&
                       static_cast<std::uint64_t>(offset) + headerOffset == signature.gapStart &&
-                      ReadGap(file, signature, gap) && DecodeGap(gap, signature.contents) &&
+                      DecodeGap(Gap(file, signature), signature.contents) &&
                       signature.contents == contents.getStringValue();
     return same ? CutZeros(signature.contents) : RangeProblem::kGapNotContents;
 }
 
 }  // namespace
 
-void ReadSignedRange(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
-                     std::uint64_t headerOffset, qpdf_offset_t objectOffset,
-                     PdfSignature& signature) {
-    const auto problem = Read(dictionary, file, fileSize, headerOffset, objectOffset, signature);
+void ReadSignedRange(QPDFObjectHandle dictionary, std::string_view file, std::uint64_t headerOffset,
+                     qpdf_offset_t objectOffset, PdfSignature& signature) {
+    const auto problem = Read(dictionary, file, headerOffset, objectOffset, signature);
     if (problem != RangeProblem::kNone) RefuseRange(signature, problem);
 }
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <string_view>
 
 #include "pdf/PdfSignature.h"
 
@@ -11,9 +11,8 @@
 // `headerOffset` is where "%PDF-" stands, and `objectOffset` where, counted from there, the object
 // begins that holds the dictionary; negative for one in an object stream, whose places are none of
 // the file's.
-void ReadSignedRange(QPDFObjectHandle dictionary, std::ifstream& file, std::uint64_t fileSize,
-                     std::uint64_t headerOffset, qpdf_offset_t objectOffset,
-                     PdfSignature& signature);
+void ReadSignedRange(QPDFObjectHandle dictionary, std::string_view file, std::uint64_t headerOffset,
+                     qpdf_offset_t objectOffset, PdfSignature& signature);
 
 // Makes a range that was sound an unsound one.
 void RefuseRange(PdfSignature& signature, RangeProblem problem);
