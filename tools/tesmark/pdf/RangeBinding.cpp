@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t kLongestArray = 256;
 constexpr std::size_t kMostArrays = 10'000;
+constexpr std::size_t kBlock = 1024;
 
 using Numbers = std::array<std::uint64_t, 4>;
 
@@ -102,15 +103,31 @@ std::optional<RangeArray> ReadArray(std::string_view text) {
     return array;
 }
 
+// Whether an array may begin in the first kBlock bytes: a name with that letter, or with an escape.
+// Bytes, a fixed number of them and no way out before the end are what the compiler makes vectors
+// of: most of a file is passed over here.
+bool MayBeginIn(std::string_view text) {
+    if (text.size() <= kBlock) return true;
+    unsigned char found = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        const unsigned char slash = text[i] == '/';
+        const unsigned char letter = text[i + 1] == 'B';
+        const unsigned char escape = text[i + 1] == '#';
+        found = static_cast<unsigned char>(found | (slash & (letter | escape)));
+    }
+    return found != 0;
+}
+
 // Calls `found` for each array that begins in the first `starts` bytes of `text`.
 template <typename Found>
 void FindArrays(std::string_view text, std::size_t starts, Found found) {
-    for (auto at = text.find('/'); at < starts; at = text.find('/', at + 1)) {
-        // Of the many "/" most are told apart by what follows.
-        const char next = at + 1 < text.size() ? text[at + 1] : '\0';
-        if (next != 'B' && next != '#') continue;
-        const auto array = ReadArray(text.substr(at));
-        if (array) found(RangeArray{at, at + array->end, array->numbers});
+    for (std::size_t block = 0; block < starts; block += kBlock) {
+        if (!MayBeginIn(text.substr(block))) continue;
+        const std::size_t end = std::min(starts, block + kBlock);
+        for (auto at = text.find('/', block); at < end; at = text.find('/', at + 1)) {
+            const auto array = ReadArray(text.substr(at));
+            if (array) found(RangeArray{at, at + array->end, array->numbers});
+        }
     }
 }
 
