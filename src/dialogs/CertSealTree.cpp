@@ -99,10 +99,20 @@ void ShowCert(platform::DialogWindow& window, const TreeItemData& data) {
                    "此证书包含印章 " + std::to_string(data.sealValue) + " 个！");
 }
 
+// Nothing if the list doesn't reach there any more: a host's call during the dialog rebuilds it.
+const SealRecord* FindSeal(const TreeItemData& data) {
+    const auto cert = static_cast<std::size_t>(data.certIndex);
+    const auto seal = static_cast<std::size_t>(data.sealValue);
+    const std::vector<CertRecord>& certs = g_certEsealOpt.m_certs;
+    const bool held = cert < certs.size() && seal < certs[cert].seals.size();
+    return held ? &certs[cert].seals[seal] : nullptr;
+}
+
 // Nothing changes where the conversion fails: OK then confirms what was picked before.
 void ShowSeal(platform::DialogWindow& window, const TreeItemData& data) {
-    const CertRecord& cert = g_certEsealOpt.m_certs[static_cast<std::size_t>(data.certIndex)];
-    std::string picture = PictureOf(cert.seals[static_cast<std::size_t>(data.sealValue)]);
+    const SealRecord* const seal = FindSeal(data);
+    if (seal == nullptr) return SelectNothing();
+    std::string picture = PictureOf(*seal);
     if (!LooksLikeGif(picture) && !ConvertToGif(picture)) return;
     g_dialogSealRow = data.certIndex;
     g_dialogSealCol = data.sealValue;

@@ -24,8 +24,10 @@ public:
     }
 
 private:
-    // The root's data is 0 as well, so that it picks the first seal: users know it so.
+    // The root's data is 0 as well, so that it picks the first seal: users know it so. Another scan
+    // during the dialog leaves a list that can be shorter.
     void ShowNode(platform::DialogWindow& window, std::intptr_t data) override {
+        if (static_cast<std::size_t>(data) >= g_pzmSealItems.size()) return;
         const SealRecord& seal = g_pzmSealItems[static_cast<std::size_t>(data)];
         g_pzmDialogPick = PictureOf(seal);
         g_pzmDialogSeal = seal;
