@@ -12,6 +12,15 @@ namespace {
 
 std::string Utf8Of(const std::string& text) { return Utf8FromAnsi(text.c_str()); }
 
+// No screen is larger, and no sum or difference of such numbers overflows.
+constexpr int kFarthest = 1'000'000;
+
+bool IsPlace(const Rectangle& place) {
+    const auto near = [](int edge) { return edge >= -kFarthest && edge <= kFarthest; };
+    return near(place.left) && near(place.top) && near(place.right) && near(place.bottom) &&
+           place.left <= place.right && place.top <= place.bottom;
+}
+
 Rectangle AtOrigin(int width, int height) { return {0, 0, width, height}; }
 
 }  // namespace
@@ -38,11 +47,11 @@ bool RemoteDialog::Build() {
     Say(command::Dialog{m_dialog.id});
     const auto ready = Hear(kPatience);
     const auto* const window = ready ? std::get_if<report::Ready>(&*ready) : nullptr;
-    if (!window) return false;
+    if (!window || !IsPlace(window->bounds)) return false;
     m_bounds = window->bounds;
     const auto place = Hear(kPatience);
     const auto* const area = place ? std::get_if<report::Area>(&*place) : nullptr;
-    if (!area) return false;
+    if (!area || (area->area && !IsPlace(*area->area))) return false;
     m_workArea = area->area;
     return HearSurfaces();
 }
@@ -113,9 +122,9 @@ bool RemoteDialog::Take(const report::Node& node) {
 }
 
 bool RemoteDialog::Take(const report::Surface& surface) {
-    if (surface.width < 0 || surface.height < 0) return false;
-    if (!FindControl(m_dialog, surface.control)) return false;
-    m_controls[surface.control].area = AtOrigin(surface.width, surface.height);
+    const Rectangle area = AtOrigin(surface.width, surface.height);
+    if (!IsPlace(area) || !FindControl(m_dialog, surface.control)) return false;
+    m_controls[surface.control].area = area;
     return true;
 }
 

@@ -86,7 +86,9 @@ TEST_F(DialogProcessOnLinux, RubbishBeforeTheWindowIsNoWindow) {
     const std::string greeted = kGreeting + std::string("hear dialog\n");
     for (const char* const answer :
          {"unknown", "built", "ready\t1\t2\t3", "ready\t1\t2\t3\tx", "ready\t1\t2\t3\t4\nsay built",
-          "ready\t1\t2\t3\t4\nsay area\t1", "shown"}) {
+          "ready\t1\t2\t3\t4\nsay area\t1", "ready\t-2147483648\t0\t2147483647\t1",
+          "ready\t0\t0\t1000001\t1", "ready\t5\t5\t4\t5",
+          "ready\t1\t2\t3\t4\nsay area\t0\t0\t0\t-1", "shown"}) {
         EXPECT_EQ(Run(greeted + "say " + answer + "\nrest"), kDialogNotShown) << answer;
     }
     EXPECT_EQ(Run(greeted + "say ready\t1\t2\t3\t4\nsay area\nflood surface\t1005\t1\t1"),

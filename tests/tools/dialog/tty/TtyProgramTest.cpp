@@ -233,6 +233,17 @@ TEST_F(TtyProgramOnLinux, AProgramThatNobodyCouldLetGoOnIsNotStopped) {
     EXPECT_EQ(Result(), 0);
 }
 
+TEST_F(TtyProgramOnLinux, TheProgramEndsWithItsHost) {
+    StartDialog(101);
+    ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
+    kill(m_host, SIGKILL);
+    // Ends when nobody holds the terminal any more, not after the time that Expect allows.
+    EXPECT_EQ(Result(), -1);
+    pollfd terminal{m_terminal, 0, 0};
+    EXPECT_EQ(poll(&terminal, 1, 0), 1);
+    EXPECT_NE(terminal.revents & POLLHUP, 0);
+}
+
 TEST_F(TtyProgramOnLinux, AMessageWaitsForTheReturnKey) {
     Start([] {
         const auto process = platform::DialogProcess::Start(TTY_PROGRAM);
