@@ -11,6 +11,7 @@
 #include "Settings.h"
 #include "TerminalText.h"
 #include "Version.h"
+#include "commands/DialogWay.h"
 #include "commands/Findings.h"
 #include "commands/PinEntry.h"
 #include "components/certservice/Places.h"
@@ -183,19 +184,6 @@ void ExamineTrust(Findings& findings) {
     }
     findings.Problem("trust folder", "No certificate is trusted: " + folder + " is empty.",
                      "put your CA's certificate there; tesmark key new puts the development CA's");
-}
-
-void ExamineDialogs(Findings& findings) {
-    const auto program = ReadSetting(FindSetting("DialogProgram"));
-    const std::string beside = BesideLibrary("tesmark-dialog");
-    if (program && !platform::PathExists(platform::PathFromUtf8(*program).c_str())) {
-        findings.Problem("dialogs", "The dialog program is not there: " + *program + ".",
-                         "tesmark config unset DialogProgram");
-    } else if (program || !beside.empty()) {
-        findings.Good("dialogs", program ? *program : beside);
-    } else {
-        findings.Good("dialogs", "none; --cert and --seal name what they would ask for");
-    }
 }
 
 }  // namespace

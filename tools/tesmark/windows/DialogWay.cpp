@@ -1,0 +1,5 @@
+#include "commands/DialogWay.h"
+
+void ExamineDialogs(Findings& findings) {
+    findings.Good("dialogs", "the library's own windows");
+}
