@@ -1,5 +1,3 @@
 #include "commands/DialogWay.h"
 
-void ExamineDialogs(Findings& findings) {
-    findings.Good("dialogs", "the library's own windows");
-}
+void ExamineDialogs(Findings& findings) { findings.Good("dialogs", "the library's own windows"); }
