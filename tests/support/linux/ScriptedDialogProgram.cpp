@@ -24,7 +24,8 @@ std::string Variable(const char* name) {
     return value ? value : "";
 }
 
-// What the program found when it began: open descriptors, and signals that aren't as at first.
+// What the program found when it began: open descriptors, and signals that the host left ignored or
+// blocked; handlers don't outlive the start of a program.
 std::string Surroundings() {
     std::string text = "descriptors";
     for (int descriptor = 0; descriptor < 4096; ++descriptor) {
@@ -35,7 +36,7 @@ std::string Surroundings() {
     for (int signal = 1; signal < SIGRTMIN; ++signal) {
         struct sigaction action {};
         sigaction(signal, nullptr, &action);
-        if (action.sa_handler != SIG_DFL) text += ", handled " + std::to_string(signal);
+        if (action.sa_handler == SIG_IGN) text += ", ignored " + std::to_string(signal);
         if (sigismember(&blocked, signal) == 1) text += ", blocked " + std::to_string(signal);
     }
     return text;
