@@ -34,7 +34,8 @@ termios InLines(termios modes) {
 
 UserTerminal::UserTerminal() : m_characters(nl_langinfo(CODESET)), m_terminal(OpenTerminal()) {
     m_hasModes = IsThere() && tcgetattr(m_terminal, &m_former) == 0;
-    TakeAgain();
+    const termios modes = InLines(m_former);
+    if (m_hasModes) tcsetattr(m_terminal, TCSAFLUSH, &modes);
 }
 
 UserTerminal::~UserTerminal() {

@@ -14,6 +14,7 @@ class UserTerminal {
 public:
     enum class Input { None, Line, Closed, Gone };
 
+    // What was typed before is thrown away: it was no answer to what is asked now.
     UserTerminal();
     // The terminal is as it was.
     ~UserTerminal();

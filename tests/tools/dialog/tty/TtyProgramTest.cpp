@@ -233,6 +233,18 @@ TEST_F(TtyProgramOnLinux, AProgramThatNobodyCouldLetGoOnIsNotStopped) {
     EXPECT_EQ(Result(), 0);
 }
 
+TEST_F(TtyProgramOnLinux, WhatWasTypedBeforeTheDialogIsNoAnswer) {
+    Start([] {
+        pollfd typed{STDIN_FILENO, POLLIN, 0};
+        poll(&typed, 1, -1);
+        return Choose(101);
+    });
+    Type("n\n");
+    ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
+    Type("1\n\n");
+    EXPECT_EQ(Result(), 1);
+}
+
 TEST_F(TtyProgramOnLinux, TheProgramEndsWithItsHost) {
     StartDialog(101);
     ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
