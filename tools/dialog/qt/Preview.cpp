@@ -46,7 +46,7 @@ void Preview::Draw(const QImage& picture, const QRect& place) {
 
 QSize Preview::sizeHint() const {
     const int unit = fontMetrics().height();
-    return {20 * unit, 17 * unit};
+    return {20 * unit, 20 * unit};
 }
 
 QSize Preview::minimumSizeHint() const {
@@ -71,8 +71,11 @@ void Preview::PaintPicture(QPainter& painter) const {
     painter.scale(1 / scale, 1 / scale);
     painter.translate(shift);
     const QRect place = Place();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, place.size() != m_picture.size());
-    painter.drawImage(place, m_picture);
+    const bool ownSize = place.size() == m_picture.size();
+    painter.drawImage(
+        place.topLeft(),
+        ownSize ? m_picture
+                : m_picture.scaled(place.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 void Preview::paintEvent(QPaintEvent*) {

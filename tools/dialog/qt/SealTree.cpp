@@ -66,6 +66,13 @@ QSize SealTree::sizeHint() const {
     return {22 * unit, 20 * unit};
 }
 
+// The selection is as wide as the tree.
+void SealTree::resizeEvent(QResizeEvent* event) {
+    header()->setMinimumSectionSize(viewport()->width());
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    QTreeWidget::resizeEvent(event);
+}
+
 void SealTree::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
     painter->save();
     painter->setPen(QPen(palette().color(QPalette::Disabled, QPalette::Text), 0, Qt::DotLine));

@@ -20,6 +20,7 @@ public:
     QSize sizeHint() const override;
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void drawBranches(QPainter* painter, const QRect& rect,
                       const QModelIndex& index) const override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
