@@ -45,7 +45,7 @@ Shades ShadesOf(QWidget& widget) {
     return shades;
 }
 
-class AppearanceTest : public WindowFixture, public testing::WithParamInterface<int> {
+class DialogAppearanceOnLinux : public WindowFixture, public testing::WithParamInterface<int> {
 protected:
     void SetUp() override { Start(); }
 
@@ -61,12 +61,12 @@ protected:
     }
 };
 
-TEST_P(AppearanceTest, EveryControlHasAnAccessibleName) {
+TEST_P(DialogAppearanceOnLinux, EveryControlHasAnAccessibleName) {
     Open(GetParam());
     ExpectEveryControlNamed();
 }
 
-TEST_P(AppearanceTest, EveryTextStandsOutInTheDarkToo) {
+TEST_P(DialogAppearanceOnLinux, EveryTextStandsOutInTheDarkToo) {
     Open(GetParam());
     QApplication::setPalette(Dark());
     HandleEvents();
@@ -80,9 +80,9 @@ TEST_P(AppearanceTest, EveryTextStandsOutInTheDarkToo) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Templates, AppearanceTest, testing::Values(101, 102, 103, 104));
+INSTANTIATE_TEST_SUITE_P(Templates, DialogAppearanceOnLinux, testing::Values(101, 102, 103, 104));
 
-class PreviewAppearanceTest : public WindowFixture {
+class PreviewAppearanceOnLinux : public WindowFixture {
 protected:
     void SetUp() override {
         Start();
@@ -93,7 +93,7 @@ protected:
     }
 };
 
-TEST_F(PreviewAppearanceTest, ThePreviewsTextIsItsAccessibleDescription) {
+TEST_F(PreviewAppearanceOnLinux, ThePreviewsTextIsItsAccessibleDescription) {
     auto& preview = Only<Preview>();
     EXPECT_EQ(AccessibleText(preview, QAccessible::Name), u"印章预览"_qs);
     EXPECT_EQ(AccessibleText(preview, QAccessible::Description), u"此证书包含印章 2 个！"_qs);
@@ -103,7 +103,7 @@ TEST_F(PreviewAppearanceTest, ThePreviewsTextIsItsAccessibleDescription) {
     EXPECT_EQ(AccessibleText(preview, QAccessible::Description), QString());
 }
 
-TEST_F(PreviewAppearanceTest, TextsOfThePreviewAndTheTreeAreLightOnDarkWhereTheSessionIs) {
+TEST_F(PreviewAppearanceOnLinux, TextsOfThePreviewAndTheTreeAreLightOnDarkWhereTheSessionIs) {
     EXPECT_GT(ShadesOf(Only<Preview>()).lightest, 200);
     QApplication::setPalette(Dark());
     HandleEvents();
@@ -113,7 +113,7 @@ TEST_F(PreviewAppearanceTest, TextsOfThePreviewAndTheTreeAreLightOnDarkWhereTheS
     EXPECT_GT(ShadesOf(*Only<SealTree>().viewport()).lightest, 200);
 }
 
-TEST_F(PreviewAppearanceTest, AllOfALongTextOfThePreviewIsInItsToolTip) {
+TEST_F(PreviewAppearanceOnLinux, AllOfALongTextOfThePreviewIsInItsToolTip) {
     Press(Qt::Key_Escape);
     Library().Say({"text", "1005", "<b>&" + std::string(5000, 'w')});
     HandleEvents();

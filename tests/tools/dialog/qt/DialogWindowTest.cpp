@@ -8,7 +8,7 @@
 
 namespace {
 
-class DialogWindowTest : public WindowFixture {
+class DialogWindowOnLinux : public WindowFixture {
 protected:
     void SetUp() override { Start(); }
 
@@ -30,24 +30,24 @@ protected:
     }
 };
 
-TEST_F(DialogWindowTest, TheTabulatorKeyGoesThroughAListsDialogInTheTemplatesOrder) {
+TEST_F(DialogWindowOnLinux, TheTabulatorKeyGoesThroughAListsDialogInTheTemplatesOrder) {
     OpenList();
     EXPECT_EQ(TabOrder(4), (std::vector<QString>{u"确定"_qs, u"取消"_qs, u"证书"_qs, u"确定"_qs}));
 }
 
-TEST_F(DialogWindowTest, TheTabulatorKeyGoesThroughTheAddressesDialogInTheTemplatesOrder) {
+TEST_F(DialogWindowOnLinux, TheTabulatorKeyGoesThroughTheAddressesDialogInTheTemplatesOrder) {
     Open(TESMARK_DIALOG_ONLINE_URL);
     EXPECT_EQ(TabOrder(5), (std::vector<QString>{u"确定"_qs, u"取消"_qs, u"URL地址"_qs,
                                                  u"测试连接"_qs, u"确定"_qs}));
 }
 
-TEST_F(DialogWindowTest, TheTabulatorKeyGoesThroughTheTreesDialogInTheTemplatesOrder) {
+TEST_F(DialogWindowOnLinux, TheTabulatorKeyGoesThroughTheTreesDialogInTheTemplatesOrder) {
     Open(TESMARK_DIALOG_SEAL_TREE);
     EXPECT_EQ(TabOrder(4),
               (std::vector<QString>{u"确定"_qs, u"取消"_qs, u"请选择印章"_qs, u"确定"_qs}));
 }
 
-TEST_F(DialogWindowTest, AListsRowIsPickedAndConfirmedByKeyboardAlone) {
+TEST_F(DialogWindowOnLinux, AListsRowIsPickedAndConfirmedByKeyboardAlone) {
     OpenList();
     Press(Qt::Key_Tab);
     Press(Qt::Key_Tab);
@@ -58,7 +58,7 @@ TEST_F(DialogWindowTest, AListsRowIsPickedAndConfirmedByKeyboardAlone) {
     EXPECT_EQ(Library().Hear(), "button\t1");
 }
 
-TEST_F(DialogWindowTest, ARowIsPickedInTheOpenList) {
+TEST_F(DialogWindowOnLinux, ARowIsPickedInTheOpenList) {
     OpenList();
     Only<QComboBox>().setFocus();
     Press(Qt::Key_F4);
@@ -73,7 +73,7 @@ TEST_F(DialogWindowTest, ARowIsPickedInTheOpenList) {
     EXPECT_EQ(Library().Hear(), "row\t1001\t1");
 }
 
-TEST_F(DialogWindowTest, AListTakesNoFreeText) {
+TEST_F(DialogWindowOnLinux, AListTakesNoFreeText) {
     OpenList();
     Only<QComboBox>().setFocus();
     QTest::keyClicks(&Only<QComboBox>(), u"xyz"_qs);
@@ -82,7 +82,7 @@ TEST_F(DialogWindowTest, AListTakesNoFreeText) {
     EXPECT_EQ(Only<QComboBox>().currentText(), u"-----请选择-----"_qs);
 }
 
-TEST_F(DialogWindowTest, AListHasNoRowSelectedUntilTheLibraryOrTheUserSelectsOne) {
+TEST_F(DialogWindowOnLinux, AListHasNoRowSelectedUntilTheLibraryOrTheUserSelectsOne) {
     Build(TESMARK_DIALOG_CERT);
     Library().Say({"row", "1001", "alice"});
     Show();
@@ -90,21 +90,21 @@ TEST_F(DialogWindowTest, AListHasNoRowSelectedUntilTheLibraryOrTheUserSelectsOne
     EXPECT_EQ(Only<QComboBox>().count(), 1);
 }
 
-TEST_F(DialogWindowTest, EscapePressesCancel) {
+TEST_F(DialogWindowOnLinux, EscapePressesCancel) {
     OpenList();
     Press(Qt::Key_Escape);
     EXPECT_EQ(Library().Hear(), "button\t2");
     EXPECT_TRUE(Window().isVisible());
 }
 
-TEST_F(DialogWindowTest, ReturnPressesTheButtonThatHasTheFocus) {
+TEST_F(DialogWindowOnLinux, ReturnPressesTheButtonThatHasTheFocus) {
     OpenList();
     Press(Qt::Key_Tab);
     Press(Qt::Key_Return);
     EXPECT_EQ(Library().Hear(), "button\t2");
 }
 
-TEST_F(DialogWindowTest, ClosingIsReportedAndLeftToTheLibrary) {
+TEST_F(DialogWindowOnLinux, ClosingIsReportedAndLeftToTheLibrary) {
     OpenList();
     Window().close();
     EXPECT_EQ(Library().Hear(), "close");
@@ -112,7 +112,7 @@ TEST_F(DialogWindowTest, ClosingIsReportedAndLeftToTheLibrary) {
     EXPECT_EQ(ExitCode(), std::nullopt);
 }
 
-TEST_F(DialogWindowTest, ANodeIsPickedAndConfirmedByKeyboardAlone) {
+TEST_F(DialogWindowOnLinux, ANodeIsPickedAndConfirmedByKeyboardAlone) {
     Open(TESMARK_DIALOG_SEAL_TREE);
     Press(Qt::Key_Tab);
     Press(Qt::Key_Tab);
@@ -129,7 +129,7 @@ TEST_F(DialogWindowTest, ANodeIsPickedAndConfirmedByKeyboardAlone) {
     EXPECT_EQ(Library().Hear(), "button\t1");
 }
 
-TEST_F(DialogWindowTest, ANodeIsPickedByMouseAndNotGivenUpByAClickBeside) {
+TEST_F(DialogWindowOnLinux, ANodeIsPickedByMouseAndNotGivenUpByAClickBeside) {
     Open(TESMARK_DIALOG_SEAL_TREE);
     auto& tree = Only<SealTree>();
     const QRect place = tree.visualItemRect(tree.Node(4));
@@ -144,7 +144,7 @@ TEST_F(DialogWindowTest, ANodeIsPickedByMouseAndNotGivenUpByAClickBeside) {
     EXPECT_EQ(tree.Selected(), 4);
 }
 
-TEST_F(DialogWindowTest, NoNodeIsSelectedAtTheBeginningAndAllThatWereExpandedAre) {
+TEST_F(DialogWindowOnLinux, NoNodeIsSelectedAtTheBeginningAndAllThatWereExpandedAre) {
     Open(TESMARK_DIALOG_SEAL_TREE);
     auto& tree = Only<SealTree>();
     EXPECT_EQ(tree.Selected(), 0);
@@ -153,7 +153,7 @@ TEST_F(DialogWindowTest, NoNodeIsSelectedAtTheBeginningAndAllThatWereExpandedAre
     EXPECT_EQ(tree.Node(5), nullptr);
 }
 
-TEST_F(DialogWindowTest, TwentyCertificatesWithAHundredSealsEachAreAllThere) {
+TEST_F(DialogWindowOnLinux, TwentyCertificatesWithAHundredSealsEachAreAllThere) {
     Build(TESMARK_DIALOG_SEAL_TREE);
     Library().Say({"node", "1004", "0", "请选择印章"});
     for (int certificate = 0; certificate < 20; ++certificate) {
@@ -173,7 +173,7 @@ TEST_F(DialogWindowTest, TwentyCertificatesWithAHundredSealsEachAreAllThere) {
     EXPECT_TRUE(tree.viewport()->rect().contains(tree.visualItemRect(tree.Node(2021)).topLeft()));
 }
 
-TEST_F(DialogWindowTest, WhatTheUserDoesMeanwhileIsReportedInOrderOnceTheEventWasHandled) {
+TEST_F(DialogWindowOnLinux, WhatTheUserDoesMeanwhileIsReportedInOrderOnceTheEventWasHandled) {
     Open(TESMARK_DIALOG_ONLINE_URL);
     QTest::mouseClick(&Button(u"测试连接"_qs), Qt::LeftButton);
     EXPECT_EQ(Library().Hear(), "button\t1006");
@@ -192,7 +192,7 @@ TEST_F(DialogWindowTest, WhatTheUserDoesMeanwhileIsReportedInOrderOnceTheEventWa
     EXPECT_EQ(Library().Hear(), "button\t1");
 }
 
-TEST_F(DialogWindowTest, TheFieldShowsTheLibrarysTextFromItsBeginning) {
+TEST_F(DialogWindowOnLinux, TheFieldShowsTheLibrarysTextFromItsBeginning) {
     Build(TESMARK_DIALOG_ONLINE_URL);
     Library().Say({"text", "1003", "192.0.2.45/" + std::string(500, 'x')});
     Show();
@@ -202,7 +202,7 @@ TEST_F(DialogWindowTest, TheFieldShowsTheLibrarysTextFromItsBeginning) {
     EXPECT_EQ(Library().Hear(), "button\t1");
 }
 
-TEST_F(DialogWindowTest, AFieldThatIsToldToBeDisabledLooksItAndStaysUsable) {
+TEST_F(DialogWindowOnLinux, AFieldThatIsToldToBeDisabledLooksItAndStaysUsable) {
     Build(TESMARK_DIALOG_ONLINE_URL);
     Library().Say({"text", "1003", "x"});
     Library().Say({"disabled", "1003"});
@@ -220,7 +220,7 @@ TEST_F(DialogWindowTest, AFieldThatIsToldToBeDisabledLooksItAndStaysUsable) {
     EXPECT_EQ(Library().Hear(), "button\t1");
 }
 
-TEST_F(DialogWindowTest, ALongTextFitsTheProtocol) {
+TEST_F(DialogWindowOnLinux, ALongTextFitsTheProtocol) {
     Open(TESMARK_DIALOG_ONLINE_URL);
     Only<QLineEdit>().setText(QString(40'000, u'章'));
     QTest::mouseClick(&Button(u"确定"_qs), Qt::LeftButton);
@@ -228,14 +228,14 @@ TEST_F(DialogWindowTest, ALongTextFitsTheProtocol) {
     EXPECT_EQ(Library().Hear(), "button\t1");
 }
 
-TEST_F(DialogWindowTest, TheWindowIsAboveAllOthersAndHasNoOwner) {
+TEST_F(DialogWindowOnLinux, TheWindowIsAboveAllOthersAndHasNoOwner) {
     OpenList();
     EXPECT_TRUE(Window().windowFlags() & Qt::WindowStaysOnTopHint);
     EXPECT_EQ(Window().parentWidget(), nullptr);
     EXPECT_EQ(Window().windowTitle(), u"电子签章"_qs);
 }
 
-TEST_F(DialogWindowTest, TheProgramEndsWithTheDialog) {
+TEST_F(DialogWindowOnLinux, TheProgramEndsWithTheDialog) {
     OpenList();
     Press(Qt::Key_Return);
     Library().Say({"end"});
@@ -243,14 +243,14 @@ TEST_F(DialogWindowTest, TheProgramEndsWithTheDialog) {
     EXPECT_EQ(ExitCode(), 0);
 }
 
-TEST_F(DialogWindowTest, TheProgramEndsWithItsHost) {
+TEST_F(DialogWindowOnLinux, TheProgramEndsWithItsHost) {
     OpenList();
     Library().Leave();
     HandleEvents();
     EXPECT_EQ(ExitCode(), 0);
 }
 
-TEST_F(DialogWindowTest, ALineThatIsNoneEndsTheProgramWithAFailure) {
+TEST_F(DialogWindowOnLinux, ALineThatIsNoneEndsTheProgramWithAFailure) {
     OpenList();
     Library().Say({"rubbish"});
     HandleEvents();

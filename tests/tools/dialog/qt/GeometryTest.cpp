@@ -24,7 +24,8 @@ QRect RectangleIn(const std::string& line) {
 }
 
 // On a small screen of 1024 by 600 pixels, at each scale.
-class GeometryTest : public WindowFixture, public testing::WithParamInterface<const char*> {
+class DialogGeometryOnLinux : public WindowFixture,
+                              public testing::WithParamInterface<const char*> {
 protected:
     void SetUp() override { Start(GetParam()); }
 
@@ -62,31 +63,31 @@ protected:
     }
 };
 
-TEST_P(GeometryTest, TheListOfCertificatesIsOnTheScreenAndLegible) {
+TEST_P(DialogGeometryOnLinux, TheListOfCertificatesIsOnTheScreenAndLegible) {
     Open(TESMARK_DIALOG_CERT);
     ExpectOnScreen();
     ExpectLegible();
 }
 
-TEST_P(GeometryTest, TheListOfOnlineSealsIsOnTheScreenAndLegible) {
+TEST_P(DialogGeometryOnLinux, TheListOfOnlineSealsIsOnTheScreenAndLegible) {
     Open(TESMARK_DIALOG_ONLINE_SEAL);
     ExpectOnScreen();
     ExpectLegible();
 }
 
-TEST_P(GeometryTest, TheAddressIsOnTheScreenAndLegible) {
+TEST_P(DialogGeometryOnLinux, TheAddressIsOnTheScreenAndLegible) {
     Open(TESMARK_DIALOG_ONLINE_URL);
     ExpectOnScreen();
     ExpectLegible();
 }
 
-TEST_P(GeometryTest, TheTreeIsOnTheScreenAndLegible) {
+TEST_P(DialogGeometryOnLinux, TheTreeIsOnTheScreenAndLegible) {
     Open(TESMARK_DIALOG_SEAL_TREE);
     ExpectOnScreen();
     ExpectLegible();
 }
 
-TEST_P(GeometryTest, BoundsAndSurfaceAreTheScreensPixels) {
+TEST_P(DialogGeometryOnLinux, BoundsAndSurfaceAreTheScreensPixels) {
     Library().Say({"tesmark-dialog", "1"});
     Library().Say({"dialog", "104"});
     ExpectReportedBoundsWithinWorkArea();
@@ -98,7 +99,7 @@ TEST_P(GeometryTest, BoundsAndSurfaceAreTheScreensPixels) {
                            std::to_string(int(size.height() * scale)));
 }
 
-TEST_P(GeometryTest, ADialogIsMovedToPixelsOfTheScreen) {
+TEST_P(DialogGeometryOnLinux, ADialogIsMovedToPixelsOfTheScreen) {
     Build(TESMARK_DIALOG_CERT);
     Library().Say({"move", "12", "24"});
     Show();
@@ -107,7 +108,7 @@ TEST_P(GeometryTest, ADialogIsMovedToPixelsOfTheScreen) {
     EXPECT_NEAR(Window().y() * scale, 24, scale);
 }
 
-TEST_P(GeometryTest, LongLabelsMoveNothingOffTheScreenAndCanBeReadByScrolling) {
+TEST_P(DialogGeometryOnLinux, LongLabelsMoveNothingOffTheScreenAndCanBeReadByScrolling) {
     const std::string longLabel(3000, 'w');
     Build(TESMARK_DIALOG_SEAL_TREE);
     Library().Say({"node", "1004", "0", longLabel});
@@ -118,7 +119,7 @@ TEST_P(GeometryTest, LongLabelsMoveNothingOffTheScreenAndCanBeReadByScrolling) {
     EXPECT_GE(tree.horizontalScrollBar()->maximum() + tree.viewport()->width(), needed);
 }
 
-TEST_P(GeometryTest, ALongRowMovesNothingOffTheScreenAndCanBeReadInTheOpenList) {
+TEST_P(DialogGeometryOnLinux, ALongRowMovesNothingOffTheScreenAndCanBeReadInTheOpenList) {
     const std::string longLabel(3000, 'w');
     Build(TESMARK_DIALOG_CERT);
     Library().Say({"row", "1001", longLabel});
@@ -141,7 +142,7 @@ TEST_P(GeometryTest, ALongRowMovesNothingOffTheScreenAndCanBeReadInTheOpenList) 
     list.hidePopup();
 }
 
-TEST_P(GeometryTest, AMessageOfAnyLengthStaysOnTheScreenAndCanBeReadByScrolling) {
+TEST_P(DialogGeometryOnLinux, AMessageOfAnyLengthStaysOnTheScreenAndCanBeReadByScrolling) {
     std::string text;
     for (int i = 0; i < 400; ++i) text += "连接服务器失败！";
     Library().Say({"tesmark-dialog", "1"});
@@ -155,7 +156,7 @@ TEST_P(GeometryTest, AMessageOfAnyLengthStaysOnTheScreenAndCanBeReadByScrolling)
     EXPECT_GE(area.widget()->height(), area.widget()->heightForWidth(area.viewport()->width()));
 }
 
-TEST_P(GeometryTest, TheTreesDialogGrowsAndShrinksWithItsButtonsInSight) {
+TEST_P(DialogGeometryOnLinux, TheTreesDialogGrowsAndShrinksWithItsButtonsInSight) {
     Open(TESMARK_DIALOG_SEAL_TREE);
     const QSize frame = Window().frameGeometry().size() - Window().size();
     const QSize largest = Window().screen()->availableGeometry().size() - frame;
@@ -167,8 +168,8 @@ TEST_P(GeometryTest, TheTreesDialogGrowsAndShrinksWithItsButtonsInSight) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scales, GeometryTest, testing::Values("1", "1.25", "1.5", "2", "3"),
-                         [](const auto& scale) {
+INSTANTIATE_TEST_SUITE_P(Scales, DialogGeometryOnLinux,
+                         testing::Values("1", "1.25", "1.5", "2", "3"), [](const auto& scale) {
                              std::string name = scale.param;
                              std::replace(name.begin(), name.end(), '.', '_');
                              return name;

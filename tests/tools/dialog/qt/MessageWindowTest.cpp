@@ -5,7 +5,7 @@
 
 namespace {
 
-class MessageWindowTest : public WindowFixture {
+class MessageWindowOnLinux : public WindowFixture {
 protected:
     void SetUp() override { Start(); }
 
@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(MessageWindowTest, CaptionAndTextAreTheLibrarys) {
+TEST_F(MessageWindowOnLinux, CaptionAndTextAreTheLibrarys) {
     Ask(48);
     EXPECT_EQ(Window().windowTitle(), u"电子签章"_qs);
     const QAccessibleInterface* const window = QAccessible::queryAccessibleInterface(&Window());
@@ -36,48 +36,48 @@ TEST_F(MessageWindowTest, CaptionAndTextAreTheLibrarys) {
     EXPECT_EQ(Window().findChildren<QLabel*>().last()->text(), u"连接服务器失败！"_qs);
 }
 
-TEST_F(MessageWindowTest, ReturnAnswers) {
+TEST_F(MessageWindowOnLinux, ReturnAnswers) {
     Ask(48);
     Press(Qt::Key_Return);
     ExpectAnswered();
 }
 
-TEST_F(MessageWindowTest, EscapeAnswers) {
+TEST_F(MessageWindowOnLinux, EscapeAnswers) {
     Ask(48);
     Press(Qt::Key_Escape);
     ExpectAnswered();
 }
 
-TEST_F(MessageWindowTest, ClosingAnswers) {
+TEST_F(MessageWindowOnLinux, ClosingAnswers) {
     Ask(48);
     Window().close();
     ExpectAnswered();
 }
 
-TEST_F(MessageWindowTest, AClickOnTheButtonAnswers) {
+TEST_F(MessageWindowOnLinux, AClickOnTheButtonAnswers) {
     Ask(0);
     QTest::mouseClick(&Button(u"确定"_qs), Qt::LeftButton);
     ExpectAnswered();
 }
 
-TEST_F(MessageWindowTest, IconsAreThoseOfTheStyle) {
+TEST_F(MessageWindowOnLinux, IconsAreThoseOfTheStyle) {
     Ask(48);
     EXPECT_TRUE(HasIcon());
 }
 
-TEST_F(MessageWindowTest, AStyleWithoutAnIconShowsNone) {
+TEST_F(MessageWindowOnLinux, AStyleWithoutAnIconShowsNone) {
     Ask(0);
     EXPECT_FALSE(HasIcon());
 }
 
-TEST_F(MessageWindowTest, ATextIsShownAsItIs) {
+TEST_F(MessageWindowOnLinux, ATextIsShownAsItIs) {
     Ask(64, "<b>x</b>\\n& y");
     const QLabel* const text = Window().findChildren<QLabel*>().last();
     EXPECT_EQ(text->text(), u"<b>x</b>\n& y"_qs);
     EXPECT_EQ(text->textFormat(), Qt::PlainText);
 }
 
-TEST_F(MessageWindowTest, ItIsAboveAllOthers) {
+TEST_F(MessageWindowOnLinux, ItIsAboveAllOthers) {
     Ask(48);
     EXPECT_TRUE(Window().windowFlags() & Qt::WindowStaysOnTopHint);
 }

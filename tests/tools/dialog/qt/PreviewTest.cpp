@@ -12,7 +12,7 @@ constexpr QRgb kGround = qRgb(240, 240, 240);
 constexpr QRgb kRed = qRgb(255, 0, 0);
 constexpr QRgb kBlue = qRgb(0, 0, 255);
 
-class PreviewTest : public WindowFixture, public testing::WithParamInterface<const char*> {
+class PreviewOnLinux : public WindowFixture, public testing::WithParamInterface<const char*> {
 protected:
     void SetUp() override {
         Start(GetParam());
@@ -69,14 +69,14 @@ protected:
     }
 };
 
-TEST_P(PreviewTest, APictureAtItsOwnSizeIsSharpPixelByPixel) {
+TEST_P(PreviewOnLinux, APictureAtItsOwnSizeIsSharpPixelByPixel) {
     Fill();
     Draw(Middle(41, 30), 41, 30);
     ExpectBoard(Screen(), Middle(41, 30));
 }
 
 // Where the preview begins between two pixels of the screen, too.
-TEST_P(PreviewTest, APictureIsSharpInTheWindowAsAWhole) {
+TEST_P(PreviewOnLinux, APictureIsSharpInTheWindowAsAWhole) {
     Fill();
     Draw(Middle(40, 30), 40, 30);
     const QImage window = Window().grab().toImage().convertToFormat(QImage::Format_RGB32);
@@ -90,7 +90,7 @@ TEST_P(PreviewTest, APictureIsSharpInTheWindowAsAWhole) {
     EXPECT_EQ(sharp, 40 * 30);
 }
 
-TEST_P(PreviewTest, TheFillCoversTheWholeSurface) {
+TEST_P(PreviewOnLinux, TheFillCoversTheWholeSurface) {
     Fill();
     const QImage screen = Screen();
     EXPECT_EQ(screen.pixel(0, 0), kGround);
@@ -98,7 +98,7 @@ TEST_P(PreviewTest, TheFillCoversTheWholeSurface) {
     EXPECT_EQ(screen.pixel(screen.width() / 2, screen.height() / 2), kGround);
 }
 
-TEST_P(PreviewTest, APictureThatIsTooLargeFillsTheSurface) {
+TEST_P(PreviewOnLinux, APictureThatIsTooLargeFillsTheSurface) {
     Fill();
     const QSize surface = Only<Preview>().Surface();
     Draw({{0, 0}, surface}, surface.width() * 2, 8);
@@ -107,7 +107,7 @@ TEST_P(PreviewTest, APictureThatIsTooLargeFillsTheSurface) {
     EXPECT_NE(screen.pixel(surface.width() - 2, surface.height() - 2), kGround);
 }
 
-TEST_P(PreviewTest, ThePictureIsStillThereAfterTheWindowWasHidden) {
+TEST_P(PreviewOnLinux, ThePictureIsStillThereAfterTheWindowWasHidden) {
     Fill();
     Draw(Middle(40, 30), 40, 30);
     const QImage before = Window().grab().toImage();
@@ -118,7 +118,7 @@ TEST_P(PreviewTest, ThePictureIsStillThereAfterTheWindowWasHidden) {
     EXPECT_EQ(Window().grab().toImage(), before);
 }
 
-TEST_P(PreviewTest, ThePictureStandsInTheMiddleAfterAResize) {
+TEST_P(PreviewOnLinux, ThePictureStandsInTheMiddleAfterAResize) {
     Fill();
     Draw(Middle(40, 30), 40, 30);
     const QRect before = Middle(40, 30);
@@ -127,7 +127,7 @@ TEST_P(PreviewTest, ThePictureStandsInTheMiddleAfterAResize) {
     ExpectBoard(Screen(), Middle(40, 30));
 }
 
-TEST_P(PreviewTest, ThePictureFillsASurfaceThatHasBecomeTooSmall) {
+TEST_P(PreviewOnLinux, ThePictureFillsASurfaceThatHasBecomeTooSmall) {
     Resize(Window().screen()->size().width() - 10, Window().screen()->size().height() - 10);
     const int height = Only<Preview>().Surface().height() - 2;
     Fill();
@@ -138,7 +138,7 @@ TEST_P(PreviewTest, ThePictureFillsASurfaceThatHasBecomeTooSmall) {
     EXPECT_NE(screen.pixel(screen.width() - 2, screen.height() / 2), kGround);
 }
 
-TEST_P(PreviewTest, TheSurfaceIsReportedWithTheNextEventAfterAResize) {
+TEST_P(PreviewOnLinux, TheSurfaceIsReportedWithTheNextEventAfterAResize) {
     Resize(Window().width() - 20, Window().height() - 10);
     const QSize surface = Only<Preview>().Surface();
     Press(Qt::Key_Escape);
@@ -148,7 +148,7 @@ TEST_P(PreviewTest, TheSurfaceIsReportedWithTheNextEventAfterAResize) {
     EXPECT_EQ(Library().Hear(), "button\t2");
 }
 
-TEST_P(PreviewTest, ATextHidesThePaintAndPaintTheText) {
+TEST_P(PreviewOnLinux, ATextHidesThePaintAndPaintTheText) {
     const QImage empty = Screen();
     Fill();
     Draw(Middle(40, 30), 40, 30);
@@ -165,7 +165,7 @@ TEST_P(PreviewTest, ATextHidesThePaintAndPaintTheText) {
     EXPECT_EQ(Screen(), empty);
 }
 
-INSTANTIATE_TEST_SUITE_P(Scales, PreviewTest, testing::Values("1", "1.25", "1.5", "2", "3"),
+INSTANTIATE_TEST_SUITE_P(Scales, PreviewOnLinux, testing::Values("1", "1.25", "1.5", "2", "3"),
                          [](const auto& scale) {
                              std::string name = scale.param;
                              std::replace(name.begin(), name.end(), '.', '_');

@@ -17,7 +17,7 @@
 
 namespace {
 
-class XServerTest : public testing::Test {
+class DialogByKeyboardOnLinux : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_FALSE(m_server.Display().empty());
@@ -75,7 +75,7 @@ private:
     pid_t m_program = -1;
 };
 
-TEST_F(XServerTest, ASealIsPickedByKeyboardAlone) {
+TEST_F(DialogByKeyboardOnLinux, ASealIsPickedByKeyboardAlone) {
     m_host->Say({"dialog", "104"});
     EXPECT_EQ(m_host->HearUpTo("built"), "built");
     m_host->Say({"node", "1004", "0", "请选择印章"});
@@ -93,7 +93,7 @@ TEST_F(XServerTest, ASealIsPickedByKeyboardAlone) {
     EXPECT_EQ(ExitCode(), 0);
 }
 
-TEST_F(XServerTest, AMessageIsAnsweredByTheReturnKey) {
+TEST_F(DialogByKeyboardOnLinux, AMessageIsAnsweredByTheReturnKey) {
     m_host->Say({"message", "48", "电子签章", "连接服务器失败！"});
     ASSERT_EQ(m_host->Hear(), "shown");
     Type({"Return"});
@@ -101,7 +101,7 @@ TEST_F(XServerTest, AMessageIsAnsweredByTheReturnKey) {
     EXPECT_EQ(ExitCode(), 0);
 }
 
-TEST_F(XServerTest, TheProgramGoesWithItsHost) {
+TEST_F(DialogByKeyboardOnLinux, TheProgramGoesWithItsHost) {
     m_host->Say({"dialog", "101"});
     m_host->Say({"show"});
     ASSERT_EQ(m_host->HearUpTo("shown"), "shown");
