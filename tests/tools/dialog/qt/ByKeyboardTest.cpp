@@ -1,6 +1,7 @@
 // The program as it is delivered, on an X server, with a keyboard.
 #include <signal.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,6 +22,7 @@ class DialogByKeyboardOnLinux : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_FALSE(m_server.Display().empty());
+        chmod(m_folder.Path().c_str(), 0700);
         int ends[2];
         ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
         m_program = fork();
