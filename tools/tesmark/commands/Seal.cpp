@@ -13,7 +13,10 @@
 #include "TerminalText.h"
 #include "commands/Development.h"
 #include "commands/SealPicture.h"
+#include "components/certservice/KeyFolder.h"
+#include "components/certservice/Places.h"
 #include "components/certservice/ScanDevice.h"
+#include "components/certservice/ScanPhone.h"
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/EsSeal.h"
 #include "components/seallibrary/SealMaker.h"
@@ -101,23 +104,41 @@ std::string FreeName(const std::vector<std::string>& taken, const std::string& p
     return name;
 }
 
+// The file's name, one that the key doesn't have yet.
+std::string WriteNew(KeyDevice& device, const std::string& certId, const Form& form,
+                     const std::string& seal) {
+    std::vector<std::string> names;
+    device.ListFiles(certId, names);
+    std::string name = FreeName(names, form.filePrefix);
+    if (const int code = device.WriteFile(certId, name, seal)) {
+        throw Failure{ExitCodeFor(code), "The seal can't be written into the key.", code,
+                      "  a token wants its PIN for this: --pin-file FILE"};
+    }
+    return name;
+}
+
+// The device shows a phone's files after a scan alone: they are written where they lie.
+std::string PutOntoPhone(const Form& form, const std::string& seal) {
+    const std::string path = KeyFolderPath();
+    ScanPhone phone;
+    if (const int code = ReadScanPhone(path, phone)) {
+        throw Failure{ExitCodeFor(code), "The phone's record can't be read.", code};
+    }
+    KeyFolder keys(ScanFolderIn(path));
+    return WriteNew(keys, kKeyFolderPrefix + phone.person, form, seal);
+}
+
 // Development keys are written without a PIN, tokens only after a login.
 std::string PutIntoKey(const CertificateEntry& signer, const Form& form, const std::string& seal,
                        const PinOptions& pinOptions) {
+    if (signer.certId == kScanCertId) return PutOntoPhone(form, seal);
     for (const auto& device : OpenKeyDevices()) {
         if (!device->Owns(signer.certId)) continue;
         if (const auto pin = GivenPin(pinOptions)) {
             const int code = device->Login(signer.certId, *pin);
             if (code) throw Failure{ExitCodeFor(code), "The key can't be opened.", code};
         }
-        std::vector<std::string> names;
-        device->ListFiles(signer.certId, names);
-        const std::string name = FreeName(names, form.filePrefix);
-        if (const int code = device->WriteFile(signer.certId, name, seal)) {
-            throw Failure{ExitCodeFor(code), "The seal can't be written into the key.", code,
-                          "  a token wants its PIN for this: --pin-file FILE"};
-        }
-        return name;
+        return WriteNew(*device, signer.certId, form, seal);
     }
     throw Failure{ExitCode::kSetup, "The key is not one that tesmark can write into: " +
                                         Utf8FromGbk(signer.certId) + "."};
