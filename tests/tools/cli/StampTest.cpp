@@ -87,18 +87,6 @@ TEST_F(StampTest, PageAndPlaceAndSizeAreTheUsersOwn) {
     EXPECT_EQ(stamped["heightMm"].asDouble(), 25);
 }
 
-TEST_F(StampTest, TwoSealsWithoutADialogGiveAListAndTheHintToNameOne) {
-    MakeKey("rsa", "rsa2048");
-    MakeSeal("rsa", "es", "first");
-    MakeSeal("rsa", "es", "second");
-    const auto outcome = Stamp({"--pin", "123456"});
-    EXPECT_EQ(outcome.exitCode, 5);
-    EXPECT_NE(outcome.error.find("first"), std::string::npos) << outcome.error;
-    EXPECT_NE(outcome.error.find("second"), std::string::npos) << outcome.error;
-    EXPECT_NE(outcome.error.find("--seal"), std::string::npos) << outcome.error;
-    EXPECT_TRUE(NothingWritten());
-}
-
 TEST_F(StampTest, CertAndSealNameOneOfSeveral) {
     MakeKey("rsa", "rsa2048");
     MakeKey("sm2", "sm2");
