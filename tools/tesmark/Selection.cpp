@@ -110,6 +110,16 @@ std::string ChosenPicture(const CertServiceClient& service, bool keyIsOpen) {
     return picture;
 }
 
+// Checked, which the library has left for later.
+const CertificateEntry& ChosenCertificate(const std::vector<CertificateEntry>& certificates) {
+    const LogMark mark;
+    std::string certId;
+    const int code = FetchInTwoSteps(
+        [](unsigned char* out, int* outLen) { return GetSelectedCertId(out, outLen); }, certId);
+    CheckResult(code, "The certificate that was chosen can't be used.", mark);
+    return FindCertificate(certificates, Utf8FromGbk(certId));
+}
+
 // With a PIN the key is opened before the library tries it; where several could be meant, as soon
 // as one is chosen.
 std::string LetLibraryChoose(const SelectionOptions& options, const CertServiceClient& service) {
@@ -122,7 +132,7 @@ std::string LetLibraryChoose(const SelectionOptions& options, const CertServiceC
     }
     const ChoiceWithoutKey choice;
     std::string picture = ChosenPicture(service, false);
-    LogInWith(pin, FindCertificate(certificates, Utf8FromGbk(SelectedCertificate())));
+    LogInWith(pin, ChosenCertificate(certificates));
     return picture;
 }
 
