@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "components/certservice/AmbiguousData.h"
 #include "components/certservice/Base64Text.h"
 #include "components/certservice/CertificateText.h"
 #include "components/certservice/FileHash.h"
@@ -83,6 +84,11 @@ bool CertService::RecallData(const std::string& certId, std::string_view data, T
     if (m_prepared.keepsData && m_prepared.method == m_method && m_prepared.data == data)
         return true;
     return FillDigest(data, toSign) == kServiceOk;
+}
+
+int CertService::CheckMessageData(const ToSign& toSign, std::string_view data) const {
+    const bool withoutAttributes = toSign.hash == HashAlgorithm::kSm3;
+    return withoutAttributes && IsAmbiguous(data) ? kServiceDataAmbiguous : kServiceOk;
 }
 
 int CertService::PrepareDigest(const std::string& certId, int algorithm, std::string_view digest,

@@ -52,6 +52,9 @@ public:
     // The same without a look at the key, for the certificate of the last PrepareData. False if
     // that was another one: what is kept for the fetch is found by it, and nothing new is signed.
     bool RecallData(const std::string& certId, std::string_view data, ToSign& toSign);
+    // kServiceDataAmbiguous if a message over these data, which were prepared, would have no signed
+    // attributes to tell it from something else.
+    int CheckMessageData(const ToSign& toSign, std::string_view data) const;
     // As PrepareData, for a digest that the caller has by `algorithm`.
     int PrepareDigest(const std::string& certId, int algorithm, std::string_view digest,
                       ToSign& toSign);

@@ -34,6 +34,9 @@ int SignFrom(CertService& service, TwoStep call, const char* certId, const In& i
     if (!kept) {
         if (const int code = service.PrepareData(certId, input.bytes, toSign)) return code;
     }
+    if (call == TwoStep::kSignMessage) {
+        if (const int code = service.CheckMessageData(toSign, input.bytes)) return code;
+    }
     const auto compute = [&](std::string& result) {
         return (service.*sign)(certId, toSign, result);
     };

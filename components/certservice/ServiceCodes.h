@@ -25,6 +25,7 @@ enum ServiceCode : int {
     kServiceAlgorithmUnknown = 0x0B000043,
     kServiceSignerMissing = 0x0B000044,  // the message lacks its signer's certificate
     kServiceSignerUnfit = 0x0B000045,    // its certificate isn't one for signatures
+    kServiceDataAmbiguous = 0x0B000046,  // a signature of such data would be one of others too
     kServiceFileUnreadable = 0x0B000050,
     kServiceRevocationListDamaged = 0x0B000051,
     kServiceTokenFailure = 0x0B000060,  // the token's module reports a failure of its own

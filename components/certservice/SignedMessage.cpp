@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "components/certservice/AmbiguousData.h"
 #include "components/certservice/Certificate.h"
 #include "components/certservice/MessageShape.h"
 #include "components/certservice/ServiceCodes.h"
@@ -103,8 +104,10 @@ int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* con
     if (!signer.signedAttributes) {
         if (!IsPlainData(contentType)) return kServiceMessageDamaged;
         const std::string digest = subject.ToSign(key, *hash);
-        const bool good = VerifyDigest(key, *hash, digest, BytesOf(signer.signature));
-        return good ? kServiceOk : kServiceSignatureInvalid;
+        if (!VerifyDigest(key, *hash, digest, BytesOf(signer.signature))) {
+            return kServiceSignatureInvalid;
+        }
+        return subject.fromData && IsAmbiguous(subject.bytes) ? kServiceDataAmbiguous : kServiceOk;
     }
     const ASN1_TYPE* digest = AttributeValue(signer.signedAttributes, NID_pkcs9_messageDigest);
     if (!digest || digest->type != V_ASN1_OCTET_STRING || !ContentTypeAgrees(signer, contentType)) {

@@ -40,7 +40,7 @@ public:
     // looked at. An attached message has to hold the same data, or `data` is empty and its own are
     // checked. kServiceDigestMismatch: the data are others; kServiceSignatureInvalid;
     // kServiceAlgorithmUnknown; kServiceSignerMissing; kServiceMessageDamaged: parts contradict
-    // each other.
+    // each other; kServiceDataAmbiguous: a signer has signed nothing but data that IsAmbiguous.
     int VerifyData(std::string_view data) const;
     // The same from the data's hash; with SM2 the value e. One of another length than the signer's
     // hash is a mismatch.

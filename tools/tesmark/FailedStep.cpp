@@ -31,6 +31,7 @@ const char* OfService(int code) {
         case kServiceAlgorithmUnknown: return "signature value";
         case kServiceMessageDamaged:
         case kServiceSignerMissing:
+        case kServiceDataAmbiguous:
         case kServiceCertificateDamaged: return "form";
         case kServiceSignerUnfit: return "purpose";
         case kServiceRevocationListDamaged: return "revocation";

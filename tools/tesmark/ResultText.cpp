@@ -91,6 +91,8 @@ constexpr auto kService = std::to_array<Meaning>({
     {kServiceAlgorithmUnknown, kFailed, "the algorithm is unknown, or doesn't fit the key"},
     {kServiceSignerMissing, kFailed, "the signature lacks its signer's certificate"},
     {kServiceSignerUnfit, kFailed, "the signer's certificate is not for signatures"},
+    {kServiceDataAmbiguous, kFailed,
+     "a signature of such data would be one of something else as well"},
     {kServiceTimeStampMissing, kFailed, "the signature carries no time stamp"},
     {kServiceTimeStampRefused, kFailed, "the time-stamp authority granted no stamp"},
     {kServiceTimeStampDamaged, kFailed, "this is no time stamp that can be read"},
