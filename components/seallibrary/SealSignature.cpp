@@ -2,6 +2,7 @@
 
 #include <openssl/ts.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "components/crypto/Handles.h"
@@ -13,6 +14,10 @@
 #include "components/seallibrary/SealTime.h"
 
 namespace {
+
+// What GM/T 0031 and GB/T 38540 have given out so far.
+constexpr long kOldestVersion = 1;
+constexpr long kNewestVersion = 5;
 
 // The time out of a time-stamp token: the TSTInfo (RFC 3161, section 2.4.2) stands behind its
 // content type inside an OCTET STRING behind [0]. The token's own signature isn't judged; it is a
@@ -55,6 +60,8 @@ std::optional<std::time_t> TimeOfBits(const ASN1_STRING* timeInfo) {
 }
 
 bool ReadSignedPart(const SesToSign& toSign, SealSignature& signature) {
+    long version = 0;
+    if (!NumberOf(toSign.version, kOldestVersion, kNewestVersion, version)) return false;
     signature.sealDer = BytesOf(toSign.rawSeal);
     if (ReadSeal(signature.sealDer, signature.seal) != kSealOk) return false;
     signature.time = toSign.timeInfo->type == V_ASN1_BIT_STRING
@@ -128,7 +135,9 @@ int ReadSealSignature(std::string_view der, SealSignature& signature) {
 
 std::string BuildSignedPart(const SealSignatureOrder& order) {
     const auto toSign = NewAsn1<SesToSign>();
-    if (!toSign || !SetNumber(toSign->version, order.version)) return {};
+    if (!toSign ||
+        !SetNumber(toSign->version, std::clamp(order.version, kOldestVersion, kNewestVersion)))
+        return {};
     if (!SetText(toSign->rawSeal, V_ASN1_SEQUENCE, order.sealDer)) return {};
     if (!SetTime(order, toSign->timeInfo) || !SetBits(toSign->dataHash, order.dataHash)) return {};
     if (!SetText(toSign->propertyInfo, V_ASN1_IA5STRING, order.property)) return {};

@@ -27,15 +27,15 @@ struct SealSignature {
 };
 
 // Returns 0, kSealTooLarge or kSealSignatureDamaged. Nothing is judged but the structure, that of
-// the seal inside included. Zero bytes behind the signature are allowed, as a field of fixed size
-// in a document has them; any other byte is not.
+// the seal inside included, and that the version is one of 1 to 5. Zero bytes behind the signature
+// are allowed, as a field of fixed size in a document has them; any other byte is not.
 int ReadSealSignature(std::string_view der, SealSignature& signature);
 
 // What a seal signature is made from.
 struct SealSignatureOrder {
     std::string_view sealDer;
     SealForm form = SealForm::kGb2020;  // the seal's
-    long version = 4;                   // the seal's
+    long version = 4;                   // the seal's; written as one of 1 to 5
     std::time_t time = 0;
     std::string_view dataHash;
     std::string_view property;  // ASCII

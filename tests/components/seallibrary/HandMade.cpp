@@ -68,7 +68,8 @@ std::string Build(const HandMadeSeal& seal, const TestIdentity& maker, const Tes
 
 std::string Build(const HandMadeSignature& signature, const TestIdentity& signer) {
     const std::string who = Der(0x04, signer.certificate) + signature.algorithm;
-    const std::string version = signature.form2014 ? "\x01" : "\x04";
+    const std::string usual = signature.form2014 ? "\x01" : "\x04";
+    const std::string version = signature.version.empty() ? usual : signature.version;
     const std::string toSign = Der(0x30, Der(0x02, version) + signature.seal + signature.timeInfo +
                                              DerBits(signature.dataHash) + signature.property +
                                              (signature.form2014 ? who : ""));

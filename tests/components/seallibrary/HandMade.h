@@ -48,6 +48,7 @@ std::string Build(const HandMadeSeal& seal, const TestIdentity& maker, const Tes
 
 struct HandMadeSignature {
     bool form2014 = false;
+    std::string version{};  // the content of the INTEGER; empty: 1 for 2014, 4 otherwise
     std::string seal;
     std::string timeInfo = Der(0x18, "20260615120000Z");
     std::string dataHash;

@@ -208,6 +208,21 @@ TEST_F(SignatureVerdictTest, DamageFailsAtTheStructure) {
     EXPECT_EQ(Judge(), failure);
 }
 
+TEST_F(SignatureVerdictTest, AVersionIsOneOf1To5) {
+    for (const bool form2014 : {false, true}) {
+        if (form2014) UseForm2014();
+        for (const char* version : {"\x01", "\x02", "\x03", "\x04", "\x05"}) {
+            m_signature.version = version;
+            EXPECT_EQ(Judge(), SealVerdict{});
+        }
+        for (const std::string& version : {std::string(1, '\0'), std::string("\x06"),
+                                           std::string("\xFF"), std::string("\x01\x04")}) {
+            m_signature.version = version;
+            EXPECT_EQ(Judge(), Failure(kSealSignatureDamaged, SealStep::kStructure));
+        }
+    }
+}
+
 TEST_F(SignatureVerdictTest, ZeroBytesBehindTheSignatureAreAllowed) {
     EXPECT_EQ(JudgeDer(Build(m_signature, m_signer) + std::string(500, '\0')), SealVerdict{});
 }
