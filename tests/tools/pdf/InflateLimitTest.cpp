@@ -49,8 +49,53 @@ std::string WithObjects(const std::string& data, const std::string& filter) {
            entries + "\nendstream\nendobj\nstartxref\n" + std::to_string(xref) + "\n%%EOF\n";
 }
 
+// A page beside which a stream of objects stands that becomes `size` bytes. Nothing refers to the
+// object in it: it is decoded where a revision's objects are compared, and not to stamp the page.
+std::string WithPacked(std::size_t size) {
+    const std::string packed = Deflated("4 0 null" + std::string(size - 8, ' '));
+    const std::vector<std::string> bodies = {
+        "<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] >>", "",
+        "<< /Type /ObjStm /N 1 /First 4 /Filter /FlateDecode /Length " +
+            std::to_string(packed.size()) + " >>\nstream\n" + packed + "\nendstream"};
+    std::string pdf = "%PDF-1.7\n";
+    std::string entries("\0\0\0\0\0", 5);
+    const auto entry = [&](char type, std::size_t place) {
+        entries += {type, static_cast<char>(place >> 16), static_cast<char>(place >> 8),
+                    static_cast<char>(place), '\0'};
+    };
+    for (std::size_t i = 0; i < bodies.size(); ++i) {
+        if (bodies[i].empty()) {
+            entry(2, bodies.size());
+            continue;
+        }
+        entry(1, pdf.size());
+        pdf += std::to_string(i + 1) + " 0 obj\n" + bodies[i] + "\nendobj\n";
+    }
+    const std::size_t xref = pdf.size();
+    entry(1, xref);
+    return pdf + "6 0 obj\n<< /Type /XRef /Size 7 /Root 1 0 R /W [1 3 1] /Length " +
+           std::to_string(entries.size()) + " >>\nstream\n" + entries +
+           "\nendstream\nendobj\nstartxref\n" + std::to_string(xref) + "\n%%EOF\n";
+}
+
 class InflateLimitTest : public PdfFixture {
 protected:
+    // The signatures of `pdf` stamped that often.
+    std::vector<PdfSignature> Stamped(std::string pdf, int times) {
+        for (int i = 0; i < times; ++i) {
+            const StampRequest request = RequestFor(pdf);
+            Stamp(request);
+            pdf = ReadFile(request.outputPath);
+        }
+        EXPECT_LT(pdf.size(), kMebibyte / 2) << "more is allowed from there on";
+        EXPECT_EQ(ErrorOf(pdf), StampError::kNone);
+        PdfSignatures found;
+        std::string message;
+        EXPECT_EQ(ReadPdfSignatures(Path("read.pdf"), found, message), StampError::kNone)
+            << message;
+        return found.list;
+    }
     StampError ErrorOf(const std::string& pdf) const {
         WriteFile(Path("read.pdf"), pdf);
         PdfSignatures found;
@@ -126,6 +171,24 @@ TEST_F(InflateLimitTest, ASmallPdfThatBecomesALargeOneIsCalledDamaged) {
     const std::string bomb = Deflated(Deflated(sound + std::string(64 * kMebibyte, ' ')));
     EXPECT_LT(bomb.size(), 2'000u);
     EXPECT_EQ(ErrorOf(WithObjects(bomb, "[/FlateDecode /FlateDecode]")), StampError::kDamaged);
+}
+
+TEST_F(InflateLimitTest, EachRevisionMayBecomeAsMuchAsTheDocument) {
+    // The two that are compared become 20 MiB.
+    const auto signatures = Stamped(WithPacked(10 * kMebibyte), 3);
+    ASSERT_EQ(signatures.size(), 3u);
+    for (const auto& signature : {signatures[0], signatures[1]}) {
+        EXPECT_TRUE(signature.after.compared);
+        EXPECT_TRUE(signature.after.altered.empty());
+    }
+}
+
+TEST_F(InflateLimitTest, ARevisionThatBecomesMoreIsNotCompared) {
+    const auto signatures = Stamped(WithPacked(16 * kMebibyte + 1), 2);
+    ASSERT_EQ(signatures.size(), 2u);
+    EXPECT_EQ(signatures[0].problem, RangeProblem::kNone);
+    EXPECT_GT(signatures[0].after.bytes, 0u);
+    EXPECT_FALSE(signatures[0].after.compared);
 }
 
 }  // namespace

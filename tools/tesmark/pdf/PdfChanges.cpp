@@ -22,6 +22,8 @@ bool OpenRevision(std::string_view bytes, QPDF& revision) {
     revision.setAttemptRecovery(false);
     try {
         revision.processMemoryFile("revision", bytes.data(), bytes.size());
+        // Warnings so far tell of things that change no object, like a wrong /Size.
+        revision.getWarnings();
         return revision.getRoot().isDictionary();
     } catch (const std::exception&) {
         return false;
@@ -188,6 +190,8 @@ void CompareWithRevision(CPdfBase& base, std::string_view bytes,
     } catch (const std::exception&) {
         return;
     }
+    // What can't be read is null to qpdf, which tells of it here: nobody knows what it refers to.
+    if (!revision.getWarnings().empty()) return;
     found.compared = true;
     addition = std::move(found);
 }
