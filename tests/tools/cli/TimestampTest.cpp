@@ -185,6 +185,30 @@ TEST_F(ToldTimestampTest, AStampTellsItToo) {
         << seal.out;
 }
 
+TEST_F(ToldTimestampTest, AStampOfALargeFileGetsOneOnlyWhereItIsAskedForAndTellsWhy) {
+    const std::string large = InPrefix("large.pdf");
+    const std::string contract = FileContent(kContract);
+    const auto write = [&](std::size_t size) {
+        const std::string end = "\n" + contract.substr(contract.rfind("startxref"));
+        const std::string start = contract + "\n%";
+        WriteFile(large, start + std::string(size - start.size() - end.size(), 'x') + end);
+    };
+    constexpr std::size_t kByPath = 8 * 1024 * 1024;
+    const std::vector<std::string> command = {"stamp", large, m_out, "--pin", "123456"};
+    // What is signed has the update behind the file in it.
+    for (const std::size_t size : {kByPath, kByPath - 1}) {
+        write(size);
+        const Json::Value told = Json(command);
+        EXPECT_TRUE(told.isMember("timeStamp") && told["timeStamp"].isNull()) << told;
+        EXPECT_EQ(told["noTimeStamp"].asString(), "a file that is hashed by its path gets none");
+        std::vector<std::string> asked = command;
+        asked.push_back("--timestamp");
+        EXPECT_EQ(Json(asked)["timeStamp"]["verdict"].asString(), "good");
+    }
+    write(kByPath - 1024 * 1024);
+    EXPECT_EQ(Json(command)["timeStamp"]["verdict"].asString(), "good");
+}
+
 TEST_F(ToldTimestampTest, WithoutTheSettingNothingIsToldOfTimeStamps) {
     ASSERT_EQ(Tesmark({"config", "unset", "bSignWithTimeStamp"}).exitCode, 0);
     EXPECT_EQ(Sign({}).out.find("time stamp"), std::string::npos);

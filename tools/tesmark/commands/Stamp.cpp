@@ -177,13 +177,18 @@ int Make(const SignedRanges& ranges, const std::string& property, bool timeStamp
                                : MakeFileSignature(ranges.path, property, contents);
 }
 
-// The signer keeps what it has made in `signature`.
-StampSigner SignerFor(const StampRequest& request, bool timeStamp, std::string& signature) {
-    return [property = Property(request), timeStamp, &signature](const SignedRanges& ranges,
-                                                                 std::string& contents) {
+struct Made {
+    std::string signature;
+    bool byPath = false;  // what is signed was hashed as a file
+};
+
+// The signer keeps what it has made in `made`.
+StampSigner SignerFor(const StampRequest& request, bool timeStamp, Made& made) {
+    return [property = Property(request), timeStamp, &made](const SignedRanges& ranges,
+                                                            std::string& contents) {
         if (InterruptGuard::Interrupted()) return kInterruptedCode;
         const int code = Make(ranges, property, timeStamp, contents);
-        signature = contents;
+        made = {contents, !timeStamp && !ranges.path.empty()};
         if (InterruptGuard::Interrupted()) return kInterruptedCode;
         return code == 0 && contents.empty() ? kNothingSignedCode : code;
     };
@@ -220,10 +225,9 @@ void CheckStamped(const StampResult& result, const LogMark& mark) {
 }
 
 // Why the library makes no time stamp for it; empty if it does.
-std::string WhyUnstamped(const Options& options, int mode, const CInputCopy& copy) {
+std::string WhyUnstamped(int mode, bool byPath) {
     if (mode != 0) return "a signature with a seal of a national form carries none";
-    return copy.IsLarge() && !options.timeStamp ? "a file that is hashed by its path gets none"
-                                                : "";
+    return byPath ? "a file that is hashed by its path gets none" : "";
 }
 
 std::string WorkText(const Options& options, const std::string& whyUnstamped) {
@@ -289,13 +293,15 @@ Report Stamp(const Options& options) {
     CheckCanCarryTimeStamp(options, selected);
     const StampRequest request = MakeRequest(options, page, selected);
     if (!guard) guard.emplace();
-    const std::string whyUnstamped = WhyUnstamped(options, selected.mode, copy);
-    std::string signature;
-    const StampResult result = StampShown(request, SignerFor(request, options.timeStamp, signature),
-                                          WorkText(options, whyUnstamped), copy);
+    const bool large = copy.IsLarge() && !options.timeStamp;
+    Made made;
+    const StampResult result =
+        StampShown(request, SignerFor(request, options.timeStamp, made),
+                   WorkText(options, WhyUnstamped(selected.mode, large)), copy);
     ClearSelectKeyID();
     Report report = Describe(options, selected, request, result);
-    const std::string stamp = TellTimeStamp(signature, whyUnstamped, report.json);
+    const std::string stamp =
+        TellTimeStamp(made.signature, WhyUnstamped(selected.mode, made.byPath), report.json);
     if (!stamp.empty()) report.text += "       " + stamp;
     return report;
 }
