@@ -13,7 +13,7 @@ namespace {
 constexpr char kData[] = "the bytes of the document";
 constexpr std::time_t kDay = 86'400;
 
-// What ends the road of one stamp. Without a dialog program and a pinentry nobody is asked.
+// What ends the road of one stamp. Without a pinentry nobody is asked.
 class RefusalTest : public RoadTest {
 protected:
     RefusalTest() { SetServicePath("PinentryProgram", InPrefix("no-pinentry")); }
@@ -33,19 +33,6 @@ TEST_F(RefusalTest, WithoutAnyKeyFolderThereIsNoKey) {
 }
 
 TEST_F(RefusalTest, WithoutACertificateThereIsNone) { EXPECT_EQ(Picture().code, TESMARK_NO_CERT); }
-
-TEST_F(RefusalTest, OfTwoSealsNobodyChoosesWithoutADialog) {
-    const std::string certId = SelectedRsaKey();
-    AddEsSeal(certId);
-    AddEsSeal(certId, "ESEAL02");
-    EXPECT_EQ(Picture().code, TESMARK_CANCELLED);
-}
-
-TEST_F(RefusalTest, OfTwoCertificatesNobodyChoosesWithoutADialog) {
-    AddEsSeal(SelectedRsaKey());
-    AddEsSeal(MakeKey(KeyKind::kSm2, "sm2"));
-    EXPECT_EQ(Picture().code, TESMARK_CANCELLED);
-}
 
 TEST_F(RefusalTest, WithoutALoginThereIsNobodyToAskForThePin) {
     const std::string certId = MakeKey(KeyKind::kRsa, "rsa");

@@ -109,7 +109,7 @@ class WindowedHostOnWindowsTest : public RoadTest {
 protected:
     WindowedHostOnWindowsTest() {
         for (const char* name : {"first", "second"}) {
-            const std::string certId = MakeKey(KeyKind::Rsa, name);
+            const std::string certId = MakeKey(KeyKind::kRsa, name);
             AddEsSeal(certId);
             EXPECT_EQ(Login(certId), 0);
         }
