@@ -14,6 +14,7 @@ class PzmSealTreeDlgProc final : public CSealTreeDialog {
 public:
     void OnOpen(platform::DialogWindow& window) override {
         CenterDialog(window);
+        m_scan = g_pzmScanCount;
         if (g_pzmSealItems.empty()) return;
         const platform::TreeNode root = AppendRoot(window);
         std::intptr_t index = 0;
@@ -25,14 +26,17 @@ public:
 
 private:
     // The root's data is 0 as well, so that it picks the first seal: users know it so. Another scan
-    // during the dialog leaves a list that can be shorter.
+    // during the dialog leaves a list of its own, whose seals aren't those that are shown.
     void ShowNode(platform::DialogWindow& window, std::intptr_t data) override {
+        if (m_scan != g_pzmScanCount) return;
         if (static_cast<std::size_t>(data) >= g_pzmSealItems.size()) return;
         const SealRecord& seal = g_pzmSealItems[static_cast<std::size_t>(data)];
         g_pzmDialogPick = PictureOf(seal);
         g_pzmDialogSeal = seal;
         DrawPreview(window, g_pzmDialogPick);
     }
+
+    unsigned int m_scan = 0;
 };
 
 }  // namespace

@@ -26,6 +26,7 @@ std::string g_onlineSealPick;
 int g_dialogSealRow = -1;
 int g_dialogSealCol = -1;
 std::vector<SealRecord> g_pzmSealItems;
+unsigned int g_pzmScanCount = 0;
 std::string g_pzmDialogPick;
 SealRecord g_pzmDialogSeal;
 

@@ -38,6 +38,7 @@ extern std::string g_onlineSealPick;             // the number picked
 extern int g_dialogSealRow;                      // the certificate picked in the tree; -1: none
 extern int g_dialogSealCol;                      // the seal picked there; -1: none
 extern std::vector<SealRecord> g_pzmSealItems;   // the seals of the last scan; owns their buffers
+extern unsigned int g_pzmScanCount;              // the scans so far that filled that list
 extern std::string g_pzmDialogPick;              // the picture picked among them
 extern SealRecord g_pzmDialogSeal;               // and its record, whose buffers the list owns
 

@@ -29,6 +29,7 @@ void ForgetPickedBuffers() {
 void DropScannedSeals() {
     ForgetPickedBuffers();
     FreeSeals(g_pzmSealItems);
+    ++g_pzmScanCount;
 }
 
 // What the dialog has picked, with the list's buffers for as long as it lives.
@@ -50,10 +51,17 @@ void SelectSize(const SealRecord& seal) {
     g_sealPicHeight = seal.picHeight;
 }
 
+// A host's call during the dialog can scan too: the picture that was clicked then belongs to a seal
+// that is gone, and what is selected to the other scan.
+bool UserConfirms(PzmSealPick* pick) {
+    const unsigned int scan = g_pzmScanCount;
+    return ShowPzmSealTree(pick) == DialogEnd::Confirmed && scan == g_pzmScanCount;
+}
+
 int SelectByDialog(const std::string& certId, int status, std::string& picture) {
     g_pzmDialogPick.clear();
     CScanPick picked;
-    if (ShowPzmSealTree(&picked.pick) != DialogEnd::Confirmed) {
+    if (!UserConfirms(&picked.pick)) {
         TESMARK_LOG(kLogError, "user cancel dlg %d", TESMARK_CANCELLED);
         return TESMARK_CANCELLED;
     }

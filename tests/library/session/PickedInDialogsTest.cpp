@@ -99,14 +99,29 @@ TEST_F(PickedInDialogsTest, ASealOfAScanThatAnotherOneThrewAwayCannotBePicked) {
         if (++depth == 1) {
             int length = 0;
             EXPECT_EQ(session::GetSealInfo(nullptr, &length), TESMARK_CANCELLED);
-            dialog.PickNode(TESMARK_SEAL_TREE, "HLVQSEAL02");
-            dialog.PressButton(TESMARK_BUTTON_OK);
+            PickNodeAndConfirm(dialog, "HLVQSEAL02");
         }
     });
-    EXPECT_EQ(Query(), 0);
+    ExpectQueryFails(TESMARK_CANCELLED);
     EXPECT_EQ(depth, 2);
-    EXPECT_EQ(m_length, -7);
     EXPECT_TRUE(g_pzmSealItems.empty());
+}
+
+TEST_F(PickedInDialogsTest, ASealOfAnotherScanCannotBePickedByAPlaceInTheTreeOfTheFirst) {
+    PhoneLeaves({{"HLVQSEAL01", "first"}, {"HLVQSEAL02", "second"}});
+    const ScriptedDialogs dialogs([&](ScriptedDialog& dialog) {
+        dialog.PickNode(TESMARK_SEAL_TREE, "HLVQSEAL02");
+        LeaveOneNationalSeal();
+        int length = 0;
+        EXPECT_EQ(session::GetSealInfo(nullptr, &length), 0);
+        PickNodeAndConfirm(dialog, "HLVQSEAL01");
+        EXPECT_EQ(g_pzmDialogPick, "second");
+    });
+    EXPECT_EQ(Query(), TESMARK_CANCELLED);
+    EXPECT_EQ(m_length, -7);
+    EXPECT_EQ(g_sealInfoCache.View(), "national picture");
+    EXPECT_EQ(g_selectedSeal.View(), "national seal");
+    EXPECT_THAT(dialogs.Asked(), ElementsAre("TesmarkOpt_x64 104"));
 }
 
 TEST_F(PickedInDialogsTest, TheSealsOfAScanConfirmedWithoutAClickDeliverNothing) {

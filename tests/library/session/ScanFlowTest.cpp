@@ -185,17 +185,52 @@ TEST_F(ScanFlowTest, AScanDuringTheDialogOfAnotherLeavesNothingOfTheFirstInUse) 
     AddNationalSeal();
     PhoneLeaves({{"HLVQSEAL", "bare picture"}, {"SEAL01", "national seal"}});
     g_user.pzmSealTree = [this](PzmSealPick* pick) {
+        if (++m_shown == 2) return DialogEnd::Closed;
         g_pzmDialogPick = "clicked";
         g_pzmDialogSeal = g_pzmSealItems.at(1);
-        UserLeaves(DialogEnd::Closed);
         int length = 0;
         EXPECT_EQ(session::GetSealInfo(nullptr, &length), TESMARK_CANCELLED);
         *pick = {g_pzmDialogPick, g_pzmDialogSeal};
         return DialogEnd::Confirmed;
     };
-    EXPECT_EQ(Query(), 0);
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_EQ(m_shown, 2);
+    EXPECT_EQ(g_esealMode, 0);
     EXPECT_TRUE(g_selectedSeal.Empty());
+    EXPECT_TRUE(g_selectedSealName.Empty());
+    EXPECT_EQ(g_sealPicHeight, 0);
+    EXPECT_EQ(g_selectedSealIndex, -1);
     EXPECT_TRUE(g_pzmSealItems.empty());
+    EXPECT_EQ(g_pzmDialogSeal.sealData, nullptr);
+    EXPECT_EQ(g_pzmDialogSeal.picData, nullptr);
+    EXPECT_THAT(ScanFailures(), ElementsAre("user cancel dlg -3004", "user cancel dlg -3004"));
+}
+
+TEST_F(ScanFlowTest, AScanOfOneSealDuringTheDialogOfAnotherKeepsItsOwnPictureWithItsOwnFile) {
+    PhoneLeaves({{"HLVQSEAL01", "first"}, {"HLVQSEAL02", "second"}});
+    g_user.pzmSealTree = [](PzmSealPick* pick) {
+        g_pzmDialogPick = "first";
+        g_pzmDialogSeal = g_pzmSealItems.at(0);
+        LeaveOneNationalSeal();
+        int length = 0;
+        EXPECT_EQ(session::GetSealInfo(nullptr, &length), 0);
+        EXPECT_EQ(length, 16);
+        *pick = {g_pzmDialogPick, g_pzmDialogSeal};
+        return DialogEnd::Confirmed;
+    };
+    unsigned char picture[8] = "as was";
+    m_length = 7;
+    EXPECT_EQ(session::GetSealInfo(picture, &m_length), TESMARK_CANCELLED);
+    EXPECT_EQ(m_length, 7);
+    EXPECT_STREQ(reinterpret_cast<char*>(picture), "as was");
+    EXPECT_THAT(ScanFailures(), ElementsAre("user cancel dlg -3004"));
+    EXPECT_EQ(g_sealInfoCache.View(), "national picture");
+    EXPECT_EQ(g_selectedSeal.View(), "national seal");
+    EXPECT_EQ(g_selectedSealName.Text(), "SEAL01");
+    EXPECT_EQ(g_esealMode, 1);
+    EXPECT_EQ(g_sealPicHeight, 40);
+    EXPECT_EQ(g_certEsealOpt.m_certs.at(0).seals.at(0).picLen, 16);
+    EXPECT_EQ(g_sealFlowBusy, 0);
 }
 
 TEST_F(ScanFlowTest, ASearchDuringTheDialogThatEmptiesTheListLeavesNowhereToKeepThePicture) {

@@ -30,6 +30,13 @@ protected:
     static void AddNationalSeal() {
         fakes::AddNationalSeal("national seal", "name", "national picture");
     }
+    // The next scan brings this seal alone.
+    static void LeaveOneNationalSeal() {
+        fakes::ResetWorld();
+        AddScanEntry();
+        AddNationalSeal();
+        PhoneLeaves({{"SEAL01", "national seal"}});
+    }
     // The dialog for the seals of a scan, in which the user clicks on the seal at `index`.
     void UserPicks(std::size_t index) {
         g_user.pzmSealTree = [this, index](PzmSealPick* pick) {
