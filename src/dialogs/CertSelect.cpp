@@ -17,14 +17,14 @@ std::vector<TextPair> ReadEntries(std::string_view list) {
 
 class CertSelectDlgProc final : public CListDialog {
 public:
-    CertSelectDlgProc() : CListDialog(TESMARK_CERT_LIST, g_dialogCertItems) {}
+    CertSelectDlgProc() : CListDialog(TESMARK_CERT_LIST) {}
 
     // Without certificates the list doesn't even ask to pick one.
     void OnOpen(platform::DialogWindow& window) override {
         g_dialogCertItems.clear();
         if (g_dialogCertLabel.empty()) return;
         g_dialogCertItems = ReadEntries(g_dialogCertLabel);
-        ShowEntries(window);
+        ShowEntries(window, g_dialogCertItems);
     }
 
 private:

@@ -8,7 +8,9 @@ constexpr char kPleasePick[] = "-----请选择-----";
 
 }  // namespace
 
-void CListDialog::ShowEntries(platform::DialogWindow& window) const {
+void CListDialog::ShowEntries(platform::DialogWindow& window,
+                              const std::vector<TextPair>& entries) {
+    m_entries = entries;
     window.AppendRow(m_list, kPleasePick);
     for (const auto& [label, value] : m_entries) window.AppendRow(m_list, label);
     window.SelectRow(m_list, 0);

@@ -7,9 +7,9 @@ namespace {
 
 class OnlineSealDlgProc final : public CListDialog {
 public:
-    OnlineSealDlgProc() : CListDialog(TESMARK_ONLINE_SEAL_LIST, g_onlineSealNames) {}
+    OnlineSealDlgProc() : CListDialog(TESMARK_ONLINE_SEAL_LIST) {}
 
-    void OnOpen(platform::DialogWindow& window) override { ShowEntries(window); }
+    void OnOpen(platform::DialogWindow& window) override { ShowEntries(window, g_onlineSealNames); }
 
 private:
     void Take(const TextPair& entry) override { g_onlineSealPick = entry.second; }

@@ -124,6 +124,20 @@ TEST_F(CertSelectTest, TheEntriesStayUntilTheNextOpening) {
     EXPECT_THAT(g_dialogCertItems, ElementsAre(Pair("three", "cert-3")));
 }
 
+TEST_F(CertSelectTest, TheCertificateThatTheRowShowsIsTakenThoughTheEntriesWereFilledAnew) {
+    for (const bool emptied : {false, true}) {
+        EXPECT_EQ(Show([&](ScriptedDialog& dialog) {
+                      g_dialogCertItems.clear();
+                      if (!emptied) g_dialogCertItems.assign(2, {"other", "cert-9"});
+                      dialog.PickRow(TESMARK_CERT_LIST, 2);
+                      dialog.PressButton(TESMARK_BUTTON_OK);
+                  }),
+                  kDialogConfirmed);
+        EXPECT_EQ(g_pickedCertLabel, "one");
+        EXPECT_EQ(g_currentCertId.Text(), "cert-1");
+    }
+}
+
 TEST_F(CertSelectTest, ALabelOfAnyLengthStandsInTheListInFull) {
     const std::string label(300, 'x');
     g_dialogCertLabel = label + "||" + std::string(100, 'c') + "&&&";

@@ -34,6 +34,28 @@ TEST_F(PickedInDialogsTest, ACertificateOutOfTheListIsTheChosenOne) {
     EXPECT_THAT(dialogs.Asked(), ElementsAre("TesmarkOpt_x64 101"));
 }
 
+TEST_F(PickedInDialogsTest, ACertificateIsTheOneItsRowShowsThoughOthersWereOfferedMeanwhile) {
+    fakes::ResetWorld();
+    fakes::AddCertificate("one", "cert-1");
+    fakes::AddCertificate("two", "cert-2");
+    int depth = 0;
+    const ScriptedDialogs dialogs([&](ScriptedDialog& dialog) {
+        if (++depth == 2) return dialog.CloseWindow();
+        fakes::ResetWorld();
+        fakes::AddCertificate("three", "cert-3");
+        fakes::AddCertificate("four", "cert-4");
+        char type[kKeyTypeSize] = {};
+        EXPECT_EQ(session::GetCertType(type), TESMARK_FAILED);
+        dialog.PickRow(TESMARK_CERT_LIST, 2);
+        dialog.PressButton(TESMARK_BUTTON_OK);
+    });
+    std::string certId;
+    EXPECT_EQ(ChooseCertificate(certId), 0);
+    EXPECT_EQ(depth, 2);
+    EXPECT_EQ(certId, "cert-2");
+    EXPECT_EQ(g_pickedCertLabel, "two");
+}
+
 TEST_F(PickedInDialogsTest, AClosedListOfCertificatesSelectsNone) {
     fakes::ResetWorld();
     fakes::AddCertificate("one", "cert-1");
