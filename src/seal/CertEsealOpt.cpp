@@ -56,10 +56,12 @@ int CCertEsealOpt::praseEnumFiles(std::string text, std::vector<std::string>& na
 
 int CCertEsealOpt::GetEsealInfo() {
     TESMARK_LOG_SCOPE("CCertEsealOpt::GetEsealInfo");
-    for (std::size_t index = 0; index < m_certs.size(); ++index) {
+    const unsigned int clearings = m_clearings;
+    for (std::size_t index = 0; clearings == m_clearings && index < m_certs.size(); ++index) {
         const std::string certId = m_certs[index].CertIdText();
         std::string list;
-        if (ListKeyFiles(*m_appOpt, certId.c_str(), list) != 0) continue;
+        const int code = ListKeyFiles(*m_appOpt, certId.c_str(), list);
+        if (code != 0 || clearings != m_clearings) continue;
         std::vector<std::string> names;
         if (praseEnumFiles(std::move(list), names) == 0) {
             TESMARK_LOG(kLogError, "praseEnumFiles error");
@@ -73,4 +75,5 @@ int CCertEsealOpt::GetEsealInfo() {
 void CCertEsealOpt::ClearCertList() {
     for (CertRecord& cert : m_certs) FreeSeals(cert.seals);
     m_certs.clear();
+    ++m_clearings;
 }

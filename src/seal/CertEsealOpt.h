@@ -9,6 +9,8 @@
 
 // Each enumeration throws the list away and builds a new one, in the order in which the service
 // names certificates and files. A seal that can't be read is left out, with at most a log record.
+// An enumeration that a host's call starts while the service answers another one is the one whose
+// list stands: the other adds nothing more to it.
 class CCertEsealOpt {
 public:
     explicit CCertEsealOpt(CAppOpt* appOpt) : m_appOpt(appOpt) {}
@@ -33,4 +35,5 @@ public:
 
     CAppOpt* m_appOpt;
     std::vector<CertRecord> m_certs;
+    unsigned int m_clearings = 0;  // how often a list was thrown away
 };

@@ -119,6 +119,7 @@ void HandOver(Draft& draft, std::vector<SealRecord>& seals) {
 
 int CCertEsealOpt::GetEsealList(std::vector<std::string> names, int index, const char* certId) {
     int result = 0;
+    const unsigned int clearings = m_clearings;
     for (const std::string& name : names) {
         Draft draft;
         result = ReadFile(*m_appOpt, name.c_str(), certId, draft.file);
@@ -126,6 +127,7 @@ int CCertEsealOpt::GetEsealList(std::vector<std::string> names, int index, const
         const NameRule& rule = RuleFor(name);
         draft.record.type = rule.type;
         result = ReadByRule(rule.reader, name, draft);
+        if (clearings != m_clearings) break;
         if (result != 0) continue;
         HandOver(draft, m_certs[static_cast<std::size_t>(index)].seals);
     }

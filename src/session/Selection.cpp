@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "TesmarkOpt.h"
 #include "foundation/Logger.h"
@@ -56,16 +57,20 @@ bool SelectSeal(const CertRecord& cert, const std::string& sealBase64) {
 }
 
 // A seal that was selected before makes a search that found nothing look like success: hosts know
-// it so.
+// it so. While the service is asked, a host's call can rebuild the list: the place then stands for
+// the certificate only if it still has its identifier.
 int SelectFromKeys(const std::string& serial, const std::string& sealBase64) {
     int status = 0;
-    for (const CertRecord& cert : g_certEsealOpt.m_certs) {
-        const std::string certId = cert.CertIdText();
+    const std::vector<CertRecord>& certs = g_certEsealOpt.m_certs;
+    for (std::size_t index = 0; index < certs.size(); ++index) {
+        const std::string certId = certs[index].CertIdText();
         std::string found;
         status = ReadSerial(certId.c_str(), found);
         if (found != serial) continue;
         g_currentCertId.Assign(certId);
-        if (g_esealMode == SealTypeDefault || SelectSeal(cert, sealBase64)) return 0;
+        if (g_esealMode == SealTypeDefault) return 0;
+        const bool stands = index < certs.size() && certs[index].CertIdText() == certId;
+        if (stands && SelectSeal(certs[index], sealBase64)) return 0;
     }
     return g_selectedSeal.Empty() ? TESMARK_NO_SEAL_MATCHES : status;
 }
