@@ -12,6 +12,7 @@
 #include "foundation/Logger.h"
 #include "host/ModuleState.h"
 #include "platform/closed/SealPicture.h"
+#include "seal/ShownSeals.h"
 
 std::vector<std::unique_ptr<TreeItemData>> g_dialogSealItems;
 
@@ -63,6 +64,8 @@ public:
 
 private:
     void ShowNode(platform::DialogWindow& window, std::intptr_t data) override;
+
+    CShownSeals m_shown;
 };
 
 void AppendCert(platform::DialogWindow& window, platform::TreeNode root, int index) {
@@ -81,6 +84,7 @@ void AppendCert(platform::DialogWindow& window, platform::TreeNode root, int ind
 void CertSealTreeDlgProc::OnOpen(platform::DialogWindow& window) {
     CenterDialog(window);
     SelectNothing();
+    m_shown = CShownSeals(g_certEsealOpt.m_certs);
     const int certCount = static_cast<int>(g_certEsealOpt.m_certs.size());
     if (certCount == 0) return;
     const platform::TreeNode root = AppendRoot(window);
@@ -99,18 +103,11 @@ void ShowCert(platform::DialogWindow& window, const TreeItemData& data) {
                    "此证书包含印章 " + std::to_string(data.sealValue) + " 个！");
 }
 
-// Nothing if the list doesn't reach there any more: a host's call during the dialog rebuilds it.
-const SealRecord* FindSeal(const TreeItemData& data) {
-    const auto cert = static_cast<std::size_t>(data.certIndex);
-    const auto seal = static_cast<std::size_t>(data.sealValue);
-    const std::vector<CertRecord>& certs = g_certEsealOpt.m_certs;
-    const bool held = cert < certs.size() && seal < certs[cert].seals.size();
-    return held ? &certs[cert].seals[seal] : nullptr;
-}
-
-// Nothing changes where the conversion fails: OK then confirms what was picked before.
-void ShowSeal(platform::DialogWindow& window, const TreeItemData& data) {
-    const SealRecord* const seal = FindSeal(data);
+// Nothing changes where the conversion fails: OK then confirms what was picked before. A seal that
+// isn't the one in the tree any more can't be picked.
+void ShowSeal(platform::DialogWindow& window, const TreeItemData& data, const CShownSeals& shown) {
+    const SealRecord* const seal =
+        shown.FindSeal(g_certEsealOpt.m_certs, data.certIndex, data.sealValue);
     if (seal == nullptr) return SelectNothing();
     std::string picture = PictureOf(*seal);
     if (!LooksLikeGif(picture) && !ConvertToGif(picture)) return;
@@ -123,7 +120,7 @@ void CertSealTreeDlgProc::ShowNode(platform::DialogWindow& window, std::intptr_t
     const auto* const item = reinterpret_cast<const TreeItemData*>(data);
     if (item == nullptr) return SelectNothing();
     if (item->isCert == 1) return ShowCert(window, *item);
-    ShowSeal(window, *item);
+    ShowSeal(window, *item, m_shown);
 }
 
 struct EndOfItems {

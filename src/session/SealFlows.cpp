@@ -11,6 +11,7 @@
 #include "host/ModuleState.h"
 #include "platform/closed/SealLibrary.h"
 #include "seal/CertKinds.h"
+#include "seal/ShownSeals.h"
 #include "session/ScanBranch.h"
 
 namespace {
@@ -118,11 +119,6 @@ int ProbeCheckDeliver(const CertRecord& cert, int sealIndex, const Options& opti
     return code;
 }
 
-template <typename List>
-bool Holds(const List& list, int index) {
-    return index >= 0 && static_cast<std::size_t>(index) < list.size();
-}
-
 }  // namespace
 
 int ProbeKey(const CertRecord& cert, bool withTimeStamp, bool logFailure) {
@@ -176,26 +172,27 @@ int SelectSingleCertFlow(unsigned char* buffer, int* length, bool withTimeStamp,
 
 int SelectByDialogFlow(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus) {
     g_sealFlowBusy = 1;
+    const std::vector<CertRecord>& certs = g_certEsealOpt.m_certs;
+    const CShownSeals shown(certs);
     CertSealPick pick;
     if (ShowCertSealTree(&pick) != DialogEnd::Confirmed) {
         TESMARK_LOG(kLogError, "user cancel dlg %d", TESMARK_CANCELLED);
         return TESMARK_CANCELLED;
     }
-    // Nothing picked, or what the list no longer holds after a call that came during the dialog.
-    const std::vector<CertRecord>& certs = g_certEsealOpt.m_certs;
-    if (!Holds(certs, pick.certIndex)) {
+    // Nothing picked, or what the list no longer holds there after a call during the dialog.
+    const CertRecord* const cert = shown.FindCert(certs, pick.certIndex);
+    if (cert == nullptr) {
         g_sealFlowBusy = 0;
         return TESMARK_CANCELLED;
     }
-    const CertRecord& cert = certs[static_cast<std::size_t>(pick.certIndex)];
-    if (!Holds(cert.seals, pick.sealIndex)) {
+    if (shown.FindSeal(certs, pick.certIndex, pick.sealIndex) == nullptr) {
         g_sealFlowBusy = 0;
-        const std::string certId = cert.CertIdText();
+        const std::string certId = cert->CertIdText();
         const bool isScan = pick.sealIndex == -1 && IsScanDevice(certId);
         return isScan ? SelectByScan(certId, buffer, length) : TESMARK_CANCELLED;
     }
     const int code =
-        ProbeCheckDeliver(cert, pick.sealIndex, {withTimeStamp, reqStatus, true}, buffer, length);
+        ProbeCheckDeliver(*cert, pick.sealIndex, {withTimeStamp, reqStatus, true}, buffer, length);
     if (code != 0) g_sealFlowBusy = 0;
     return code;
 }

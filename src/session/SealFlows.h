@@ -25,5 +25,5 @@ void DeliverSeal(const CertRecord& cert, const SealRecord& seal, unsigned char* 
 int SelectSingleCertFlow(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus);
 
 // Asks the user, who can pick the scan by phone too. -3004: the dialog was closed, could not be
-// shown or ended with nothing picked that the list holds.
+// shown or ended with nothing picked that the list still holds where it was shown.
 int SelectByDialogFlow(unsigned char* buffer, int* length, bool withTimeStamp, int reqStatus);

@@ -13,12 +13,26 @@ class DialogFlowTest : public FlowTest {
 protected:
     DialogFlowTest() {
         TreeEndsWith(DialogEnd::Confirmed, {});
-        fakes::AddCertificate("one", "cert-1");
-        fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("old picture"));
-        fakes::AddFile("cert-1", "GBESEAL01", "national seal");
+        AddWorld("national seal");
         fakes::AddCertificate("two", "cert-2");
         fakes::AddFile("cert-2", "SEAL01", "national seal");
-        fakes::AddNationalSeal("national seal", "name", "national picture");
+    }
+    // A certificate with an old seal and a national one, which has this file.
+    static void AddWorld(const std::string& file, const std::string& certId = "cert-1") {
+        fakes::AddCertificate("one", certId);
+        fakes::AddFile(certId, "ESEAL01", fakes::EsSeal("old picture"));
+        fakes::AddFile(certId, "GBESEAL01", file);
+        fakes::AddNationalSeal(file, "name", "national picture");
+    }
+    // The user confirms this pick, and meanwhile the keys change so and the list is read anew.
+    static void PicksWhile(CertSealPick picked, std::function<void()> change) {
+        g_user.certSealTree = [=](CertSealPick* pick) {
+            change();
+            const unsigned char text[] = "text";
+            session::SetCertSeal(text, 4, text, 4, 0);
+            *pick = picked;
+            return DialogEnd::Confirmed;
+        };
     }
 };
 
@@ -114,17 +128,55 @@ TEST_F(DialogFlowTest, AnIndexOutOfTheListIsACancel) {
 }
 
 TEST_F(DialogFlowTest, ASearchDuringTheDialogThatEmptiesTheListMakesThePickACancel) {
-    g_user.certSealTree = [](CertSealPick* pick) {
+    PicksWhile({0, 1}, [] {
         fakes::ResetWorld();
         fakes::AddCertificate("翠枫证书", "cert-1");  // is left out of the list
-        const unsigned char text[] = "text";
-        session::SetCertSeal(text, 4, text, 4, 0);
-        *pick = {0, 1};
-        return DialogEnd::Confirmed;
-    };
+    });
     EXPECT_EQ(Query(), TESMARK_CANCELLED);
     EXPECT_TRUE(g_certEsealOpt.m_certs.empty());
     EXPECT_EQ(g_sealFlowBusy, 0);
+}
+
+TEST_F(DialogFlowTest, AnotherSealInThePlaceOfTheShownOneMakesThePickACancel) {
+    PicksWhile({0, 1}, [] {
+        fakes::ResetWorld();
+        AddWorld("other seal");
+    });
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_EQ(g_certEsealOpt.m_certs.at(0).seals.size(), 2U);
+    EXPECT_THAT(Failures(), IsEmpty());
+    EXPECT_THAT(ProbesAndChecks(), IsEmpty());
+}
+
+TEST_F(DialogFlowTest, AnotherCertificateInThePlaceOfTheShownOneMakesThePickACancel) {
+    PicksWhile({0, 1}, [] {
+        fakes::ResetWorld();
+        AddWorld("national seal", "cert-3");
+    });
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_EQ(g_certEsealOpt.m_certs.at(0).seals.size(), 2U);
+    EXPECT_THAT(Failures(), IsEmpty());
+}
+
+TEST_F(DialogFlowTest, AnotherDeviceInThePlaceOfTheShownScanIsNotScanned) {
+    fakes::AddCertificate("scan", "box/hlvqDev000000000000000000");
+    PicksWhile({2, -1}, [] {
+        fakes::ResetWorld();
+        for (const char* certId : {"cert-1", "cert-2", "other/hlvqDev000000000000000000"}) {
+            fakes::AddCertificate("any", certId);
+        }
+    });
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_EQ(g_certEsealOpt.m_certs.size(), 3U);
+    EXPECT_FALSE(Called("SOF_Login"));
+}
+
+TEST_F(DialogFlowTest, AListThatWasReadAnewDuringTheDialogAsItWasKeepsThePick) {
+    PicksWhile({0, 1}, [] {});
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(g_currentCertId.Text(), "cert-1");
+    EXPECT_EQ(g_selectedSeal.View(), "national seal");
+    EXPECT_EQ(g_sealInfoCache.View(), "national picture");
 }
 
 TEST_F(DialogFlowTest, ASearchDuringTheTestSignatureDoesNotPullThePickedSealAway) {

@@ -114,6 +114,27 @@ TEST_F(PickedInDialogsTest, ASealThatACallDuringTheDialogTookOffTheListCannotBeP
     }
 }
 
+TEST_F(PickedInDialogsTest, AnotherSealInThePlaceOfTheOneInTheTreeIsNeitherPreviewedNorPicked) {
+    fakes::ResetWorld();
+    const auto addSeals = [](const std::string& picture) {
+        fakes::AddCertificate("key", "cert-1");
+        fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("GIF of the first", "first"));
+        fakes::AddFile("cert-1", "ESEAL02", fakes::EsSeal(picture, "second"));
+    };
+    addSeals("GIF of the second");
+    const ScriptedDialogs dialogs([&](ScriptedDialog& dialog) {
+        dialog.PickNode(TESMARK_SEAL_TREE, "first");
+        fakes::ResetWorld();
+        addSeals("GIF of another");
+        const unsigned char text[] = "text";
+        session::SetCertSeal(text, 4, text, 4, 0);
+        PickNodeAndConfirm(dialog, "second");
+        EXPECT_EQ(g_dialogSealRow, -1);
+        EXPECT_EQ(g_dialogSealCol, -1);
+    });
+    ExpectQueryFails(TESMARK_CANCELLED);
+}
+
 TEST_F(PickedInDialogsTest, ASealOfAScanThatAnotherOneThrewAwayCannotBePicked) {
     PhoneLeaves({{"HLVQSEAL01", "first"}, {"HLVQSEAL02", "second"}});
     int depth = 0;
