@@ -56,14 +56,15 @@ enum TesmarkResult {
     TESMARK_FAILED = -1,              /* refresh of a revocation list failed; no seal to be had; no
                                          certificate was chosen, or a scanned seal has no size */
     TESMARK_SCANNED_SEAL_UNREAD = -2, /* the last of the scanned seals can't be read */
-    TESMARK_NOT_AN_ES_FILE = -3,      /* a seal of the old format doesn't begin with "ES" */
+    TESMARK_NOT_AN_ES_FILE = -3,      /* an old seal without "ES" ahead, or one of a scan cut off */
     TESMARK_NULL_ARGUMENT = -1000,    /* SetCertSeal: a null pointer */
     TESMARK_NO_SEAL_MATCHES = -2031,  /* SetCertSeal: nothing matched, and no seal is selected */
     TESMARK_TIME_OUTSIDE_VALIDITY = -2050,  /* VerifySignTime: not within the validity */
     TESMARK_ENUMERATION_NO_SERVICE = -3000, /* the service can't be started */
     TESMARK_CERT_LIST_FORMAT = -3002,       /* the list of certificates has no "||" */
     TESMARK_SEAL_FORMAT = -3003,            /* seal data that doesn't begin with "ES" */
-    TESMARK_CANCELLED = -3004,              /* the dialog was closed, or could not be shown */
+    TESMARK_CANCELLED = -3004,              /* the dialog was closed, could not be shown, or ended
+                                               with nothing picked that is still there */
     TESMARK_BUSY = -3006,                   /* a selection is already running */
     TESMARK_NOT_TRUSTED = -3007,            /* the certificate's chain is not trusted */
     TESMARK_TIME_STAMP_FAILED = -3008,      /* the time stamp could not be made */
@@ -131,10 +132,14 @@ TESMARK_EXPORT int GetSelectedSeal(unsigned char* out, int* outLen);
 
 /* Selects by what a host remembers: the certificate's serial number as text, as
  * ParseCertFieldData gives field 2, and the Base64 of the seal's file. Mode 0 asks for the
- * certificate alone. Serial and Base64 are compared byte for byte. TESMARK_NULL_ARGUMENT. Where
- * nothing matched: TESMARK_NO_SEAL_MATCHES if no seal was selected before; otherwise that seal
- * stays selected, and the result is 0, or the code for the serial number of the last certificate
- * if that couldn't be read. */
+ * certificate alone. Serial and Base64 are compared byte for byte. TESMARK_NULL_ARGUMENT, with
+ * nothing changed; behind that `mode` is the new one whatever fails, until a seal that is found
+ * puts its type there. A certificate that is found stays selected when its seal isn't. Where no
+ * seal matched: TESMARK_NO_SEAL_MATCHES if none was selected before; otherwise that seal stays
+ * selected, and the result is 0, or the code for the serial number of the last certificate if that
+ * couldn't be read.
+ * With the setting bSealPosition 1 the seal is what the Base64 stands for, and with 3 nothing is
+ * searched; in both cases nothing is compared, the certificate stays, and the result is 0. */
 TESMARK_EXPORT int SetCertSeal(const unsigned char* serial, int serialLen,
                                const unsigned char* sealBase64, int sealLen, int mode);
 

@@ -11,7 +11,7 @@
 // 0, -1 for a list without "||" and for a dialog that was cancelled, -3050 for a failed login, with
 // nothing selected and the label empty, or a code of CAppOpt::GetUserList or GetLastLoginCertID. 0
 // with `certId` left alone: only certificates that are left out, or a dialog that couldn't be
-// shown.
+// shown. 0 with both emptied: a service of the cloud that can't be asked for the identifier in use.
 int ChooseCertificate(std::string& certId);
 
 // The work of the export of this name; its contract stands in TesmarkOpt.h.
