@@ -92,9 +92,11 @@ TEST_F(CertificatePresenceTest, AServiceThatCannotStartIsTheResult) {
 }
 
 TEST_F(CertificatePresenceTest, ATextWithoutBytesIsTheStringTypesFailure) {
-    EXPECT_ANY_THROW(CheckIsCertExist(nullptr, 4));
+    EXPECT_EQ(StringFailureOf([] { CheckIsCertExist(nullptr, 4); }),
+              StringFailure::kInvalidArgument);
     const unsigned char text[] = "text";
-    EXPECT_ANY_THROW(CheckIsCertExist(text, -1));
+    EXPECT_EQ(StringFailureOf([&] { CheckIsCertExist(text, -1); }),
+              StringFailure::kInvalidArgument);
 }
 
 TEST_F(CertificatePresenceTest, AListWithoutAUsableIdentifierIsZero) {
@@ -202,7 +204,7 @@ TEST_F(CertificatePresenceTest, AFetchWithoutACacheTellsTheLengthAndLeavesTheBuf
     EXPECT_STREQ(reinterpret_cast<char*>(buffer), "abc");
 }
 
-TEST_F(CertificatePresenceTest, AQueryReadsAnewAndTheEndOfTheSelectionDropsTheText) {
+TEST_F(CertificatePresenceTest, AQueryReadsTheTextAnew) {
     fakes::AddCertificate("one", "cert-1");
     fakes::AddCertificate("two", "certificate-2");
     SetCurrentCertID("cert-1");
@@ -211,11 +213,23 @@ TEST_F(CertificatePresenceTest, AQueryReadsAnewAndTheEndOfTheSelectionDropsTheTe
     SetCurrentCertID("certificate-2");
     ASSERT_EQ(GetCertBase64Data(nullptr, &length), 0);
     EXPECT_EQ(Fetch(length), TextOf("certificate-2"));
-    ResetEsealData();
-    unsigned char buffer[4] = "abc";
-    length = 3;
-    EXPECT_EQ(GetCertBase64Data(buffer, &length), 0);
-    EXPECT_STREQ(reinterpret_cast<char*>(buffer), "abc");
+}
+
+TEST_F(CertificatePresenceTest, EachEndOfASelectionDropsTheText) {
+    fakes::AddCertificate("label", "cert-1");
+    using End = void (*)();
+    for (const End end :
+         {End([] { ResetEsealData(); }), End([] { ClearSelectKeyID(); }), End([] { Logout(); })}) {
+        SetCurrentCertID("cert-1");
+        int length = 0;
+        ASSERT_EQ(GetCertBase64Data(nullptr, &length), 0);
+        end();
+        unsigned char buffer[4] = "abc";
+        length = 3;
+        EXPECT_EQ(GetCertBase64Data(buffer, &length), 0);
+        EXPECT_STREQ(reinterpret_cast<char*>(buffer), "abc");
+        EXPECT_EQ(length, static_cast<int>(TextOf("cert-1").size()));
+    }
 }
 
 TEST_F(CertificatePresenceTest, WithoutASelectionTheCertificateIsChosen) {

@@ -216,7 +216,8 @@ TEST_F(DialogFlowTest, ATimeStampOfTheProbedByteIsMadeOnTheWay) {
     m_prefix.SetNumber("bSignWithTimeStamp", 1);
     TreeEndsWith(DialogEnd::Confirmed, {1, 0});
     EXPECT_EQ(Query(), 0);
-    EXPECT_EQ(fakes::CountCalls("SOF_TSGenPDFSignature"), 1);
+    EXPECT_THAT(fakes::CallTexts("SOF_TSGenPDFSignature"),
+                ElementsAre(testing::EndsWith(", 1 \"1\", size?)")));
     fakes::On("SOF_TSGenPDFSignature").Returns(95);
     EXPECT_EQ(Query(), TESMARK_TIME_STAMP_FAILED);
     EXPECT_EQ(Failures().back(), "SignTimeStamp error 95");
@@ -240,6 +241,23 @@ TEST_F(DialogFlowTest, ASealThatIsNotValidEndsTheFlow) {
     EXPECT_THAT(Failures(), ElementsAre("TVK_Verify_SESeal error 9"));
     EXPECT_EQ(g_esealMode, 2);
     EXPECT_EQ(g_selectedSealIndex, 1);
+}
+
+TEST_F(DialogFlowTest, AFailureKeepsTheFormerSelectionButForTheModeAndTheIndex) {
+    TreeEndsWith(DialogEnd::Confirmed, {0, 0});
+    ASSERT_EQ(Query(), 0);
+    fakes::On("TVK_Verify_SESeal").Returns(9);
+    fakes::AddFile("cert-2", "GBESEAL01", "national seal");
+    TreeEndsWith(DialogEnd::Confirmed, {1, 1});
+    EXPECT_EQ(Query(), 9);
+    EXPECT_EQ(g_esealMode, 2);
+    EXPECT_EQ(g_selectedSealIndex, 1);
+    EXPECT_EQ(g_currentCertId.Text(), "cert-1");
+    EXPECT_EQ(g_selectedSeal.View(), fakes::EsSeal("old picture"));
+    EXPECT_EQ(g_selectedSealName.Text(), "seal");
+    EXPECT_EQ(g_sealPicWidth, -1);
+    EXPECT_EQ(g_sealPicHeight, -1);
+    EXPECT_EQ(g_sealInfoCache.View(), "old picture");
 }
 
 TEST_F(DialogFlowTest, AnEmptyStatusFieldEndsTheFlowWithZeroAndNothingSelected) {

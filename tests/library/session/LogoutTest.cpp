@@ -28,10 +28,17 @@ TEST_F(LogoutTest, EveryCertificateIsLoggedOutAndTheSelectionEnds) {
     EXPECT_THAT(Failures(), IsEmpty());
 }
 
-TEST_F(LogoutTest, TheSealAndItsPictureAreDroppedAndItsSizeStays) {
+TEST_F(LogoutTest, TheSealItsPictureAndTheCertificatesTextAreDroppedAndTheSizeStays) {
     AddGbKey();
     ASSERT_EQ(Query(), 0);
+    int length = 0;
+    ASSERT_EQ(GetCertBase64Data(nullptr, &length), 0);
     EXPECT_EQ(Logout(), 0);
+    fakes::ResetWorld();
+    unsigned char buffer[16];
+    length = 16;
+    EXPECT_EQ(GetSealInfo(buffer, &length), TESMARK_NO_KEY);
+    EXPECT_EQ(GetCertBase64Data(buffer, &length), TESMARK_NO_KEY);
     EXPECT_EQ(SelectedSeal(), "");
     EXPECT_EQ(GetEsealMode(), 0);
     int width = 0;

@@ -74,8 +74,10 @@ TEST_F(SelectionTest, ANullSealIsRefusedWithModeZeroToo) {
 
 TEST_F(SelectionTest, ANullSerialWithALengthIsTheStringTypesFailure) {
     const std::string seal = "c2VhbA==";
-    EXPECT_ANY_THROW(SetCertSeal(nullptr, 4, Bytes(seal), 8, 0));
-    EXPECT_ANY_THROW(SetCertSeal(Bytes(seal), -1, Bytes(seal), 8, 0));
+    EXPECT_EQ(StringFailureOf([&] { SetCertSeal(nullptr, 4, Bytes(seal), 8, 0); }),
+              StringFailure::kInvalidArgument);
+    EXPECT_EQ(StringFailureOf([&] { SetCertSeal(Bytes(seal), -1, Bytes(seal), 8, 0); }),
+              StringFailure::kInvalidArgument);
 }
 
 TEST_F(SelectionTest, TheArgumentsAreLogged) {
@@ -212,15 +214,16 @@ TEST_F(SelectionTest, TheOnlineSourceTakesTheSealAndLeavesTheCertificate) {
     EXPECT_EQ(SelectedCert(), "cert-1");
 }
 
-TEST_F(SelectionTest, PositionThreeChangesTheModeAlone) {
-    AddTwoKeys();
-    SetCurrentCertID("cert-1");
-    m_prefix.SetNumber("bSealPosition", 3);
-    EXPECT_EQ(Select("02CD", NationalBase64(), 2), 0);
-    EXPECT_EQ(GetEsealMode(), 2);
-    EXPECT_EQ(SelectedSeal(), "");
-    EXPECT_FALSE(Called("SOF_GetUserList"));
-    EXPECT_EQ(SelectedCert(), "cert-1");
+TEST_F(SelectionTest, ANegativeLengthOfTheSealIsTheStringTypesFailureWithTheModeSet) {
+    const std::string seal = "c2VhbA==";
+    for (const unsigned int position : {0U, 1U}) {
+        m_prefix.SetNumber("bSealPosition", position);
+        const int mode = static_cast<int>(position) + 1;
+        EXPECT_EQ(StringFailureOf([&] { SetCertSeal(Bytes(seal), 8, Bytes(seal), -1, mode); }),
+                  StringFailure::kInvalidArgument);
+        EXPECT_EQ(GetEsealMode(), mode);
+        EXPECT_EQ(SelectedSeal(), "");
+    }
 }
 
 TEST_F(SelectionTest, PositionFourSearchesTheKeys) {
@@ -284,8 +287,11 @@ TEST_F(SelectionTest, AContentCertificateKeepsItsZeroBytesUntilTheNextSelectionI
 }
 
 TEST_F(SelectionTest, ANullContentCertificateWithALengthIsTheStringTypesFailure) {
+    fakes::AddCertificate("label", "cert-1");
     SetCurrentCertID("cert-1");
-    EXPECT_ANY_THROW(SetContentSignCertId(nullptr, 5));
+    EXPECT_EQ(StringFailureOf([] { SetContentSignCertId(nullptr, 5); }),
+              StringFailure::kInvalidArgument);
+    EXPECT_EQ(SelectedCert(), "cert-1");
     EXPECT_EQ(SetContentSignCertId(nullptr, 0), 0);
     EXPECT_EQ(SelectedCert(), "");
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "fakes/LibraryTest.h"
+#include "foundation/StringFailure.h"
 
 class SessionTest : public LibraryTest {
 protected:
@@ -55,6 +56,17 @@ protected:
     }
 
     static bool Called(const std::string& function) { return fakes::CountCalls(function) > 0; }
+
+    // The value of the string type's failure that leaves `call`; 0 if none does.
+    template <typename Function>
+    static std::uint32_t StringFailureOf(Function call) {
+        try {
+            call();
+        } catch (const StringFailure& failure) {
+            return failure.Value();
+        }
+        return 0;
+    }
 
     // The calls that touch a key's signature or judge a seal.
     static std::vector<std::string> ProbesAndChecks() {

@@ -191,11 +191,20 @@ TEST_F(SingleCertFlowTest, AFailureKeepsTheFormerSelectionButForTheMode) {
     AddEsKey("old picture");
     ASSERT_EQ(Query(), 0);
     fakes::ResetWorld();
-    AddGbKey().verifyResult = 5;
+    fakes::AddCertificate("label", "certificate-2");
+    fakes::AddFile("certificate-2", "GBESEAL01", "national seal");
+    fakes::AddNationalSeal("national seal", "name", "national picture").verifyResult = 5;
     EXPECT_EQ(Query(), 5);
     EXPECT_EQ(GetEsealMode(), 2);
     EXPECT_EQ(SelectedSeal(), fakes::EsSeal("old picture"));
     EXPECT_EQ(Fetch(11), "old picture");
+    int width = 0;
+    int height = 0;
+    GetSealPicSize(&width, &height);
+    EXPECT_EQ(width, -1);
+    EXPECT_EQ(height, -1);
+    fakes::AddCertificate("label", "cert-1");
+    EXPECT_EQ(SelectedCert(), "cert-1");
 }
 
 TEST_F(SingleCertFlowTest, ACertificateOfTheScanNeverReachesTheDialogWhateverItsSeals) {
