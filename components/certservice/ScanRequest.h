@@ -19,7 +19,7 @@ constexpr std::size_t kLongestScanRequest = 64 * 1024;
 // - kServiceScanNotBase64: not Base64 in its one form, padded and without white space, or longer
 //   than kLongestScanRequest
 // - kServiceScanNotJson: not one JSON object, with nothing but white space around it and no name
-//   in it twice
+//   in it twice, or not in UTF-8
 // - kServiceScanMemberMissing, kServiceScanMemberKind (it is no string), kServiceScanMemberSurplus
 // - kServiceScanMemberValue: another text than the one above
 int ReadScanRequest(std::string_view pin, ScanRequest& request);

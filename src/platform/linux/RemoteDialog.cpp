@@ -3,6 +3,7 @@
 
 #include "platform/CodePage.h"
 #include "platform/linux/DialogConversation.h"
+#include "platform/linux/ShownLabel.h"
 #include "platform/linux/dialogprogram/Pixels.h"
 #include "platform/linux/dialogprogram/ProtocolLine.h"
 
@@ -123,7 +124,7 @@ bool RemoteDialog::Take(const report::Node& node) {
 
 bool RemoteDialog::Take(const report::Surface& surface) {
     const Rectangle area = AtOrigin(surface.width, surface.height);
-    if (!IsPlace(area) || !FindControl(m_dialog, surface.control)) return false;
+    if (!IsPlace(area) || !Is(surface.control, ControlKind::Surface)) return false;
     m_controls[surface.control].area = area;
     return true;
 }
@@ -152,7 +153,7 @@ void RemoteDialog::End(int value) {
 void RemoteDialog::AppendRow(int list, const std::string& text) {
     if (!Is(list, ControlKind::List)) return;
     ++m_controls[list].rows;
-    Say(command::Row{list, Utf8Of(text)});
+    Say(command::Row{list, ShownLabel(text)});
 }
 
 void RemoteDialog::SelectRow(int list, int row) {
@@ -165,11 +166,10 @@ void RemoteDialog::SelectRow(int list, int row) {
 int RemoteDialog::SelectedRow(int list) const { return At(list).row; }
 
 void RemoteDialog::SetText(int control, const std::string& text) {
-    if (!Is(control, ControlKind::Edit) && !Is(control, ControlKind::Label) &&
-        !Is(control, ControlKind::Surface))
-        return;
+    const bool isField = Is(control, ControlKind::Edit);
+    if (!isField && !Is(control, ControlKind::Label) && !Is(control, ControlKind::Surface)) return;
     m_controls[control].text = text.c_str();
-    Say(command::Text{control, Utf8Of(text)});
+    Say(command::Text{control, isField ? Utf8Of(text) : ShownLabel(text)});
 }
 
 std::string RemoteDialog::Text(int control, std::size_t capacity) const {
@@ -186,7 +186,7 @@ TreeNode RemoteDialog::AppendNode(int tree, TreeNode parent, const std::string& 
     if (parent != kNoNode && !HasNode(tree, parent)) return kNoNode;
     std::vector<std::intptr_t>& nodes = m_controls[tree].data;
     nodes.push_back(data);
-    Say(command::Node{tree, static_cast<int>(parent), Utf8Of(text)});
+    Say(command::Node{tree, static_cast<int>(parent), ShownLabel(text)});
     return nodes.size();
 }
 

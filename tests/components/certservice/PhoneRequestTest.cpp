@@ -31,6 +31,12 @@ std::string Json(const std::string& name = "", const char* value = nullptr) {
     return text + "}";
 }
 
+// A good request but for what stands between the quotation marks of its application id.
+std::string WithAppId(const std::string& content) {
+    std::string text = Json("appid", R"("@")");
+    return text.replace(text.find('@'), 1, content);
+}
+
 int Read(const std::string& json) {
     ScanRequest request;
     return ReadScanRequest(Base64Encode(json), request);
@@ -92,6 +98,84 @@ TEST(PhoneRequestTest, WhatIsNoJsonObjectIsNoJson) {
           std::string(R"({'type':'1'})"), std::string(R"({"type":"1",})")}) {
         EXPECT_EQ(Read(text), kServiceScanNotJson) << text;
     }
+}
+
+TEST(PhoneRequestTest, ACommentIsNoJsonWhereverItStands) {
+    const std::string good = WithAppId("x");
+    ASSERT_EQ(Read(good), kServiceOk);
+    for (const std::string comment : {"/**/", "/* a comment */", "// a comment\n", "//", "/"}) {
+        for (const char* behind : {"{", "\"appid\"", "\"appid\":", "\"x\"", "\"x\",", "}"}) {
+            std::string text = good;
+            text.insert(text.find(behind) + std::string(behind).size(), comment);
+            EXPECT_EQ(Read(text), kServiceScanNotJson) << text;
+        }
+    }
+    EXPECT_EQ(Read(WithAppId("/**/ // x")), kServiceOk) << "in a text it is none";
+}
+
+TEST(PhoneRequestTest, AZeroByteIsNoEnd) {
+    const std::string zero(1, '\0'), good = Json();
+    for (const std::string& text : {good + zero, good + zero + R"({"type":"2"}garbage)",
+                                    zero + good, "{" + zero + good.substr(1)}) {
+        EXPECT_EQ(Read(text), kServiceScanNotJson) << text;
+    }
+}
+
+TEST(PhoneRequestTest, AControlCharacterIsPartOfATextOnlyIfItIsEscaped) {
+    for (char control = 0; control < ' '; ++control) {
+        EXPECT_EQ(Read(WithAppId("a" + std::string(1, control) + "b")), kServiceScanNotJson)
+            << int{control};
+        EXPECT_EQ(Read("{\"" + std::string(1, control) + "\":\"\"}"), kServiceScanNotJson)
+            << int{control};
+    }
+    ScanRequest request;
+    const std::string text = WithAppId(R"(\u0000\t\u001b)"
+                                       "\x7F");
+    ASSERT_EQ(ReadScanRequest(Base64Encode(text), request), kServiceOk);
+    EXPECT_EQ(request.appId, std::string("\0\t\x1B\x7F", 4));
+}
+
+TEST(PhoneRequestTest, WhiteSpaceIsOfFourKindsOnly) {
+    for (const char* space : {"\v", "\f", "\x1B", "\xC2\xA0", "\x7F"}) {
+        EXPECT_EQ(Read(Json() + space), kServiceScanNotJson) << space;
+    }
+    EXPECT_EQ(Read(Json() + " \t\r\n"), kServiceOk);
+}
+
+TEST(PhoneRequestTest, ATextThatIsNoUtf8IsNoJson) {
+    for (const char* bytes :
+         {"应用", "\x80", "\xC0\x80", "\xE5\x8D", "\xE5\x8Dxx", "\xED\xA0\x80", "\xF4\x90\x80\x80",
+          "\xF0\x80\x80\x80", "\xF8\x88\x80\x80\x80", "\xFF"}) {
+        EXPECT_EQ(Read(WithAppId(bytes)), kServiceScanNotJson) << bytes;
+        EXPECT_EQ(Read(std::string("{\"") + bytes + "\":\"\"}"), kServiceScanNotJson) << bytes;
+    }
+    constexpr char kOfAllLengths[] = "a\xC3\xBC\xE5\x8D\xB0\xF0\x9F\x98\x80\xEF\xBF\xBF";
+    ScanRequest request;
+    ASSERT_EQ(ReadScanRequest(Base64Encode(WithAppId(kOfAllLengths)), request), kServiceOk);
+    EXPECT_EQ(request.appId, kOfAllLengths);
+}
+
+TEST(PhoneRequestTest, HalfASurrogatePairIsNoJson) {
+    for (const char* half :
+         {R"(\udc00)", R"(\uDFFFx)", R"(\ud800)", R"(\ud800x)", R"(\ud800\u0041)",
+          R"(\ud800\ud800\udc00)", R"(\udbff\n)", R"(\ud83d\ude00\ude00)", R"(\ud83d\\ude00)"}) {
+        EXPECT_EQ(Read(WithAppId(half)), kServiceScanNotJson) << half;
+    }
+    ScanRequest request;
+    ASSERT_EQ(ReadScanRequest(Base64Encode(WithAppId(R"(\uD83D\uDE00\ud7ff\\ude00)")), request),
+              kServiceOk);
+    EXPECT_EQ(request.appId, "\xF0\x9F\x98\x80\xED\x9F\xBF\\ude00");
+}
+
+TEST(PhoneRequestTest, AnEscapeThatJsonDoesntHaveIsNoJson) {
+    for (const char* escape : {R"(\x41)", R"(\u41)", R"(\u004g)", R"(\u+041)", R"(\u-041)",
+                               R"(\u 041)", R"(\u0x41)", R"(\')", "\\\xE5\x8D\xB0"}) {
+        EXPECT_EQ(Read(WithAppId(escape)), kServiceScanNotJson) << escape;
+    }
+    for (const char* cut : {"{\"", "{\"\\", "{\"\\u", "{\"\\u00", "{\"\\ud83d\\", "{\"\xE5"}) {
+        EXPECT_EQ(Read(cut), kServiceScanNotJson) << cut;
+    }
+    EXPECT_EQ(Read(WithAppId(R"(\"\\\/\b\f\n\r\t\u00Ff)")), kServiceOk);
 }
 
 TEST(PhoneRequestTest, AMemberThatStandsTwiceIsNoJson) {

@@ -246,6 +246,7 @@ TEST_F(ScanDeviceTest, ARecordThatIsWrongIsADamagedKeyAndNotListed) {
           R"({"person":"zhang","pin":"12345678","answer":"perhaps"})",
           R"({"person":"zhang","pin":"12345678","answer":1})",
           R"({"person":"zhang","pin":"12345678","more":""})",
+          R"({"person":"zhang","pin":"12345678"/* mine */})",
           R"({"person":"wang","pin":"12345678"})", R"({"person":"../zhang","pin":"12345678"})"}) {
         WriteFile(RecordPath(), record);
         EXPECT_EQ(Scan(context), kServiceKeyDamaged) << record;
