@@ -122,7 +122,7 @@ TEST_F(DialogProcessOnLinux, AProgramThatStaysIsKilledAndTheEndHolds) {
 
 TEST_F(DialogProcessOnLinux, AProgramThatStopsReadingIsGivenUp) {
     m_procedure.onNode = [](DialogWindow& window) {
-        for (int i = 0; i < 100; ++i) window.SetText(1005, std::string(100'000, 'x'));
+        for (int i = 0; i < 10'000; ++i) window.SetText(1005, std::string(1'000, 'x'));
     };
     m_procedure.onClose = EndWith7;
     EXPECT_EQ(Run(AllUpToShown() + "say selected\t1004\nhang", {60'000, 200, 100}), 7);

@@ -3,6 +3,7 @@
 #include <deque>
 
 #include "platform/linux/DialogConversation.h"
+#include "platform/linux/ShownLabel.h"
 #include "platform/linux/dialogprogram/ProtocolLine.h"
 
 namespace {
@@ -192,12 +193,59 @@ TEST_F(RemoteDialogOnLinux, AControlOfAnotherKindIsLeftAlone) {
     EXPECT_THAT(Said(), IsEmpty());
 }
 
+TEST_F(RemoteDialogOnLinux, LabelsAreOneLineWithoutControlCharacters) {
+    constexpr char kLabel[] = "a\r\nb\tc\x01\x1B[31m\x7F";
+    const std::string shown = "a  b c\xEF\xBF\xBD\xEF\xBF\xBD[31m\xEF\xBF\xBD";
+    m_acts.m_open = [&](DialogWindow& window) { window.AppendRow(1001, kLabel); };
+    Run(101, {"button\t1"});
+    EXPECT_THAT(Said(), ElementsAre("row\t1001\t" + shown));
+    m_acts.m_open = [&](DialogWindow& window) {
+        window.AppendNode(1004, kNoNode, kLabel, 1);
+        window.SetText(1005, kLabel);
+        EXPECT_EQ(window.Text(1005, 100), kLabel);
+    };
+    Run(104, {"button\t1"});
+    EXPECT_THAT(Said(), ElementsAre("node\t1004\t0\t" + shown, "text\t1005\t" + shown));
+}
+
+TEST_F(RemoteDialogOnLinux, TheFieldsTextKeepsItsLinesAndItsLength) {
+    const std::string text = "a\nb\r" + std::string(platform::kLongestLabel, 'x');
+    m_acts.m_open = [&](DialogWindow& window) { window.SetText(1003, text); };
+    Run(103, {"button\t1"});
+    EXPECT_THAT(Said(), ElementsAre("text\t1003\ta\\nb\\r" + text.substr(4)));
+}
+
+TEST_F(RemoteDialogOnLinux, LabelsOfAnyLengthAreCutBetweenTwoCharacters) {
+    std::string whole, wholeUtf8;
+    for (std::size_t i = 0; i < platform::kLongestLabel; ++i) {
+        whole += "印";
+        wholeUtf8 += "\xE5\x8D\xB0";
+    }
+    const std::string huge(2 * platform::kLongestLineToProgram, '\n');
+    const std::string cut = wholeUtf8 + "\xE2\x80\xA6";
+    const std::string blanks = std::string(platform::kLongestLabel, ' ') + "\xE2\x80\xA6";
+    m_acts.m_open = [&](DialogWindow& window) {
+        window.AppendNode(1004, kNoNode, whole, 1);
+        window.AppendNode(1004, kNoNode, whole + "x", 1);
+        window.AppendNode(1004, kNoNode, "x" + whole, 1);
+        window.AppendNode(1004, kNoNode, huge, 1);
+        window.SetText(1005, whole + whole);
+    };
+    EXPECT_EQ(Run(104, {"button\t1"}), 1);
+    EXPECT_THAT(Said(), ElementsAre("node\t1004\t0\t" + wholeUtf8, "node\t1004\t0\t" + cut,
+                                    "node\t1004\t0\tx" + wholeUtf8.substr(3) + "\xE2\x80\xA6",
+                                    "node\t1004\t0\t" + blanks, "text\t1005\t" + cut));
+    m_acts.m_open = [&](DialogWindow& window) { window.AppendRow(1001, huge); };
+    EXPECT_EQ(Run(101, {"button\t1"}), 1);
+    EXPECT_THAT(Said(), ElementsAre("row\t1001\t" + blanks));
+}
+
 TEST_F(RemoteDialogOnLinux, ATextThatNoLineCanHoldGivesTheProgramUp) {
     m_acts.m_open = [](DialogWindow& window) {
-        window.AppendRow(1001, std::string(platform::kLongestLineToProgram, 'x'));
-        window.AppendRow(1001, "y");
+        window.SetText(1003, std::string(platform::kLongestLineToProgram, 'x'));
+        window.SetText(1003, "y");
     };
-    EXPECT_EQ(Run(101, {"button\t1"}), platform::kDialogNotShown);
+    EXPECT_EQ(Run(103, {"button\t1"}), platform::kDialogNotShown);
     EXPECT_THAT(Said(), IsEmpty());
 }
 
