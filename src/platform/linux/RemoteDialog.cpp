@@ -124,7 +124,7 @@ bool RemoteDialog::Take(const report::Node& node) {
 
 bool RemoteDialog::Take(const report::Surface& surface) {
     const Rectangle area = AtOrigin(surface.width, surface.height);
-    if (!IsPlace(area) || !FindControl(m_dialog, surface.control)) return false;
+    if (!IsPlace(area) || !Is(surface.control, ControlKind::Surface)) return false;
     m_controls[surface.control].area = area;
     return true;
 }

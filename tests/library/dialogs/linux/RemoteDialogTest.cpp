@@ -240,6 +240,20 @@ TEST_F(RemoteDialogOnLinux, LabelsOfAnyLengthAreCutBetweenTwoCharacters) {
     EXPECT_THAT(Said(), ElementsAre("row\t1001\t" + blanks));
 }
 
+TEST_F(RemoteDialogOnLinux, OnlyThePreviewHasASurface) {
+    for (const char* control : {"1", "1004", "77", "-1"}) {
+        const std::string surface = std::string("surface\t") + control + "\t10\t10";
+        Run(104, {surface, "button\t1"});
+        EXPECT_THAT(m_link.m_lines, ElementsAre("button\t1")) << control << " is heard no more";
+        m_link.m_lines = {
+            "tesmark-dialog\t1", "ready\t1\t2\t3\t4", "area", surface, "built", "shown",
+            "button\t1"};
+        EXPECT_EQ(platform::RunDialog(m_link, *platform::FindTemplate(104), m_acts),
+                  platform::kDialogNotShown)
+            << control;
+    }
+}
+
 TEST_F(RemoteDialogOnLinux, ATextThatNoLineCanHoldGivesTheProgramUp) {
     m_acts.m_open = [](DialogWindow& window) {
         window.SetText(1003, std::string(platform::kLongestLineToProgram, 'x'));
