@@ -12,12 +12,24 @@ LPARAM AsParameter(const void* pointer) { return reinterpret_cast<LPARAM>(pointe
 
 HTREEITEM Native(TreeNode node) { return reinterpret_cast<HTREEITEM>(node); }
 
+// Null if the dialog has no such control, or one of another class. A number below 0 is shared by
+// the controls that are never spoken of.
+HWND FindControl(HWND dialog, int control, const char* windowClass) {
+    const HWND found = control < 0 ? nullptr : GetDlgItem(dialog, control);
+    char name[32] = {};  // a longer one is cut, and none of those that are looked for
+    const bool isNamed = found != nullptr && GetClassNameA(found, name, sizeof name) != 0;
+    return isNamed && lstrcmpiA(name, windowClass) == 0 ? found : nullptr;
+}
+
+LRESULT Send(HWND control, UINT message, WPARAM first, LPARAM second) {
+    return control != nullptr ? SendMessageA(control, message, first, second) : 0;
+}
+
 // The surface of a control while this lives; null if there is no such control.
 class Surface {
 public:
-    Surface(HWND dialog, int control)
-        : m_window(GetDlgItem(dialog, control)),
-          m_surface(m_window != nullptr ? GetDC(m_window) : nullptr) {}
+    explicit Surface(HWND control)
+        : m_window(control), m_surface(m_window != nullptr ? GetDC(m_window) : nullptr) {}
     ~Surface() {
         if (m_surface != nullptr) ReleaseDC(m_window, m_surface);
     }
@@ -45,6 +57,17 @@ Rectangle ClientAreaOf(HWND window) {
 
 }  // namespace
 
+HWND NativeDialog::List(int control) const { return FindControl(m_window, control, WC_COMBOBOXA); }
+
+HWND NativeDialog::Label(int control) const { return FindControl(m_window, control, WC_STATICA); }
+
+HWND NativeDialog::Tree(int control) const { return FindControl(m_window, control, WC_TREEVIEWA); }
+
+HWND NativeDialog::FieldOrLabel(int control) const {
+    const HWND field = FindControl(m_window, control, WC_EDITA);
+    return field != nullptr ? field : Label(control);
+}
+
 void NativeDialog::End(int value) {
     if (m_ended) return;
     m_ended = true;
@@ -52,29 +75,32 @@ void NativeDialog::End(int value) {
 }
 
 void NativeDialog::AppendRow(int list, const std::string& text) {
-    Send(list, CB_INSERTSTRING, static_cast<WPARAM>(-1), AsParameter(text.c_str()));
+    Send(List(list), CB_INSERTSTRING, static_cast<WPARAM>(-1), AsParameter(text.c_str()));
 }
 
 void NativeDialog::SelectRow(int list, int row) {
-    Send(list, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
+    Send(List(list), CB_SETCURSEL, static_cast<WPARAM>(row), 0);
 }
 
 int NativeDialog::SelectedRow(int list) const {
-    if (GetDlgItem(m_window, list) == nullptr) return CB_ERR;
-    return static_cast<int>(Send(list, CB_GETCURSEL, 0, 0));
+    const HWND control = List(list);
+    if (control == nullptr) return CB_ERR;
+    return static_cast<int>(Send(control, CB_GETCURSEL, 0, 0));
 }
 
 void NativeDialog::SetText(int control, const std::string& text) {
-    Send(control, WM_SETTEXT, 0, AsParameter(text.c_str()));
+    Send(FieldOrLabel(control), WM_SETTEXT, 0, AsParameter(text.c_str()));
 }
 
 std::string NativeDialog::Text(int control, std::size_t capacity) const {
     std::string text(capacity, '\0');
-    Send(control, WM_GETTEXT, capacity, AsParameter(text.data()));
+    Send(FieldOrLabel(control), WM_GETTEXT, capacity, AsParameter(text.data()));
     return text.c_str();
 }
 
-void NativeDialog::TellDisabled(int control) { Send(control, WM_ENABLE, FALSE, 0); }
+void NativeDialog::TellDisabled(int control) {
+    if (control >= 0) Send(GetDlgItem(m_window, control), WM_ENABLE, FALSE, 0);
+}
 
 TreeNode NativeDialog::AppendNode(int tree, TreeNode parent, const std::string& text,
                                   std::intptr_t data) {
@@ -85,36 +111,34 @@ TreeNode NativeDialog::AppendNode(int tree, TreeNode parent, const std::string& 
     node.item.mask = TVIF_TEXT | TVIF_PARAM;
     node.item.pszText = copy.data();
     node.item.lParam = data;
-    return static_cast<TreeNode>(Send(tree, TVM_INSERTITEMA, 0, AsParameter(&node)));
+    return static_cast<TreeNode>(Send(Tree(tree), TVM_INSERTITEMA, 0, AsParameter(&node)));
 }
 
 void NativeDialog::ExpandNode(int tree, TreeNode node) {
-    Send(tree, TVM_EXPAND, TVE_EXPAND, static_cast<LPARAM>(node));
+    Send(Tree(tree), TVM_EXPAND, TVE_EXPAND, static_cast<LPARAM>(node));
 }
 
 TreeNode NativeDialog::SelectedNode(int tree) const {
-    return static_cast<TreeNode>(Send(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    return static_cast<TreeNode>(Send(Tree(tree), TVM_GETNEXTITEM, TVGN_CARET, 0));
 }
 
 std::intptr_t NativeDialog::NodeData(int tree, TreeNode node) const {
     TVITEMA item{};
     item.mask = TVIF_HANDLE | TVIF_PARAM;
     item.hItem = Native(node);
-    Send(tree, TVM_GETITEMA, 0, AsParameter(&item));
+    Send(Tree(tree), TVM_GETITEMA, 0, AsParameter(&item));
     return item.lParam;
 }
 
-Rectangle NativeDialog::ClientArea(int control) const {
-    return ClientAreaOf(GetDlgItem(m_window, control));
-}
+Rectangle NativeDialog::ClientArea(int control) const { return ClientAreaOf(Label(control)); }
 
 void NativeDialog::Fill(int control, Colour colour) {
-    const Surface surface(m_window, control);
+    const Surface surface(Label(control));
     if (surface.Get() != nullptr) PaintColour(surface.Get(), colour, ClientArea(control));
 }
 
 void NativeDialog::Draw(int control, const Picture& picture, const Rectangle& place) {
-    const Surface surface(m_window, control);
+    const Surface surface(Label(control));
     if (surface.Get() != nullptr) PaintPicture(surface.Get(), picture, place);
 }
 

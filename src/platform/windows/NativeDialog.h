@@ -40,9 +40,11 @@ public:
     void MoveTo(int left, int top) override;
 
 private:
-    LRESULT Send(int control, UINT message, WPARAM first, LPARAM second) const {
-        return SendDlgItemMessageA(m_window, control, message, first, second);
-    }
+    // The control of that number if it is of that kind; null otherwise.
+    HWND List(int control) const;
+    HWND FieldOrLabel(int control) const;
+    HWND Label(int control) const;
+    HWND Tree(int control) const;
 
     HWND m_window;
     bool m_ended = false;

@@ -13,6 +13,7 @@ using platform::kNoNode;
 using platform::NativeDialog;
 using platform::Rectangle;
 using testing::ElementsAre;
+using testing::Ne;
 
 Rectangle BoundsOf(HWND window) {
     RECT bounds{};
@@ -134,6 +135,91 @@ TEST_F(NativeDialogOnWindows, AControlThatTheDialogLacksGivesNothing) {
         EXPECT_EQ(window.ClientArea(TESMARK_SEAL_PREVIEW), Rectangle{});
     };
     EXPECT_EQ(Show(TESMARK_DIALOG_CERT, [](HWND dialog) { Click(dialog, IDOK); }), 1);
+}
+
+std::string TextOf(HWND dialog, int control) {
+    char text[64] = {};
+    GetDlgItemTextA(dialog, control, text, sizeof text);
+    return text;
+}
+
+TEST_F(NativeDialogOnWindows, AControlOfAnotherKindThanATextKeepsItsOwn) {
+    constexpr int kNeverSpokenOf = -1;
+    m_dialog.m_open = [](DialogWindow& window) {
+        for (const int control : {TESMARK_BUTTON_OK, TESMARK_URL_TEST, kNeverSpokenOf}) {
+            window.SetText(control, "text");
+            EXPECT_EQ(window.Text(control, 64), "") << control;
+        }
+    };
+    std::string ok, test, first;
+    Show(TESMARK_DIALOG_ONLINE_URL, [&](HWND dialog) {
+        ok = TextOf(dialog, TESMARK_BUTTON_OK);
+        test = TextOf(dialog, TESMARK_URL_TEST);
+        first = TextOf(dialog, kNeverSpokenOf);
+        Click(dialog, IDOK);
+    });
+    EXPECT_EQ(ok, "确定");
+    EXPECT_EQ(test, "测试连接");
+    EXPECT_EQ(first, "URL地址：");
+}
+
+TEST_F(NativeDialogOnWindows, AListHasRowsAndNoText) {
+    m_dialog.m_open = [](DialogWindow& window) {
+        window.AppendRow(TESMARK_CERT_LIST, "one");
+        window.SelectRow(TESMARK_CERT_LIST, 0);
+        window.SetText(TESMARK_CERT_LIST, "text");
+        EXPECT_EQ(window.Text(TESMARK_CERT_LIST, 64), "");
+        EXPECT_EQ(window.SelectedRow(TESMARK_CERT_LIST), 0);
+        EXPECT_EQ(window.ClientArea(TESMARK_CERT_LIST), Rectangle{});
+    };
+    std::string text;
+    Show(TESMARK_DIALOG_CERT, [&](HWND dialog) {
+        text = TextOf(dialog, TESMARK_CERT_LIST);
+        Click(dialog, IDOK);
+    });
+    EXPECT_EQ(text, "one");
+}
+
+TEST_F(NativeDialogOnWindows, OnlyAListHasRowsAndOnlyATreeNodes) {
+    m_dialog.m_open = [](DialogWindow& window) {
+        const auto node = window.AppendNode(TESMARK_SEAL_TREE, kNoNode, "node", 1);
+        for (const int control : {TESMARK_BUTTON_OK, TESMARK_SEAL_PREVIEW, TESMARK_SEAL_TREE}) {
+            window.AppendRow(control, "row");
+            window.SelectRow(control, 0);
+            EXPECT_EQ(window.SelectedRow(control), -1) << control;
+        }
+        for (const int control : {TESMARK_BUTTON_OK, TESMARK_SEAL_PREVIEW}) {
+            EXPECT_EQ(window.AppendNode(control, kNoNode, "node", 1), kNoNode) << control;
+            EXPECT_EQ(window.SelectedNode(control), kNoNode) << control;
+            EXPECT_EQ(window.NodeData(control, node), 0) << control;
+        }
+        EXPECT_EQ(window.NodeData(TESMARK_SEAL_TREE, node), 1);
+    };
+    EXPECT_EQ(Show(TESMARK_DIALOG_SEAL_TREE, [](HWND dialog) { Click(dialog, IDOK); }), 1);
+}
+
+TEST_F(NativeDialogOnWindows, NothingIsPaintedOnAControlOfAnotherKind) {
+    constexpr COLORREF kPaint = RGB(255, 0, 128);
+    std::vector<COLORREF> seen;
+    m_dialog.m_other = [&](DialogWindow& window) {
+        const HWND dialog = GetActiveWindow();
+        ShowWindow(dialog, SW_SHOW);
+        UpdateWindow(dialog);
+        for (const int control : {TESMARK_SEAL_TREE, TESMARK_BUTTON_OK}) {
+            window.Fill(control, 0xFF0080);
+            window.Draw(control, {1, 1, {0xFF0080}}, {0, 0, 20, 10});
+            EXPECT_EQ(window.ClientArea(control), Rectangle{}) << control;
+            const HDC surface = GetDC(GetDlgItem(dialog, control));
+            seen.push_back(GetPixel(surface, 10, 5));
+            ReleaseDC(GetDlgItem(dialog, control), surface);
+        }
+    };
+    constexpr int kAnyOther = 77;
+    Show(TESMARK_DIALOG_SEAL_TREE, [](HWND dialog) {
+        PostMessageA(dialog, WM_COMMAND, kAnyOther, 0);
+        Click(dialog, IDOK);
+    });
+    EXPECT_THAT(seen, ElementsAre(Ne(kPaint), Ne(kPaint)));
 }
 
 // Two certificates with the same text, the first with two seals.
