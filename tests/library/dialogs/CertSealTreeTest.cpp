@@ -389,11 +389,19 @@ TEST_F(CertSealTreeTest, ADialogThatCannotBeShownLeavesThePickAlone) {
 
 TEST_F(CertSealTreeTest, TheNodesDataIsFreedWhateverTheEnd) {
     AddCertWithSeals("one");
-    for (const int button : {TESMARK_BUTTON_OK, TESMARK_BUTTON_CANCEL}) {
-        Show([&](ScriptedDialog& dialog) {
+    const std::pair<DialogEnd, std::function<void(ScriptedDialog&)>> ends[] = {
+        {DialogEnd::Confirmed, [](auto& dialog) { dialog.PressButton(TESMARK_BUTTON_OK); }},
+        {DialogEnd::Closed, [](auto& dialog) { dialog.PressButton(TESMARK_BUTTON_CANCEL); }},
+        {DialogEnd::Closed, [](auto& dialog) { dialog.CloseWindow(); }},
+        // Filled, and then not shown after all.
+        {DialogEnd::Failed, [](auto& dialog) { dialog.End(platform::kDialogNotShown); }},
+    };
+    for (const auto& [expected, user] : ends) {
+        const DialogEnd end = Show([&user = user](ScriptedDialog& dialog) {
             EXPECT_EQ(g_dialogSealItems.size(), 3U);
-            dialog.PressButton(button);
+            user(dialog);
         });
+        EXPECT_EQ(end, expected);
         EXPECT_THAT(g_dialogSealItems, IsEmpty());
     }
 }

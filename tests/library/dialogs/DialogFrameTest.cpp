@@ -1,14 +1,12 @@
 #include "dialogs/DialogFrame.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "dialogs/CenterDialog.h"
 #include "dialogs/Resource.h"
 #include "support/ScriptedDialogs.h"
 
 namespace {
-
-using testing::ElementsAre;
 
 // Confirms once a row has been picked, and counts what else it hears of.
 class PickingDialog : public CDialogFrame {
@@ -113,13 +111,6 @@ TEST_F(DialogFrameTest, ADialogThatCannotBeShownGivesAThirdValue) {
     EXPECT_EQ(Show(nullptr), platform::kDialogNotShown);
     EXPECT_EQ(platform::OpenDialog(kDialogModule, TESMARK_DIALOG_CERT, m_procedure),
               platform::kDialogNotShown);
-}
-
-TEST_F(DialogFrameTest, OnlyTheOnlineSealsAreLookedForUnderTheNameWithoutTheSuffix) {
-    const ScriptedDialogs dialogs(nullptr);
-    platform::OpenDialog(kDialogModule, TESMARK_DIALOG_SEAL_TREE, m_procedure);
-    platform::OpenDialog(kOnlineSealDialogModule, TESMARK_DIALOG_ONLINE_SEAL, m_procedure);
-    EXPECT_THAT(dialogs.Asked(), ElementsAre("TesmarkOpt_x64 104", "TesmarkOpt 102"));
 }
 
 }  // namespace
