@@ -13,12 +13,15 @@
 namespace platform {
 
 // Where the library or the program stands that this code is part of, with a separator at its end.
+// Absolute, and as it was at loading, wherever the host's working folder has gone since; empty if
+// that can't be found.
 std::string LibraryFolder();
 
-// The path of the program that shows dialogs here: the store's value `DialogProgram`, whatever it
-// is; else, in `folder` (with a separator at its end), tesmark-dialog in a session with a display
-// or tesmark-dialog-tty where standard input and standard error are terminals. Empty if there is
-// none.
+// The absolute path of the program that shows dialogs here: the store's value `DialogProgram`, and
+// then no other, even if it names none; else, in the absolute `folder` (with a separator at its
+// end), tesmark-dialog in a session with a display or tesmark-dialog-tty where standard input and
+// standard error are the terminal in whose foreground the host runs. Empty if there is none, or if
+// its path is relative.
 std::string FindDialogProgram(const std::string& folder);
 
 // Milliseconds.

@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <pty.h>
@@ -12,28 +13,50 @@ namespace {
 using platform::FindDialogProgram;
 using testing::ElementsAre;
 
-// Standard input and error on a terminal of the test's own, for as long as this lives.
-class OwnTerminal {
-public:
-    explicit OwnTerminal(bool withInput = true) {
-        openpty(&m_master, &m_slave, nullptr, nullptr, nullptr);
-        if (withInput) dup2(m_slave, STDIN_FILENO);
-        dup2(m_slave, STDERR_FILENO);
+// What `find` gives in a process of its own that has a terminal of its own, in whose foreground it
+// runs; its standard error isn't there without `withError`.
+std::string OnTerminal(const std::function<std::string()>& find, bool withError = true) {
+    int answer[2];
+    if (pipe2(answer, O_CLOEXEC) != 0) return "no pipe";
+    int terminal = -1;
+    const pid_t host = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (host == 0) {
+        if (!withError) dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDERR_FILENO);
+        const std::string found = find();
+        const ssize_t told = write(answer[1], found.data(), found.size());
+        _exit(told == static_cast<ssize_t>(found.size()) ? 0 : 1);
     }
-    ~OwnTerminal() {
-        dup2(m_input, STDIN_FILENO);
-        dup2(m_error, STDERR_FILENO);
-        for (const int descriptor : {m_input, m_error, m_master, m_slave}) close(descriptor);
-    }
-    OwnTerminal(const OwnTerminal&) = delete;
-    OwnTerminal& operator=(const OwnTerminal&) = delete;
+    close(answer[1]);
+    std::string found(4096, '\0');
+    const ssize_t size = read(answer[0], found.data(), found.size());
+    found.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+    int status = -1;
+    waitpid(host, &status, 0);
+    EXPECT_EQ(status, 0);
+    close(answer[0]);
+    close(terminal);
+    return found;
+}
 
-private:
-    int m_input = dup(STDIN_FILENO);
-    int m_error = dup(STDERR_FILENO);
-    int m_master = -1;
-    int m_slave = -1;
-};
+// The same in a job that the foreground has left in the background.
+std::string InBackground(const std::function<std::string()>& find) {
+    return OnTerminal([&] {
+        int answer[2];
+        if (pipe2(answer, O_CLOEXEC) != 0) return std::string("no pipe");
+        const pid_t job = fork();
+        if (job == 0) {
+            setpgid(0, 0);
+            const std::string found = find();
+            _exit(write(answer[1], found.data(), found.size()) < 0);
+        }
+        close(answer[1]);
+        std::string found(4096, '\0');
+        const ssize_t size = read(answer[0], found.data(), found.size());
+        found.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+        waitpid(job, nullptr, 0);
+        return found;
+    });
+}
 
 class DialogProgramOnLinux : public DialogProcessTest {
 protected:
@@ -46,6 +69,9 @@ protected:
         using std::filesystem::perms;
         std::ofstream(m_folder + name) << "#!/bin/false\n";
         if (executable) std::filesystem::permissions(m_folder + name, perms::owner_all);
+    }
+    std::function<std::string()> FindHere() const {
+        return [this] { return FindDialogProgram(m_folder); };
     }
     void Configure(const std::string& path) const {
         const auto key = platform::CreateRegistryKey(
@@ -63,34 +89,80 @@ TEST_F(DialogProgramOnLinux, WithoutADisplayAndATerminalThereIsNone) {
     PutProgram("tesmark-dialog");
     PutProgram("tesmark-dialog-tty");
     EXPECT_EQ(FindDialogProgram(m_folder), "");
-    const OwnTerminal terminal(false);
-    EXPECT_EQ(FindDialogProgram(m_folder), "");
+    EXPECT_EQ(OnTerminal(FindHere(), false), "");
 }
 
 TEST_F(DialogProgramOnLinux, ADisplayTakesTheProgramWithWindows) {
     PutProgram("tesmark-dialog");
     PutProgram("tesmark-dialog-tty");
-    const OwnTerminal terminal;
     SetVariable("DISPLAY", ":0");
-    EXPECT_EQ(FindDialogProgram(m_folder), m_folder + "tesmark-dialog");
+    EXPECT_EQ(OnTerminal(FindHere()), m_folder + "tesmark-dialog");
     SetVariable("DISPLAY", "");
     SetVariable("WAYLAND_DISPLAY", "wayland-0");
-    EXPECT_EQ(FindDialogProgram(m_folder), m_folder + "tesmark-dialog");
+    EXPECT_EQ(OnTerminal(FindHere()), m_folder + "tesmark-dialog");
 }
 
 TEST_F(DialogProgramOnLinux, ATerminalTakesTheProgramForTerminals) {
     PutProgram("tesmark-dialog");
     PutProgram("tesmark-dialog-tty");
-    const OwnTerminal terminal;
-    EXPECT_EQ(FindDialogProgram(m_folder), m_folder + "tesmark-dialog-tty");
+    EXPECT_EQ(OnTerminal(FindHere()), m_folder + "tesmark-dialog-tty");
+}
+
+TEST_F(DialogProgramOnLinux, AHostInTheBackgroundOfItsTerminalHasNone) {
+    PutProgram("tesmark-dialog-tty");
+    EXPECT_EQ(InBackground(FindHere()), "");
 }
 
 TEST_F(DialogProgramOnLinux, AProgramThatIsNotInstalledIsNotTaken) {
-    const OwnTerminal terminal;
+    SetVariable("DISPLAY", ":0");
+    EXPECT_EQ(OnTerminal(FindHere()), "");
+    PutProgram("tesmark-dialog-tty");
+    EXPECT_EQ(OnTerminal(FindHere()), m_folder + "tesmark-dialog-tty");
+    PutProgram("tesmark-dialog", false);
+    EXPECT_EQ(OnTerminal(FindHere()), m_folder + "tesmark-dialog-tty");
+}
+
+TEST_F(DialogProgramOnLinux, AFolderWithTheProgramsNameIsNoProgram) {
+    std::filesystem::create_directory(m_folder + "tesmark-dialog");
     SetVariable("DISPLAY", ":0");
     EXPECT_EQ(FindDialogProgram(m_folder), "");
     PutProgram("tesmark-dialog-tty");
-    EXPECT_EQ(FindDialogProgram(m_folder), m_folder + "tesmark-dialog-tty");
+    EXPECT_EQ(OnTerminal(FindHere()), m_folder + "tesmark-dialog-tty");
+}
+
+TEST_F(DialogProgramOnLinux, NoProgramIsTakenFromTheWorkingFolder) {
+    PutProgram("tesmark-dialog");
+    SetVariable("DISPLAY", ":0");
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder);
+    for (const char* const folder : {"", "./", "../bin/"}) {
+        EXPECT_EQ(FindDialogProgram(folder), "") << folder;
+    }
+    for (const char* const configured : {"tesmark-dialog", "./tesmark-dialog", "bin/../x"}) {
+        Configure(configured);
+        EXPECT_EQ(FindDialogProgram(m_folder), "") << configured;
+    }
+    std::filesystem::current_path(before);
+}
+
+// A library that was named relative to the working folder, as a host of its own folder does it.
+TEST_F(DialogProgramOnLinux, TheLibrarysFolderStaysWhereverTheHostGoes) {
+    const std::filesystem::path file = FOLDER_TELLER;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(file.parent_path());
+    void* const library = dlopen(("./" + file.filename().string()).c_str(), RTLD_NOW);
+    std::filesystem::current_path(m_folder);
+    const auto tell = reinterpret_cast<const char* (*)()>(
+        library ? dlsym(library, "TellLibraryFolder") : nullptr);
+    const std::string told = tell ? tell() : "";
+    std::filesystem::current_path(before);
+    if (library) dlclose(library);
+    EXPECT_EQ(told, file.parent_path().string() + "/");
+}
+
+TEST_F(DialogProgramOnLinux, AProgramsFolderIsThatOfItsFile) {
+    EXPECT_EQ(platform::LibraryFolder(),
+              std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/");
 }
 
 TEST_F(DialogProgramOnLinux, TheStoresProgramIsTakenAndNoOther) {
