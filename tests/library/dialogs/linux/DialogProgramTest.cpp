@@ -194,6 +194,63 @@ TEST_F(DialogProgramOnLinux, AMessageBoxThatCannotBeShownIsALineOnStandardError)
     }
 }
 
+TEST_F(DialogProgramOnLinux, TheLineOfAMessageBoxHasNoControlCharacter) {
+    testing::internal::CaptureStderr();
+    platform::ShowMessageBox("a\x1B[31m\r\nb\t\a\x7F", "印\x9B\b", platform::kMessageBoxWarning);
+    const std::string line = testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(line.ends_with(": a [31m  b   \n")) << line;
+    EXPECT_EQ(line.substr(0, line.size() - 1).find_first_of("\x1B\r\n\t\a\b\x7F"),
+              std::string::npos)
+        << line;
+}
+
+// Shows a message whose line nobody can read, in a process of its own; what that ended with.
+int ShowToNobody(const std::function<bool()>& isAsBefore) {
+    const pid_t host = fork();
+    if (host == 0) {
+        int ends[2];
+        if (pipe(ends) != 0) _exit(3);
+        close(ends[0]);
+        dup2(ends[1], STDERR_FILENO);
+        platform::ShowMessageBox("t", "c", platform::kMessageBoxWarning);
+        _exit(isAsBefore() ? 0 : 4);
+    }
+    int status = -1;
+    waitpid(host, &status, 0);
+    return status;
+}
+
+bool IsPending(int signal) {
+    sigset_t pending;
+    sigpending(&pending);
+    return sigismember(&pending, signal) == 1;
+}
+
+bool IsBlocked(int signal) {
+    sigset_t blocked;
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+    return sigismember(&blocked, signal) == 1;
+}
+
+TEST_F(DialogProgramOnLinux, ALineThatNobodyReadsRaisesNoSignalInTheHost) {
+    EXPECT_EQ(ShowToNobody([] { return !IsPending(SIGPIPE) && !IsBlocked(SIGPIPE); }), 0);
+}
+
+TEST_F(DialogProgramOnLinux, ASignalThatTheHostHasWaitingIsLeftToIt) {
+    sigset_t pipe, before;
+    sigemptyset(&pipe);
+    sigaddset(&pipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &pipe, &before);
+    EXPECT_EQ(ShowToNobody([] { return !IsPending(SIGPIPE) && IsBlocked(SIGPIPE); }), 0);
+    const int wasPending = ShowToNobody([] {
+        raise(SIGPIPE);
+        platform::ShowMessageBox("t", "c", platform::kMessageBoxWarning);
+        return IsPending(SIGPIPE);
+    });
+    EXPECT_EQ(wasPending, 0);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
 TEST_F(DialogProgramOnLinux, AMessageBoxThatWasVisibleIsNotRepeated) {
     Configure(SCRIPTED_PROGRAM);
     SetVariable("DIALOG_SCRIPT", std::string(kGreeting) + "hear message\nsay shown\ndie");
