@@ -41,6 +41,17 @@ bool Wait(pollfd (&waiting)[N], std::int64_t milliseconds) {
     }
 }
 
+bool Ends(int process, std::int64_t milliseconds) {
+    pollfd waiting[] = {{process, POLLIN, 0}};
+    return Wait(waiting, milliseconds);
+}
+
+void End(pid_t child) {
+    kill(child, SIGKILL);
+    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+    }
+}
+
 void Close(int& descriptor) {
     if (descriptor >= 0) close(std::exchange(descriptor, -1));
 }
@@ -72,24 +83,19 @@ private:
     }
 };
 
+// The host's standard error, unless what stands there is a file of its own that no program is meant
+// to get.
+bool HasStandardError() {
+    const int flags = fcntl(STDERR_FILENO, F_GETFD);
+    return flags >= 0 && (flags & FD_CLOEXEC) == 0;
+}
+
 class SpawnPlan {
 public:
     SpawnPlan(int input, int output) {
         posix_spawn_file_actions_init(&m_actions);
-        posix_spawn_file_actions_adddup2(&m_actions, input, STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO);
-        if (fcntl(STDERR_FILENO, F_GETFD) >= 0)
-            posix_spawn_file_actions_adddup2(&m_actions, STDERR_FILENO, STDERR_FILENO);
-        else
-            posix_spawn_file_actions_addopen(&m_actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
         posix_spawnattr_init(&m_attributes);
-        sigset_t signals;
-        sigfillset(&signals);
-        posix_spawnattr_setsigdefault(&m_attributes, &signals);
-        sigemptyset(&signals);
-        posix_spawnattr_setsigmask(&m_attributes, &signals);
-        posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+        m_complete = AddStreams(input, output) && AddSignals();
     }
     ~SpawnPlan() {
         posix_spawn_file_actions_destroy(&m_actions);
@@ -98,7 +104,9 @@ public:
     SpawnPlan(const SpawnPlan&) = delete;
     SpawnPlan& operator=(const SpawnPlan&) = delete;
 
+    // Below 0 if the program can't be started just as it is planned.
     pid_t Start(const std::string& program) const {
+        if (!m_complete) return -1;
         char* const arguments[] = {const_cast<char*>(program.c_str()), nullptr};
         pid_t child = -1;
         const int failure =
@@ -107,6 +115,28 @@ public:
     }
 
 private:
+    bool AddStreams(int input, int output) {
+        const int error =
+            HasStandardError()
+                ? posix_spawn_file_actions_adddup2(&m_actions, STDERR_FILENO, STDERR_FILENO)
+                : posix_spawn_file_actions_addopen(&m_actions, STDERR_FILENO, "/dev/null", O_WRONLY,
+                                                   0);
+        return error == 0 &&
+               posix_spawn_file_actions_adddup2(&m_actions, input, STDIN_FILENO) == 0 &&
+               posix_spawn_file_actions_adddup2(&m_actions, output, STDOUT_FILENO) == 0 &&
+               posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1) == 0;
+    }
+    bool AddSignals() {
+        sigset_t all, none;
+        sigfillset(&all);
+        sigemptyset(&none);
+        constexpr short kFlags = POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK;
+        return posix_spawnattr_setsigdefault(&m_attributes, &all) == 0 &&
+               posix_spawnattr_setsigmask(&m_attributes, &none) == 0 &&
+               posix_spawnattr_setflags(&m_attributes, kFlags) == 0;
+    }
+
+    bool m_complete = false;
     posix_spawn_file_actions_t m_actions;
     posix_spawnattr_t m_attributes;
 };
@@ -117,30 +147,31 @@ std::unique_ptr<DialogProcess> DialogProcess::Start(const std::string& program,
                                                     const DialogLimits& limits) {
     Stream input, output;
     if (!input.Open() || !output.Open()) return nullptr;
-    std::unique_ptr<DialogProcess> process(new DialogProcess(limits));
-    process->m_child = SpawnPlan(input.theirs, output.theirs).Start(program);
-    if (process->m_child < 0) return nullptr;
+    const pid_t child = SpawnPlan(input.theirs, output.theirs).Start(program);
+    if (child < 0) return nullptr;
     // At once: later the host, if it waits for any child, might have freed the id to be another's.
-    process->m_process = pidfd_open(process->m_child, 0);
+    const int descriptor = pidfd_open(child, 0);
+    if (descriptor < 0) {
+        End(child);
+        return nullptr;
+    }
+    std::unique_ptr<DialogProcess> process(new DialogProcess(limits));
+    process->m_process = descriptor;
     process->m_input = std::exchange(input.ours, -1);
     process->m_output = std::exchange(output.ours, -1);
     return process;
 }
 
 DialogProcess::~DialogProcess() {
+    // Processes that the host has started meanwhile may hold copies of its ends.
+    for (const int stream : {m_input, m_output}) shutdown(stream, SHUT_RDWR);
     Close(m_input);
     Close(m_output);
-    if (m_child < 0) return;
+    if (!Ends(m_process, m_limits.ending)) pidfd_send_signal(m_process, SIGKILL, nullptr, 0);
     siginfo_t end{};
-    if (m_process < 0) {
-        kill(m_child, SIGKILL);
-        while (waitpid(m_child, nullptr, 0) < 0 && errno == EINTR) {
-        }
-        return;
-    }
-    pollfd waiting[] = {{m_process, POLLIN, 0}};
-    if (!Wait(waiting, m_limits.ending)) pidfd_send_signal(m_process, SIGKILL, nullptr, 0);
-    while (waitid(P_PIDFD, static_cast<id_t>(m_process), &end, WEXITED) < 0 && errno == EINTR) {
+    // A program of another user can't be killed: nobody waits for that one.
+    while (Ends(m_process, m_limits.ending) &&
+           waitid(P_PIDFD, static_cast<id_t>(m_process), &end, WEXITED) < 0 && errno == EINTR) {
     }
     Close(m_process);
 }
@@ -155,21 +186,33 @@ bool DialogProcess::Write(const std::string& line) {
             continue;
         }
         if (errno == EINTR) continue;
-        pollfd waiting[] = {{m_input, POLLOUT, 0}};
-        if ((errno != EAGAIN && errno != EWOULDBLOCK) || !Wait(waiting, m_limits.writing))
-            return false;
+        if ((errno != EAGAIN && errno != EWOULDBLOCK) || !AwaitRoom()) return false;
     }
     return true;
 }
 
+bool DialogProcess::AwaitRoom() {
+    pollfd waiting[] = {{m_input, POLLOUT, 0}};
+    if (m_isOpen) return Wait(waiting, m_limits.writing);
+    const std::int64_t begin = NowMilliseconds();
+    const bool hasRoom = Wait(waiting, std::min<std::int64_t>(m_limits.writing, m_openingLeft));
+    Charge(begin);
+    return hasRoom && m_openingLeft > 0;
+}
+
+void DialogProcess::Charge(std::int64_t begin) {
+    m_openingLeft -= std::min(m_openingLeft, NowMilliseconds() - begin);
+}
+
 std::optional<std::string> DialogProcess::Read(Patience patience) {
     const bool limited = patience == Patience::Program;
+    m_isOpen = m_isOpen || !limited;
     for (;;) {
         if (auto line = m_reader.Next()) return line;
         if (m_reader.IsTooLong()) return {};
         const std::int64_t begin = NowMilliseconds();
         const bool received = ReceiveWithin(limited ? m_openingLeft : kForever);
-        if (limited) m_openingLeft -= std::min(m_openingLeft, NowMilliseconds() - begin);
+        if (limited) Charge(begin);
         if (!received || (limited && m_openingLeft == 0)) return {};
     }
 }

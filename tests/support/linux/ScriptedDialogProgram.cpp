@@ -1,13 +1,17 @@
 // ScriptedDialogProgram.cpp - a program that shows no dialog but plays one: it takes the steps of
 // DIALOG_SCRIPT, one a line, and writes what it hears to the file DIALOG_LOG.
 //
-//   say LINE      tell a line                    raw BYTES     bytes without a line's end
-//   hear WORD     hear lines up to that one      rest          hear lines up to the end of the
-//   input flood LINE    tell it for ever               long          a line that doesn't end close
-//   output  close input  hang  die heir          end and leave the streams to another process,
-//   which ends with them
+//   say LINE      tell a line                   raw BYTES   bytes without a line's end
+//   hear WORD     hear lines up to that one     rest        hear lines up to the end of the input
+//   flood LINE    tell it for ever              long        a line that doesn't end
+//   close output  close input                   hang        die
+//   heir          end and leave the streams to another process, which ends with them
+//   note TEXT     a line in the log             complain    a line on standard error
+//
+// It ends with the process that has started it, whatever it is at.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -79,6 +83,8 @@ void Do(const std::string& step, std::ofstream& log) {
     if (verb == "hear" && !Hear(rest, log)) std::exit(3);
     if (verb == "rest") Hear("", log);
     if (verb == "close") close(rest == "input" ? STDIN_FILENO : STDOUT_FILENO);
+    if (verb == "note") log << rest << std::endl;
+    if (verb == "complain") std::cerr << rest << std::endl;
     if (verb == "die") raise(SIGKILL);
     if (verb == "hang") Hang();
     if (verb == "heir") LeaveHeir();
@@ -88,6 +94,7 @@ void Do(const std::string& step, std::ofstream& log) {
 }  // namespace
 
 int main() {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     const std::string surroundings = Surroundings();
     std::ofstream log(Variable("DIALOG_LOG"), std::ios::binary);
     log << surroundings << std::endl;

@@ -2,9 +2,14 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <stdexcept>
 
 namespace {
@@ -227,6 +232,106 @@ TEST_F(DialogProcessOnLinux, AHostWithoutADescriptorToSpareShowsNothing) {
     for (const int descriptor : open) close(descriptor);
     setrlimit(RLIMIT_NOFILE, &limit);
     EXPECT_EQ(process, nullptr);
+}
+
+// Four descriptors are enough for the streams, and none is left for the process.
+TEST_F(DialogProcessOnLinux, AProgramWhoseProcessHasNoDescriptorIsEndedAndShowsNothing) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    std::vector<int> open;
+    const rlimit narrow{64, limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &narrow);
+    for (int descriptor = dup(2); descriptor >= 0; descriptor = dup(2)) open.push_back(descriptor);
+    for (int spare = 0; spare < 4; ++spare) {
+        close(open.back());
+        open.pop_back();
+    }
+    SetVariable("DIALOG_SCRIPT", "hang");
+    const auto process = platform::DialogProcess::Start(SCRIPTED_PROGRAM, kPatient);
+    const bool isThere = process != nullptr;
+    const pid_t left = waitpid(-1, nullptr, WNOHANG);
+    for (const int descriptor : open) close(descriptor);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_FALSE(isThere);
+    EXPECT_EQ(left, -1);
+}
+
+TEST_F(DialogProcessOnLinux, AFileOfTheHostsInStandardErrorsPlaceIsNotForTheProgram) {
+    const std::string file = m_prefix.Below("own");
+    const int saved = dup(STDERR_FILENO);
+    close(STDERR_FILENO);
+    const int own = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    m_procedure.onButton = EndWith7;
+    const int result = Run(AllUpToShown() + "complain aloud\nsay button\t1\nrest");
+    dup2(saved, STDERR_FILENO);
+    close(saved);
+    EXPECT_EQ(own, STDERR_FILENO);
+    EXPECT_EQ(result, 7);
+    EXPECT_EQ(std::filesystem::file_size(file), 0U);
+    ASSERT_FALSE(Log().empty());
+    EXPECT_EQ(Log()[0], "descriptors 0 1 2");
+}
+
+TEST_F(DialogProcessOnLinux, StandardErrorIsTheHosts) {
+    m_procedure.onButton = EndWith7;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Run(AllUpToShown() + "complain aloud\nsay button\t1\nrest"), 7);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "aloud\n");
+}
+
+// From here on this process may not send signals by descriptors of processes.
+void ForbidToKill() {
+    sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_send_signal, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program{std::size(steps), steps};
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+        prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
+        _exit(3);
+}
+
+TEST_F(DialogProcessOnLinux, AProgramThatStaysAndMayNotBeKilledIsLeft) {
+    const pid_t host = fork();
+    if (host == 0) {
+        alarm(30);
+        ForbidToKill();
+        m_procedure.onButton = EndWith7;
+        _exit(Run(AllUpToShown() + "say button\t1\nhang", {60'000, 60'000, 100}));
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(host, &status, 0), host);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 7);
+}
+
+// A host that forks while a dialog is open: the other one has all its descriptors.
+TEST_F(DialogProcessOnLinux, AnotherProcessWithTheHostsEndsDoesNotKeepTheProgram) {
+    pid_t other = -1;
+    m_procedure.onButton = [&](DialogWindow& window) {
+        other = fork();
+        if (other == 0) {
+            for (;;) pause();
+        }
+        window.End(7);
+    };
+    EXPECT_EQ(Run(AllUpToShown() + "say button\t1\nrest\nnote over"), 7);
+    ASSERT_GT(other, 0);
+    kill(other, SIGKILL);
+    waitpid(other, nullptr, 0);
+    EXPECT_EQ(Log().back(), "over");
+}
+
+// Without a bound of its own for what is written: only the opening's time is left.
+TEST_F(DialogProcessOnLinux, WhatIsWrittenBeforeTheWindowIsThereTakesOfTheOpeningsTime) {
+    m_procedure.onOpen = [](DialogWindow& window) {
+        for (int i = 0; i < 100; ++i) window.SetText(1005, std::string(100'000, 'x'));
+    };
+    EXPECT_EQ(Run(std::string(kGreeting) + kBuilding + "hang", {3'000, 24 * 3'600'000, 100}),
+              kDialogNotShown);
+    EXPECT_THAT(m_procedure.m_heard, ElementsAre("open"));
 }
 
 TEST_F(DialogProcessOnLinux, AHostThatIgnoresItsChildrenIsServed) {
