@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "tools/dialog/HostWatch.h"
+
 namespace {
 
 constexpr std::size_t kPiece = 65'536;
@@ -16,9 +18,18 @@ Conversation::Conversation(int input, int output, std::function<void(int)> ended
       m_output(output),
       m_ended(std::move(ended)),
       m_talk(m_frontEnd, [this](const std::string& lines) { Send(lines); }),
-      m_notifier(input, QSocketNotifier::Read) {
+      m_notifier(input, QSocketNotifier::Read),
+      m_host(WatchHost(input)) {
     m_frontEnd.ReportTo(m_talk, [this] { End(0); });
     QObject::connect(&m_notifier, &QSocketNotifier::activated, [this] { Read(); });
+    if (m_host < 0) return;
+    m_hostsEnd = std::make_unique<QSocketNotifier>(m_host, QSocketNotifier::Read);
+    QObject::connect(m_hostsEnd.get(), &QSocketNotifier::activated, [this] { End(0); });
+}
+
+Conversation::~Conversation() {
+    m_hostsEnd.reset();
+    if (m_host >= 0) close(m_host);
 }
 
 void Conversation::Read() {
@@ -44,5 +55,6 @@ void Conversation::Send(const std::string& lines) const {
 
 void Conversation::End(int exitCode) {
     m_notifier.setEnabled(false);
+    if (m_hostsEnd) m_hostsEnd->setEnabled(false);
     if (const auto ended = std::exchange(m_ended, nullptr)) ended(exitCode);
 }

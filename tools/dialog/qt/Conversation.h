@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QSocketNotifier>
+#include <memory>
 
 #include "tools/dialog/DialogTalk.h"
 #include "tools/dialog/qt/WindowFrontEnd.h"
@@ -13,6 +14,9 @@ public:
     // `ended` is called once, with the program's exit code; what is on the screen has to go then.
     // The descriptors stay the caller's.
     Conversation(int input, int output, std::function<void(int)> ended);
+    ~Conversation();
+    Conversation(const Conversation&) = delete;
+    Conversation& operator=(const Conversation&) = delete;
 
 private:
     void Read();
@@ -25,4 +29,6 @@ private:
     WindowFrontEnd m_frontEnd;
     DialogTalk m_talk;
     QSocketNotifier m_notifier;
+    int m_host;  // told when the host's process has ended
+    std::unique_ptr<QSocketNotifier> m_hostsEnd;
 };
