@@ -11,12 +11,20 @@ namespace {
 constexpr char kInterrupt = '\x03';
 constexpr std::size_t kLongestLine = 65'536;
 
+// Without a controlling terminal there is no foreground, and nobody is stopped.
+bool IsInForeground(int terminal) {
+    const pid_t foreground = tcgetpgrp(terminal);
+    return foreground == getpgrp() || (foreground < 0 && errno == ENOTTY);
+}
+
+// Opened anew, so that what is set for it is no matter of the host's.
 int OpenTerminal() {
-    const int terminal = open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY);
-    if (terminal >= 0) return terminal;
-    const int mode = isatty(STDERR_FILENO) == 1 ? fcntl(STDERR_FILENO, F_GETFL) : -1;
-    if (mode < 0 || (mode & O_ACCMODE) != O_RDWR) return -1;
-    return fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    constexpr int kMode = O_RDWR | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    int terminal = open("/dev/tty", kMode);
+    if (terminal < 0 && isatty(STDERR_FILENO) == 1) terminal = open("/proc/self/fd/2", kMode);
+    if (terminal < 0 || IsInForeground(terminal)) return terminal;
+    close(terminal);
+    return -1;
 }
 
 // Ctrl-C ends a line instead of interrupting. The other keys, to stop the program for one, keep
@@ -32,10 +40,10 @@ termios InLines(termios modes) {
 
 }  // namespace
 
+// None of this waits until what was printed has left: the user may have stopped the output.
 UserTerminal::UserTerminal() : m_characters(nl_langinfo(CODESET)), m_terminal(OpenTerminal()) {
     m_hasModes = IsThere() && tcgetattr(m_terminal, &m_former) == 0;
-    const termios modes = InLines(m_former);
-    if (m_hasModes) tcsetattr(m_terminal, TCSAFLUSH, &modes);
+    if (IsThere() && TakeAgain()) tcflush(m_terminal, TCIFLUSH);
 }
 
 UserTerminal::~UserTerminal() {
@@ -43,21 +51,33 @@ UserTerminal::~UserTerminal() {
     if (IsThere()) close(m_terminal);
 }
 
+// Whoever has the foreground by now may have set modes of his own.
 void UserTerminal::GiveBack() const {
-    if (m_hasModes) tcsetattr(m_terminal, TCSADRAIN, &m_former);
+    termios modes{};
+    if (!m_hasModes || tcgetattr(m_terminal, &modes) != 0) return;
+    const termios own = InLines(m_former);
+    if (modes.c_cc[VINTR] == own.c_cc[VINTR] && modes.c_cc[VEOL2] == own.c_cc[VEOL2])
+        tcsetattr(m_terminal, TCSANOW, &m_former);
 }
 
-void UserTerminal::TakeAgain() const {
+bool UserTerminal::TakeAgain() const {
+    if (!IsInForeground(m_terminal)) return false;
     const termios modes = InLines(m_former);
-    if (m_hasModes) tcsetattr(m_terminal, TCSADRAIN, &modes);
+    if (m_hasModes) tcsetattr(m_terminal, TCSANOW, &modes);
+    return true;
 }
 
-void UserTerminal::Print(const std::string& text) const {
-    const std::string bytes = m_characters.FromUtf8(text);
-    for (std::size_t written = 0; written < bytes.size();) {
-        const ssize_t count = write(m_terminal, bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno != EINTR) return;
-        if (count > 0) written += static_cast<std::size_t>(count);
+void UserTerminal::Print(const std::string& text) {
+    m_unprinted += m_characters.FromUtf8(text);
+    PrintRest();
+}
+
+void UserTerminal::PrintRest() {
+    while (!m_unprinted.empty()) {
+        const ssize_t count = write(m_terminal, m_unprinted.data(), m_unprinted.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && errno == EAGAIN) return;
+        m_unprinted.erase(0, count > 0 ? static_cast<std::size_t>(count) : std::string::npos);
     }
 }
 

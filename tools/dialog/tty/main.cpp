@@ -7,8 +7,10 @@
 
 #include <cerrno>
 #include <clocale>
+#include <iterator>
 #include <string>
 
+#include "tools/dialog/HostWatch.h"
 #include "tools/dialog/tty/TtyFrontEnd.h"
 #include "tools/dialog/tty/UserTerminal.h"
 
@@ -27,13 +29,16 @@ void Say(const std::string& lines) {
     }
 }
 
-// Signals come in line with the rest, so that the terminal is always given back.
+// Signals come in line with the rest, so that the terminal is always given back. Those of a
+// terminal that another has the foreground of come not at all.
 int WatchSignals() {
     sigset_t watched;
     sigemptyset(&watched);
     for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGTSTP, SIGCONT})
         sigaddset(&watched, signal);
-    sigprocmask(SIG_BLOCK, &watched, nullptr);
+    sigset_t blocked = watched;
+    for (const int signal : {SIGTTIN, SIGTTOU}) sigaddset(&blocked, signal);
+    sigprocmask(SIG_BLOCK, &blocked, nullptr);
     signal(SIGPIPE, SIG_IGN);
     return signalfd(-1, &watched, SFD_CLOEXEC);
 }
@@ -75,16 +80,21 @@ private:
     // The terminal isn't read while an event is being handled: another dialog may be open.
     void Serve() {
         const bool listening = m_frontEnd.IsOpen() && !m_talk.IsHandling();
-        pollfd waiting[] = {{STDIN_FILENO, POLLIN, 0},
-                            {m_signals, POLLIN, 0},
-                            {listening ? m_terminal.Descriptor() : -1, POLLIN, 0}};
-        if (poll(waiting, 3, -1) < 0) return;
-        if (waiting[0].revents != 0)
+        const int wanted = (listening ? POLLIN : 0) | (m_terminal.HasRest() ? POLLOUT : 0);
+        pollfd waiting[] = {
+            {STDIN_FILENO, POLLIN, 0},
+            {m_signals, POLLIN, 0},
+            {wanted != 0 ? m_terminal.Descriptor() : -1, static_cast<short>(wanted), 0},
+            {m_host, POLLIN, 0}};
+        if (poll(waiting, std::size(waiting), -1) < 0) return;
+        if (waiting[3].revents != 0)
+            m_state = State::GivenUp;
+        else if (waiting[0].revents != 0)
             Hear();
         else if (waiting[1].revents != 0)
             ServeSignal();
-        else if (waiting[2].revents != 0)
-            ServeUser();
+        else
+            ServeTerminal(listening && (waiting[2].revents & ~POLLOUT) != 0);
     }
 
     void Hear() {
@@ -106,8 +116,15 @@ private:
         }
         if (stops) m_terminal.GiveBack();
         if (stops) StopNow();
-        m_terminal.TakeAgain();
-        m_frontEnd.Prompt();
+        if (m_terminal.TakeAgain())
+            m_frontEnd.Prompt();
+        else
+            m_state = State::GivenUp;
+    }
+
+    void ServeTerminal(bool hasInput) {
+        m_terminal.PrintRest();
+        if (hasInput) ServeUser();
     }
 
     void ServeUser() {
@@ -122,6 +139,7 @@ private:
     }
 
     int m_signals;
+    int m_host = WatchHost(STDIN_FILENO);
     UserTerminal m_terminal;
     TtyFrontEnd m_frontEnd{m_terminal.Characters().HasChinese() ? kChineseHints : kAsciiHints,
                            [this](const std::string& text) { m_terminal.Print(text); }};

@@ -27,6 +27,8 @@ using platform::DialogWindow;
 constexpr char kInterrupt[] = "\x03";
 constexpr char kEndOfInput[] = "\x04";
 constexpr char kStop[] = "\x1A";
+constexpr char kStopOutput[] = "\x13";
+constexpr char kStartOutput[] = "\x11";
 
 // A dialog of the seal tree, or a list; ends with 1 for OK and 0 for Cancel or closing.
 class Chooser : public platform::DialogProcedure {
@@ -196,23 +198,63 @@ void AwaitStop(pid_t host) {
     while (FirstWordOf("/proc/" + program + "/stat", ")") == "S") sched_yield();
 }
 
+void TakeForeground() {
+    sigset_t output, before;
+    sigemptyset(&output);
+    sigaddset(&output, SIGTTOU);
+    sigprocmask(SIG_BLOCK, &output, &before);
+    tcsetpgrp(STDIN_FILENO, getpgrp());
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
+enum class GoesOn { InForeground, InBackground };
+
 // A shell without a user: its one job is let go on as soon as it has been stopped.
-int RunAsJob(const std::function<int()>& job) {
+int RunAsJob(const std::function<int()>& job, GoesOn how = GoesOn::InForeground) {
     const pid_t child = fork();
     if (child == 0) {
         setpgid(0, 0);
-        signal(SIGTTOU, SIG_IGN);
-        tcsetpgrp(STDIN_FILENO, getpid());
-        signal(SIGTTOU, SIG_DFL);
+        TakeForeground();
         _exit(job());
     }
     int status = 0;
     waitpid(child, &status, WUNTRACED);
     if (!WIFSTOPPED(status)) return 98;
     AwaitStop(child);
+    if (how == GoesOn::InBackground) TakeForeground();
     kill(-child, SIGCONT);
-    waitpid(child, &status, 0);
+    waitpid(child, &status, WUNTRACED);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 97;
+}
+
+// What the job came to; 97 if it was stopped.
+int RunInBackground(const std::function<int()>& job) {
+    const pid_t child = fork();
+    if (child == 0) {
+        setpgid(0, 0);
+        _exit(job());
+    }
+    int status = 0;
+    waitpid(child, &status, WUNTRACED);
+    if (!WIFSTOPPED(status)) return WEXITSTATUS(status);
+    kill(-child, SIGKILL);
+    waitpid(child, &status, 0);
+    return 97;
+}
+
+TEST_F(TtyProgramOnLinux, InTheBackgroundNothingIsShownAndNobodyStopped) {
+    Start([] {
+        return RunInBackground([] { return Choose(101) == platform::kDialogNotShown ? 7 : 8; });
+    });
+    EXPECT_EQ(Result(), 7);
+    EXPECT_EQ(m_shown, "");
+}
+
+TEST_F(TtyProgramOnLinux, AStoppedProgramThatGoesOnInTheBackgroundClosesTheDialog) {
+    Start([] { return RunAsJob([] { return Choose(101); }, GoesOn::InBackground); });
+    ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
+    Type(kStop);
+    EXPECT_EQ(Result(), 0);
 }
 
 TEST_F(TtyProgramOnLinux, AStoppedProgramAsksAgainWhenItGoesOn) {
@@ -243,6 +285,63 @@ TEST_F(TtyProgramOnLinux, WhatWasTypedBeforeTheDialogIsNoAnswer) {
     ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
     Type("1\n\n");
     EXPECT_EQ(Result(), 1);
+}
+
+TEST_F(TtyProgramOnLinux, StoppedOutputComesWhenTheUserLetsItGoOn) {
+    StartDialog(101);
+    ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
+    Type(kStopOutput + std::string("1\n") + kStartOutput);
+    ASSERT_TRUE(Expect(u8"已选择：")) << m_shown;
+    Type("y\n");
+    EXPECT_EQ(Result(), 1);
+}
+
+TEST_F(TtyProgramOnLinux, ADialogWithStoppedOutputIsClosedAndTheTerminalGivenBack) {
+    Start([] {
+        Choose(101);
+        termios after{};
+        tcgetattr(STDIN_FILENO, &after);
+        return after.c_cc[VINTR] == kInterrupt[0] ? 6 : 99;
+    });
+    ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
+    Type(kStopOutput + std::string("1\n") + kInterrupt);
+    EXPECT_EQ(Result(), 6);
+}
+
+TEST_F(TtyProgramOnLinux, AProgramWithStoppedOutputEndsWithItsHost) {
+    StartDialog(101);
+    ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
+    Type(kStopOutput + std::string("1\n"));
+    kill(m_host, SIGKILL);
+    EXPECT_EQ(Result(), -1);
+    termios after{};
+    tcgetattr(m_terminal, &after);
+    EXPECT_EQ(after.c_cc[VINTR], kInterrupt[0]);
+}
+
+// The host has forked: another process holds its ends of the streams, until `held` has no writer.
+TEST_F(TtyProgramOnLinux, TheProgramEndsWithItsHostWhoeverHoldsTheHostsStreams) {
+    int held[2];
+    ASSERT_EQ(pipe(held), 0);
+    Start([&held] {
+        close(held[1]);
+        const auto process = platform::DialogProcess::Start(TTY_PROGRAM);
+        if (fork() == 0) {
+            for (const int standard : {0, 1, 2}) close(standard);
+            char nothing;
+            _exit(read(held[0], &nothing, 1) == 0 ? 0 : 1);
+        }
+        Chooser procedure;
+        return platform::RunDialog(*process, *platform::FindTemplate(101), procedure);
+    });
+    close(held[0]);
+    ASSERT_TRUE(Expect(u8"输入序号选择")) << m_shown;
+    kill(m_host, SIGKILL);
+    EXPECT_EQ(Result(), -1);
+    pollfd terminal{m_terminal, 0, 0};
+    EXPECT_EQ(poll(&terminal, 1, 0), 1);
+    EXPECT_NE(terminal.revents & POLLHUP, 0);
+    close(held[1]);
 }
 
 TEST_F(TtyProgramOnLinux, TheProgramEndsWithItsHost) {
