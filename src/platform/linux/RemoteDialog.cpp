@@ -13,6 +13,9 @@ namespace {
 
 std::string Utf8Of(const std::string& text) { return Utf8FromAnsi(text.c_str()); }
 
+// What a user leaves behind is one state for each control.
+constexpr int kMostStates = 100;
+
 // No screen is larger, and no sum or difference of such numbers overflows.
 constexpr int kFarthest = 1'000'000;
 
@@ -82,13 +85,13 @@ std::optional<DialogReport> RemoteDialog::NextEvent() {
         else
             return false;
     };
-    for (;;) {
+    for (int states = 0; states <= kMostStates; ++states) {
         auto next = Hear(DialogLink::Patience::User);
         if (next && IsEvent(*next)) return next;
-        if (next && std::visit(take, *next)) continue;
-        m_broken = true;
-        return {};
+        if (!next || !std::visit(take, *next)) break;
     }
+    m_broken = true;
+    return {};
 }
 
 bool RemoteDialog::IsEvent(const DialogReport& report) const {

@@ -106,7 +106,7 @@ TEST_F(DialogProcessOnLinux, RubbishBehindTheWindowClosesTheDialog) {
     for (const char* const line :
          {"say what", "say shown", "say button\t1003", "say button\t9", "say selected\t1",
           "say node\t1004\t1", "say row\t1004\t0", "say text\t1003\tx", "say button", "long",
-          "say button\t1\x01", "say surface\t1005\t-1\t1"}) {
+          "say button\t1\x01", "say surface\t1005\t-1\t1", "flood surface\t1005\t1\t1"}) {
         m_procedure.m_heard.clear();
         EXPECT_EQ(Run(AllUpToShown() + line + "\nrest"), 7) << line;
         EXPECT_THAT(m_procedure.m_heard, ElementsAre("open", "close")) << line;

@@ -254,6 +254,19 @@ TEST_F(RemoteDialogOnLinux, OnlyThePreviewHasASurface) {
     }
 }
 
+TEST_F(RemoteDialogOnLinux, AHundredStatesAreTakenBeforeAnEventAndNotOneMore) {
+    int pressed = 0;
+    m_acts.m_open = [](DialogWindow& window) { window.AppendRow(1001, "a"); };
+    m_acts.m_button = [&](DialogWindow&) { ++pressed; };
+    std::vector<std::string> lines(100, "row\t1001\t0");
+    lines.push_back("button\t1");
+    EXPECT_EQ(Run(101, lines), 1);
+    EXPECT_EQ(pressed, 1);
+    lines.insert(lines.begin(), "row\t1001\t-1");
+    Run(101, lines);
+    EXPECT_EQ(m_link.m_lines.size(), 1U) << "the button isn't heard";
+}
+
 TEST_F(RemoteDialogOnLinux, ATextThatNoLineCanHoldGivesTheProgramUp) {
     m_acts.m_open = [](DialogWindow& window) {
         window.SetText(1003, std::string(platform::kLongestLineToProgram, 'x'));
