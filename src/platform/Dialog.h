@@ -25,10 +25,12 @@ public:
 constexpr int kDialogNotShown = -1;
 
 // Shows the dialog `templateId` of the loaded module with the name `moduleStem` ("TesmarkOpt" gives
-// TesmarkOpt.dll or libTesmarkOpt.so), without an owner, and blocks until it has ended. Returns
-// what it ended with. kDialogNotShown: no such module is loaded, it has no such template, or there
-// is nothing to show dialogs with; `procedure` then hears of nothing, or, where a program shows
-// dialogs and fails after it has made this one and before it is visible, of its opening alone.
+// TesmarkOpt.dll or libTesmarkOpt.so), without an owner, and blocks until it has ended. On Linux
+// the module need only be loaded: the template, and the program that shows it, are those of the
+// library that this code is part of. Returns what the dialog ended with. kDialogNotShown: no such
+// module is loaded, there is no such template, or there is nothing to show dialogs with;
+// `procedure` then hears of nothing, or, where a program shows dialogs and fails after it has made
+// this one and before it is visible, of its opening alone.
 //
 // Where that program fails later, the dialog is told to close as if by its user. If it doesn't end
 // even then, the result is kDialogNotShown.
