@@ -1,10 +1,10 @@
-#include <commctrl.h>
-
 #include <vector>
 
 #include "dialogs/Resource.h"
 #include "road/RoadTest.h"
 #include "support/windows/DialogUser.h"
+// After the system's own header.
+#include <commctrl.h>
 
 namespace {
 
