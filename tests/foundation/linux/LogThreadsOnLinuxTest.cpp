@@ -11,7 +11,7 @@ namespace {
 
 // Windows and Linux both append in one step, but Wine doesn't: there two records of one moment may
 // come to stand at one place.
-TEST(LogThreadsOnLinuxTest, RecordsOfSeveralThreadsStayWholeAndNoneIsLost) {
+TEST(LogThreadsOnLinux, RecordsOfSeveralThreadsStayWholeAndNoneIsLost) {
     const TemporaryPrefix prefix;
     ASSERT_EQ(RunProgram({LOG_WRITER, "threads", "4", "100"}, {}).exitCode, 0);
     std::istringstream lines(ReadFileToString(prefix.LogFolder() + "Fenmoor.log"));

@@ -3,7 +3,7 @@
 namespace {
 
 // Without a dialog program nobody is asked; on Windows dialogs need none.
-class NobodyAskedOnLinuxTest : public RoadTest {
+class NobodyAskedOnLinux : public RoadTest {
 protected:
     std::string LoggedInKey(KeyKind kind, const std::string& name) {
         const std::string certId = MakeKey(kind, name);
@@ -12,14 +12,14 @@ protected:
     }
 };
 
-TEST_F(NobodyAskedOnLinuxTest, OfTwoSealsNobodyChooses) {
+TEST_F(NobodyAskedOnLinux, OfTwoSealsNobodyChooses) {
     const std::string certId = LoggedInKey(KeyKind::kRsa, "rsa");
     AddEsSeal(certId);
     AddEsSeal(certId, "ESEAL02");
     EXPECT_EQ(Picture().code, TESMARK_CANCELLED);
 }
 
-TEST_F(NobodyAskedOnLinuxTest, OfTwoCertificatesNobodyChooses) {
+TEST_F(NobodyAskedOnLinux, OfTwoCertificatesNobodyChooses) {
     AddEsSeal(LoggedInKey(KeyKind::kRsa, "rsa"));
     AddEsSeal(MakeKey(KeyKind::kSm2, "sm2"));
     EXPECT_EQ(Picture().code, TESMARK_CANCELLED);

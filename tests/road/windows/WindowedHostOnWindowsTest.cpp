@@ -105,9 +105,9 @@ DWORD Handles() {
 }
 
 // Two keys with a seal each, so that there is a choice.
-class WindowedHostOnWindowsTest : public RoadTest {
+class WindowedHostOnWindows : public RoadTest {
 protected:
-    WindowedHostOnWindowsTest() {
+    WindowedHostOnWindows() {
         for (const char* name : {"first", "second"}) {
             const std::string certId = MakeKey(KeyKind::kRsa, name);
             AddEsSeal(certId);
@@ -125,7 +125,7 @@ protected:
     HostWindow m_host;
 };
 
-TEST_F(WindowedHostOnWindowsTest, PicksCancelsAndPicksAgain) {
+TEST_F(WindowedHostOnWindows, PicksCancelsAndPicksAgain) {
     const Handed first = Stamp(PickFirstSeal);
     ASSERT_EQ(first.code, 0);
     EXPECT_EQ(first.bytes, SealPicture());
@@ -137,7 +137,7 @@ TEST_F(WindowedHostOnWindowsTest, PicksCancelsAndPicksAgain) {
     EXPECT_TRUE(IsWindowEnabled(m_host.Window()));
 }
 
-TEST_F(WindowedHostOnWindowsTest, ATimerOfTheHostThatAsksInTheLoopIsToldThatItIsBusy) {
+TEST_F(WindowedHostOnWindows, ATimerOfTheHostThatAsksInTheLoopIsToldThatItIsBusy) {
     const Handed picture = Stamp([&](HWND dialog) {
         m_host.AskAgainInTheLoop();
         // The dialog ends only when the timer has been heard.
@@ -151,7 +151,7 @@ TEST_F(WindowedHostOnWindowsTest, ATimerOfTheHostThatAsksInTheLoopIsToldThatItIs
     EXPECT_EQ(picture.bytes, SealPicture());
 }
 
-TEST_F(WindowedHostOnWindowsTest, DialogsLeaveNoHandlesBehind) {
+TEST_F(WindowedHostOnWindows, DialogsLeaveNoHandlesBehind) {
     for (int i = 0; i < 5; ++i) ASSERT_EQ(Stamp(PickFirstSeal).code, 0);
     const DWORD before = Handles();
     for (int i = 0; i < 20; ++i) ASSERT_EQ(Stamp(PickFirstSeal).code, 0);
