@@ -8,7 +8,9 @@
 // process.
 class XServer {
 public:
-    XServer();
+    // With a folder the screen can be read there, in the file "Xvfb_screen0": an XWD whose pixels
+    // change as the screen does.
+    explicit XServer(const std::string& folder = "");
     ~XServer();
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
