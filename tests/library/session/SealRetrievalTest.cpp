@@ -86,7 +86,8 @@ TEST_F(SealRetrievalTest, AFetchOfANegativeLengthIsTheStringTypesFailure) {
     ASSERT_EQ(Query(), 0);
     unsigned char buffer[8];
     int length = -1;
-    EXPECT_ANY_THROW(GetSealInfo(buffer, &length));
+    EXPECT_EQ(StringFailureOf([&] { GetSealInfo(buffer, &length); }),
+              StringFailure::kInvalidArgument);
 }
 
 TEST_F(SealRetrievalTest, AHostThatNeverCallsWithNullGetsSelectionAndCopyInOneCall) {
