@@ -1,6 +1,7 @@
 // CodePage.h - conversion between the ANSI code page and UTF-8.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -13,5 +14,12 @@ namespace platform {
 // character for most of these.
 std::string Utf8FromAnsi(std::string_view text);
 std::string AnsiFromUtf8(std::string_view text);
+
+// The one character with that number in Unicode; empty if the ANSI code page lacks it, or there is
+// none.
+std::string AnsiFromCharacter(std::uint32_t number);
+
+// True for a byte that begins a character of two bytes in the ANSI code page.
+bool IsAnsiLeadByte(char byte);
 
 }  // namespace platform

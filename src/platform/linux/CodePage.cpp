@@ -143,4 +143,16 @@ std::string AnsiFromUtf8(std::string_view text) {
     return output.Take();
 }
 
+std::string AnsiFromCharacter(std::uint32_t number) {
+    if (number < 0x80) return std::string(1, static_cast<char>(number));
+    const unsigned int pair = GbkOf(number);
+    if (pair == 0) return {};
+    if (pair < 0x100) return std::string(1, static_cast<char>(pair));
+    return {static_cast<char>(pair >> 8), static_cast<char>(pair)};
+}
+
+bool IsAnsiLeadByte(char byte) {
+    return IsBetween(static_cast<unsigned char>(byte), kGbkFirstLead, kGbkLastLead);
+}
+
 }  // namespace platform

@@ -1,0 +1,219 @@
+#include "foundation/XmlDocument.h"
+
+#include <algorithm>
+
+#include "foundation/XmlEntities.h"
+#include "foundation/XmlReader.h"
+#include "foundation/XmlTags.h"
+#include "foundation/XmlTokens.h"
+
+namespace {
+
+constexpr char kLineEnd[] = "\r\n";
+
+// Opening up the parent may add as much again, and every offset still has 32 bits.
+constexpr std::size_t kLargest = std::size_t{1} << 31;
+
+struct NewElement {
+    std::string text;  // with its line end
+    XmlElement record;
+};
+
+// All but the record's place.
+NewElement MakeElement(std::string_view name, std::string_view value) {
+    NewElement made{"<" + std::string(name), {}};
+    std::size_t endTag = 0;
+    if (value.empty()) {
+        made.text += "/>";
+    } else {
+        made.text += ">";
+        AppendXmlEscaped(value, made.text);
+        made.text.append("</").append(name).append(">");
+        endTag = name.size() + 3;
+        made.record.flags = XmlElement::kNoMarkupInside;
+    }
+    made.record.length = static_cast<std::uint32_t>(made.text.size());
+    made.record.tagLengths = PackXmlTagLengths(name.size() + (value.empty() ? 3 : 2), endTag);
+    made.text += kLineEnd;
+    return made;
+}
+
+// Tokens other than text and CDATA sections are passed over.
+std::string TextOfTokens(std::string_view content) {
+    std::string text;
+    text.reserve(content.size());
+    XmlTokenizer tokens(content);
+    const char* const end = content.data() + content.size();
+    for (const char* p = content.data(); p != end;) {
+        const XmlToken token = tokens.TokenAt(p);
+        if (token.kind == XmlToken::Kind::kText) AppendXmlDecoded(token.text, text);
+        if (token.kind == XmlToken::Kind::kCDataSection) text.append(token.CDataText());
+        p += token.text.size();
+    }
+    return text;
+}
+
+std::string TextOf(std::string_view content, bool mayHoldMarkup) {
+    if (mayHoldMarkup && content.find('<') != std::string_view::npos) return TextOfTokens(content);
+    if (content.find('&') == std::string_view::npos) return std::string(content);
+    std::string text;
+    text.reserve(content.size());
+    AppendXmlDecoded(content, text);
+    return text;
+}
+
+}  // namespace
+
+bool XmlDocument::Load(const char* source) {
+    m_text.assign(source != nullptr ? source : "");
+    m_parent = m_current = m_child = 0;
+    return ReadXml(m_text, m_elements, m_results);
+}
+
+bool XmlDocument::FindElement(const char* name) {
+    std::uint32_t i =
+        m_current != 0 ? m_elements[m_current].nextSibling : m_elements[m_parent].firstChild;
+    while (i != 0 && name != nullptr && !HasName(m_elements[i], name)) {
+        i = m_elements[i].nextSibling;
+    }
+    if (i == 0) return false;
+    m_current = i;
+    m_parent = m_elements[i].parent;
+    m_child = 0;
+    return true;
+}
+
+void XmlDocument::EnterElement() {
+    if (m_current == 0) return;
+    m_parent = m_current;
+    m_current = m_child;
+    m_child = 0;
+}
+
+void XmlDocument::LeaveElement() {
+    if (m_parent == 0) return;
+    m_child = m_current;
+    m_current = m_parent;
+    m_parent = m_elements[m_current].parent;
+}
+
+std::string XmlDocument::GetElementText() const {
+    const XmlElement& element = m_elements[m_current];
+    if (m_current == 0 || element.firstChild != 0 || IsXmlTagAlone(m_text, element)) return {};
+    const std::uint32_t begin = ContentBegin(element);
+    const std::string_view text = m_text;
+    return TextOf(text.substr(begin, ContentEnd(element) - begin),
+                  (element.flags & XmlElement::kNoMarkupInside) == 0);
+}
+
+bool XmlDocument::AddElement(const char* name, const char* value) {
+    NewElement made = MakeElement(name, value != nullptr ? value : "");
+    if (m_text.size() + made.text.size() > kLargest) return false;
+    const std::uint32_t previous = m_current != 0 ? m_current : LastChild(m_parent);
+    const std::uint32_t offset = m_current != 0 ? OffsetBehindCurrent() : OffsetAtEndOfParent();
+    m_text.insert(offset, made.text);
+    const std::uint32_t added = m_elements.Add();
+    made.record.start = offset;
+    m_elements[added] = made.record;
+    Link(added, previous);
+    ShiftBehind(added, static_cast<std::uint32_t>(made.text.size()));
+    m_current = added;
+    m_child = 0;
+    return true;
+}
+
+bool XmlDocument::HasName(const XmlElement& element, std::string_view name) const {
+    const std::size_t begin = element.start + 1;
+    if (m_text.compare(begin, name.size(), name) != 0) return false;
+    return EndsXmlName(m_text[begin + name.size()]) && XmlNameAtFront(name).size() == name.size();
+}
+
+std::uint32_t XmlDocument::LastChild(std::uint32_t parent) const {
+    return m_elements[m_elements[parent].firstChild].previousSibling;
+}
+
+std::uint32_t XmlDocument::ContentBegin(const XmlElement& element) const {
+    return element.start + XmlStartTagLength(m_text, element);
+}
+
+std::uint32_t XmlDocument::ContentEnd(const XmlElement& element) const {
+    const std::uint32_t first = element.firstChild;
+    if (first == 0) return XmlContentEnd(m_text, element, ContentBegin(element));
+    const XmlElement& last = m_elements[m_elements[first].previousSibling];
+    return XmlContentEnd(m_text, element, last.start + last.length);
+}
+
+// Behind the white space too if there is more markup, so that the new element begins a line.
+std::uint32_t XmlDocument::OffsetBehindCurrent() const {
+    const XmlElement& current = m_elements[m_current];
+    const std::size_t behind = current.start + current.length;
+    const std::size_t next = m_text.find_first_not_of(" \t\r\n", behind);
+    const bool isMarkup = next != std::string::npos && m_text[next] == '<';
+    return static_cast<std::uint32_t>(isMarkup ? next : behind);
+}
+
+std::uint32_t XmlDocument::OffsetAtEndOfParent() {
+    if (m_parent == 0) return static_cast<std::uint32_t>(m_text.size());
+    if (IsXmlTagAlone(m_text, m_elements[m_parent])) OpenUp(m_parent);
+    return ContentEnd(m_elements[m_parent]);
+}
+
+// Gives a tag that stands alone an end tag, whose ">" is the one that it had itself. A start tag
+// that was never ended has no "/" to lose.
+void XmlDocument::OpenUp(std::uint32_t element) {
+    XmlElement& record = m_elements[element];
+    const std::uint32_t length = record.length;
+    const std::string_view tag = std::string_view(m_text).substr(record.start, length);
+    const std::string name(XmlNameAtFront(tag.substr(1)));
+    const std::uint32_t slash = tag[length - 2] == '/' ? 1 : 0;
+    const std::string put = ">" + std::string(kLineEnd) + "</" + name;
+    m_text.replace(record.start + length - 1 - slash, slash, put);
+    const auto shift = static_cast<std::uint32_t>(put.size() - slash);
+    record.length += shift;
+    record.tagLengths = PackXmlTagLengths(length - slash, name.size() + 3);
+    record.flags &= ~XmlElement::kWithoutEndTag;
+    ShiftBehind(element, shift);
+}
+
+void XmlDocument::Link(std::uint32_t added, std::uint32_t previous) {
+    XmlElement& parent = m_elements[m_parent];
+    XmlElement& element = m_elements[added];
+    const std::uint32_t depth = (parent.flags & XmlElement::kDepth) + 1;
+    element.flags |= std::min(depth, XmlElement::kDepth);
+    element.parent = m_parent;
+    parent.flags &= ~XmlElement::kNoMarkupInside;
+    if (previous == 0) {
+        element.flags |= XmlElement::kFirstChild;
+        element.previousSibling = added;
+        parent.firstChild = added;
+        return;
+    }
+    element.previousSibling = previous;
+    element.nextSibling = m_elements[previous].nextSibling;
+    m_elements[previous].nextSibling = added;
+    m_elements[element.nextSibling != 0 ? element.nextSibling : parent.firstChild].previousSibling =
+        added;
+}
+
+// What stands behind the element moves, and what encloses it grows.
+void XmlDocument::ShiftBehind(std::uint32_t element, std::uint32_t shift) {
+    for (std::uint32_t i = element; i != 0; i = m_elements[i].parent) {
+        if (i != element) m_elements[i].length += shift;
+        std::uint32_t next = m_elements[i].nextSibling;
+        for (; next != 0; next = m_elements[next].nextSibling) ShiftWithAllInside(next, shift);
+    }
+}
+
+void XmlDocument::ShiftWithAllInside(std::uint32_t element, std::uint32_t shift) {
+    std::uint32_t i = element;
+    for (;;) {
+        m_elements[i].start += shift;
+        if (m_elements[i].firstChild != 0) {
+            i = m_elements[i].firstChild;
+            continue;
+        }
+        while (i != element && m_elements[i].nextSibling == 0) i = m_elements[i].parent;
+        if (i == element) return;
+        i = m_elements[i].nextSibling;
+    }
+}

@@ -1,0 +1,72 @@
+// XmlDocument.h - reads and writes small XML documents by a cursor.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "foundation/XmlIndex.h"
+
+// A document is one text in the ANSI code page and an index of its elements, whose size is all that
+// reading costs in memory. It is neither converted nor given a declaration. For one thread at a
+// time. Nothing fails but for want of memory: an ill-formed text gives as many elements as can be
+// told (see XmlReader.h).
+//
+// The cursor stands on an element, or, inside its parent, before all elements: there GetElementText
+// is empty and AddElement adds at the parent's end. Names compare exactly.
+class XmlDocument {
+public:
+    XmlDocument() = default;
+    XmlDocument(const XmlDocument&) = delete;
+    XmlDocument& operator=(const XmlDocument&) = delete;
+
+    // Replaces the document; null counts as an empty text. The cursor then stands before the root.
+    // True if the text has no finding, and one root.
+    bool Load(const char* source);
+
+    // Goes forward, never back, to the next sibling of that name, or to the next one whatever its
+    // name, if null. If there is none the cursor stays, so that a GetElementText after it reads the
+    // element before.
+    bool FindElement(const char* name);
+
+    // Goes inside the current element: before its first child, or to the child on which the cursor
+    // stood when it last left. Nothing without a current element.
+    void EnterElement();
+    // Goes to the parent; nothing outside the root.
+    void LeaveElement();
+
+    // The text of the current element with references and CDATA sections resolved, white space
+    // kept. Empty for an element that has child elements.
+    std::string GetElementText() const;
+
+    // Adds an element behind the current one, or at the end of the parent's content, on a line of
+    // its own, and goes to it. A null value counts as an empty one; `name` is written as it
+    // comes. False only where the document would grow beyond 2 GiB, and it stays as it is.
+    bool AddElement(const char* name, const char* value);
+
+    // The whole document.
+    std::string GetText() const { return m_text; }
+
+    // What the last Load found wrong, an empty element for each, named by the finding; about 1,000
+    // characters at most.
+    const std::string& GetResults() const { return m_results; }
+
+private:
+    bool HasName(const XmlElement& element, std::string_view name) const;
+    std::uint32_t LastChild(std::uint32_t parent) const;
+    std::uint32_t ContentBegin(const XmlElement& element) const;
+    std::uint32_t ContentEnd(const XmlElement& element) const;
+    std::uint32_t OffsetBehindCurrent() const;
+    std::uint32_t OffsetAtEndOfParent();
+    void OpenUp(std::uint32_t element);
+    void Link(std::uint32_t added, std::uint32_t previous);
+    void ShiftBehind(std::uint32_t element, std::uint32_t shift);
+    void ShiftWithAllInside(std::uint32_t element, std::uint32_t shift);
+
+    std::string m_text;
+    std::string m_results;
+    std::uint32_t m_parent = 0;
+    std::uint32_t m_current = 0;
+    std::uint32_t m_child = 0;
+    XmlIndex m_elements;
+};
