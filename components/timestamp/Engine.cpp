@@ -3,7 +3,7 @@
 #include <exception>
 
 #include "components/crypto/KeepLoaded.h"
-#include "components/timestamp/Address.h"
+#include "components/http/Address.h"
 #include "components/timestamp/AuthorityClient.h"
 #include "components/timestamp/ResponseCheck.h"
 #include "foundation/Logger.h"

@@ -11,7 +11,7 @@
 #include "PlatformText.h"
 #include "TerminalText.h"
 #include "components/certservice/Places.h"
-#include "components/timestamp/Address.h"
+#include "components/http/Address.h"
 #include "components/timestamp/TimeStampSettings.h"
 #include "foundation/Registry.h"
 #include "platform/Files.h"

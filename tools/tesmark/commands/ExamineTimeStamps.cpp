@@ -8,7 +8,7 @@
 #include "TerminalText.h"
 #include "TimeStampWish.h"
 #include "commands/Findings.h"
-#include "components/timestamp/Address.h"
+#include "components/http/Address.h"
 #include "components/timestamp/TimeStampSettings.h"
 #include "platform/Automation.h"
 #include "platform/Module.h"

@@ -1,6 +1,6 @@
 // How addresses are told, and which of them no authority can be asked at.
 
-#include "components/timestamp/Address.h"
+#include "components/http/Address.h"
 
 #include <gtest/gtest.h>
 

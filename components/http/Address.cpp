@@ -1,4 +1,4 @@
-#include "components/timestamp/Address.h"
+#include "components/http/Address.h"
 
 #include <strings.h>
 
