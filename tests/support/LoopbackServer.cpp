@@ -100,7 +100,11 @@ public:
         constexpr std::string_view kEnd = "\r\n\r\n";
         std::string text;
         std::size_t end = text.npos;
-        while (end == text.npos && ReadMore(text)) end = text.find(kEnd);
+        while (end == text.npos && ReadMore(text)) {
+            end = text.find(kEnd);
+            // A greeting of TLS to a plain server has no end to wait for.
+            if (m_tls == nullptr && text.starts_with('\x16')) break;
+        }
         if (end == text.npos) return {"", text, ""};
         const std::size_t head = end + kEnd.size();
         const std::size_t whole = head + BodySize(text.substr(0, head));
@@ -118,6 +122,16 @@ public:
                                  : Send(m_socket, rest, text.size() - sent);
             if (size <= 0) return;
             sent += static_cast<std::size_t>(size);
+        }
+    }
+
+    void End(LoopbackServer::Ending ending) {
+        std::string ignored;
+        if (ending == LoopbackServer::Ending::ByPeer) {
+            while (ReadMore(ignored)) continue;
+        } else if (ending == LoopbackServer::Ending::ByReset) {
+            m_open = false;
+            CloseByReset(m_socket);
         }
     }
 
@@ -169,6 +183,8 @@ public:
         return m_requests;
     }
 
+    void EndConnections(Ending ending) { m_ending = ending; }
+
 private:
     void Serve() {
         for (;;) {
@@ -190,6 +206,7 @@ private:
             m_requests.push_back(request.head);
         }
         connection.Write(m_handler(request));
+        connection.End(m_ending);
     }
 
     Handler m_handler;
@@ -197,6 +214,7 @@ private:
     int m_port;
     SocketHandle m_listening = -1;
     std::atomic<bool> m_stopped = false;
+    std::atomic<Ending> m_ending = Ending::Orderly;
     mutable std::mutex m_mutex;
     std::vector<std::string> m_requests;
     std::thread m_thread;
@@ -213,6 +231,8 @@ LoopbackServer::LoopbackServer(Handler handler, Scheme scheme, int port)
 LoopbackServer::~LoopbackServer() = default;
 
 std::string LoopbackServer::Url(const std::string& path) const { return m_server->Origin() + path; }
+
+void LoopbackServer::EndConnections(Ending ending) { m_server->EndConnections(ending); }
 
 std::string LoopbackServer::Certificate() const { return m_server->Certificate(); }
 

@@ -29,6 +29,9 @@ public:
 
     // "http://127.0.0.1:<port>" and `path`.
     std::string Url(const std::string& path) const;
+    // How connections end once the answer is written, from now on. ByPeer: when the peer hangs up.
+    enum class Ending { Orderly, ByReset, ByPeer };
+    void EndConnections(Ending ending);
     // The server's certificate in PEM, for who is to trust it; empty over HTTP.
     std::string Certificate() const;
     // The requests so far, each up to the end of its head.

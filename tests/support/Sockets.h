@@ -19,5 +19,7 @@ bool Knock(int port);
 std::ptrdiff_t Receive(SocketHandle socket, char* data, std::size_t size);
 std::ptrdiff_t Send(SocketHandle socket, const char* data, std::size_t size);
 void CloseSocket(SocketHandle socket);
+// The next CloseSocket resets the connection, whatever is still under way.
+void CloseByReset(SocketHandle socket);
 // A peer that hangs up early must not end the test program.
 void IgnoreBrokenPipes();

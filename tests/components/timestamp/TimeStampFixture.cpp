@@ -68,14 +68,6 @@ std::string HttpReply(const std::string& body) {
     return LoopbackServer::Page("200 OK", body, "Content-Type: application/timestamp-reply\r\n");
 }
 
-TimeStampTest::TimeStampTest() {
-    for (const char* const name : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy",
-                                   "ALL_PROXY", "no_proxy", "NO_PROXY"}) {
-        m_saved.push_back(std::make_unique<SavedVariable>(name));
-        ClearVariable(name);
-    }
-}
-
 EngineOutcome TimeStampTest::Ask(const std::vector<std::string>& urls) {
     m_settings.urls = urls;
     return AskAuthorities(m_settings, Base64Encode(m_request));

@@ -3,14 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "components/timestamp/Engine.h"
-#include "support/Environment.h"
 #include "support/LoopbackServer.h"
+#include "support/NoProxy.h"
 #include "support/TemporaryPrefix.h"
 
 // What a request says. A nonce of 0 and an empty policy are left out.
@@ -28,12 +27,9 @@ const std::string& AuthorityCa();
 // Those of an HTTP answer with the right type.
 std::string HttpReply(const std::string& body);
 
-// No proxy of the environment's comes between.
 class TimeStampTest : public testing::Test {
 protected:
     using Request = LoopbackServer::Request;
-
-    TimeStampTest();
 
     // Asks the authorities of `urls` with the fixture's settings.
     EngineOutcome Ask(const std::vector<std::string>& urls);
@@ -47,5 +43,5 @@ protected:
     std::string m_request = MakeRequest();
 
 private:
-    std::vector<std::unique_ptr<SavedVariable>> m_saved;
+    NoProxy m_noProxy;
 };

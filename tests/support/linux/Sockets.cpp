@@ -60,4 +60,9 @@ std::ptrdiff_t Send(SocketHandle socket, const char* data, std::size_t size) {
 
 void CloseSocket(SocketHandle socket) { close(Native(socket)); }
 
+void CloseByReset(SocketHandle socket) {
+    constexpr linger reset{1, 0};
+    setsockopt(Native(socket), SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
+}
+
 void IgnoreBrokenPipes() { std::signal(SIGPIPE, SIG_IGN); }

@@ -62,4 +62,10 @@ std::ptrdiff_t Send(SocketHandle socket, const char* data, std::size_t size) {
 
 void CloseSocket(SocketHandle socket) { closesocket(Native(socket)); }
 
+void CloseByReset(SocketHandle socket) {
+    constexpr linger reset{1, 0};
+    setsockopt(Native(socket), SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&reset),
+               sizeof reset);
+}
+
 void IgnoreBrokenPipes() {}

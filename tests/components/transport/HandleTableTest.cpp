@@ -1,0 +1,137 @@
+#include "components/transport/HandleTable.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+#include <set>
+
+namespace {
+
+class HandleTableTest : public testing::Test {
+protected:
+    // A context with one request.
+    void* Begin(void** context = nullptr) {
+        void* const made = m_table.MakeContext();
+        EXPECT_NE(made, nullptr);
+        if (context != nullptr) *context = made;
+        return m_table.MakeRequest(made);
+    }
+    void MarkRead(void* request) {
+        ASSERT_NE(m_table.OwnerOf(request), nullptr);
+        m_table.OwnerOf(request)->reader = std::this_thread::get_id();
+    }
+
+    CHandleTable m_table;
+};
+
+TEST_F(HandleTableTest, ARequestBelongsToItsContext) {
+    void* context = nullptr;
+    void* const request = Begin(&context);
+    void* const other = Begin();
+    EXPECT_EQ(m_table.OwnerOf(request), m_table.FindContext(context));
+    EXPECT_NE(m_table.OwnerOf(other), m_table.FindContext(context));
+    EXPECT_NE(m_table.FindRequest(request), m_table.FindRequest(other));
+}
+
+TEST_F(HandleTableTest, WhatIsNoHandleIsNotFound) {
+    void* context = nullptr;
+    void* const request = Begin(&context);
+    int local = 0;
+    for (void* const handle :
+         {static_cast<void*>(nullptr), static_cast<void*>(&local), reinterpret_cast<void*>(-1)}) {
+        EXPECT_EQ(m_table.FindContext(handle), nullptr);
+        EXPECT_EQ(m_table.FindRequest(handle), nullptr);
+        EXPECT_EQ(m_table.MakeRequest(handle), nullptr);
+    }
+    EXPECT_EQ(m_table.FindRequest(context), nullptr);
+    EXPECT_EQ(m_table.FindContext(request), nullptr);
+}
+
+TEST_F(HandleTableTest, AContextHasALimitedNumberOfRequests) {
+    void* const context = m_table.MakeContext();
+    std::set<void*> requests;
+    for (std::size_t i = 0; i < kMostRequests; ++i) requests.insert(m_table.MakeRequest(context));
+    EXPECT_EQ(requests.size(), kMostRequests);
+    EXPECT_FALSE(requests.contains(nullptr));
+    EXPECT_EQ(m_table.MakeRequest(context), nullptr);
+    EXPECT_NE(m_table.MakeRequest(m_table.MakeContext()), nullptr);
+}
+
+TEST_F(HandleTableTest, TheOldestOfTooManyContextsGoes) {
+    void* first = nullptr;
+    void* second = nullptr;
+    void* const request = Begin(&first);
+    Begin(&second);
+    for (std::size_t i = 2; i < kMostContexts; ++i) m_table.MakeContext();
+    EXPECT_NE(m_table.FindRequest(request), nullptr);
+    m_table.MakeContext();
+    EXPECT_EQ(m_table.FindContext(first), nullptr);
+    EXPECT_EQ(m_table.FindRequest(request), nullptr);
+    EXPECT_EQ(m_table.MakeRequest(first), nullptr);
+    EXPECT_NE(m_table.FindContext(second), nullptr);
+}
+
+TEST_F(HandleTableTest, AHundredThousandContextsThatNobodyReleasesStayFew) {
+    for (int i = 0; i < 100'000; ++i) {
+        Begin();
+        ASSERT_LE(m_table.Contexts(), kMostContexts);
+    }
+    EXPECT_EQ(m_table.Contexts(), kMostContexts);
+}
+
+TEST_F(HandleTableTest, AThreadThatHasReadItsAnswerAndBeginsAnewLeavesOneContext) {
+    for (int i = 0; i < 1'000; ++i) {
+        void* const request = Begin();
+        ASSERT_EQ(m_table.Contexts(), 1u);
+        MarkRead(request);
+        ASSERT_NE(m_table.FindRequest(request), nullptr);
+    }
+}
+
+TEST_F(HandleTableTest, AnotherThreadsBeginningLeavesAnAnswerThatWasJustRead) {
+    void* const request = Begin();
+    MarkRead(request);
+    std::async(std::launch::async, [this] { m_table.MakeContext(); }).get();
+    EXPECT_NE(m_table.FindRequest(request), nullptr);
+    m_table.MakeContext();
+    EXPECT_EQ(m_table.FindRequest(request), nullptr);
+}
+
+TEST_F(HandleTableTest, AnExchangeUnderWayKeepsItsContext) {
+    void* const request = Begin();
+    MarkRead(request);
+    m_table.FindRequest(request)->state = RequestState::kUnderWay;
+    for (std::size_t i = 0; i < 2 * kMostContexts; ++i) m_table.MakeContext();
+    EXPECT_NE(m_table.FindRequest(request), nullptr);
+}
+
+TEST_F(HandleTableTest, WhereAllAreUnderWayNoneIsBegun) {
+    void* last = nullptr;
+    for (std::size_t i = 0; i < kMostContexts; ++i) {
+        last = Begin();
+        m_table.FindRequest(last)->state = RequestState::kUnderWay;
+    }
+    EXPECT_EQ(m_table.MakeContext(), nullptr);
+    m_table.FindRequest(last)->state = RequestState::kOver;
+    EXPECT_NE(m_table.MakeContext(), nullptr);
+    EXPECT_EQ(m_table.FindRequest(last), nullptr);
+}
+
+TEST_F(HandleTableTest, OldAnswersMakeRoomForNewOnes) {
+    void* const oldest = Begin();
+    void* const busy = Begin();
+    void* const newer = Begin();
+    m_table.FindRequest(oldest)->answer.assign(kMostHeldBytes / 4, 'x');
+    m_table.FindRequest(busy)->body.assign(kMostHeldBytes / 4, 'x');
+    m_table.FindRequest(busy)->state = RequestState::kUnderWay;
+    m_table.FindRequest(newer)->answer.assign(kMostHeldBytes / 4, 'x');
+    m_table.MakeRoom(kMostHeldBytes / 4, newer);
+    EXPECT_NE(m_table.FindRequest(oldest), nullptr);
+    m_table.MakeRoom(kMostHeldBytes / 4 + 1, newer);
+    EXPECT_EQ(m_table.FindRequest(oldest), nullptr);
+    m_table.MakeRoom(kMostHeldBytes, newer);
+    EXPECT_NE(m_table.FindRequest(busy), nullptr);
+    EXPECT_NE(m_table.FindRequest(newer), nullptr);
+}
+
+}  // namespace
