@@ -1,4 +1,4 @@
-// GdLibrary.h - the calls of libgd that the conversion needs, bound when first used, wherever it
+// GdLibrary.h - the calls of libgd in use, bound when first used, wherever it
 // stands.
 #pragma once
 
@@ -24,6 +24,12 @@ public:
     decltype(&::gdImageColorAllocate) colorAllocate = nullptr;
     decltype(&::gdImageColorTransparent) colorTransparent = nullptr;
     decltype(&::gdImageGifPtr) gif = nullptr;
+    decltype(&::gdImageAlphaBlending) alphaBlending = nullptr;
+    decltype(&::gdImageSaveAlpha) saveAlpha = nullptr;
+    decltype(&::gdImageSetResolution) setResolution = nullptr;
+    decltype(&::gdImagePngPtr) png = nullptr;
+    decltype(&::gdImageJpegPtr) jpeg = nullptr;
+    decltype(&::gdImageBmpPtr) bmp = nullptr;
     decltype(&::gdImageDestroy) destroy = nullptr;
     decltype(&::gdFree) free = nullptr;
 

@@ -27,6 +27,11 @@ bool CGdLibrary::Bind() {
            Find(module, "gdImageTrueColorToPalette", trueColorToPalette) &&
            Find(module, "gdImageColorAllocate", colorAllocate) &&
            Find(module, "gdImageColorTransparent", colorTransparent) &&
-           Find(module, "gdImageGifPtr", gif) && Find(module, "gdImageDestroy", destroy) &&
+           Find(module, "gdImageGifPtr", gif) &&
+           Find(module, "gdImageAlphaBlending", alphaBlending) &&
+           Find(module, "gdImageSaveAlpha", saveAlpha) &&
+           Find(module, "gdImageSetResolution", setResolution) &&
+           Find(module, "gdImagePngPtr", png) && Find(module, "gdImageJpegPtr", jpeg) &&
+           Find(module, "gdImageBmpPtr", bmp) && Find(module, "gdImageDestroy", destroy) &&
            Find(module, "gdFree", free);
 }

@@ -15,6 +15,12 @@ bool CGdLibrary::Bind() {
     colorAllocate = &::gdImageColorAllocate;
     colorTransparent = &::gdImageColorTransparent;
     gif = &::gdImageGifPtr;
+    alphaBlending = &::gdImageAlphaBlending;
+    saveAlpha = &::gdImageSaveAlpha;
+    setResolution = &::gdImageSetResolution;
+    png = &::gdImagePngPtr;
+    jpeg = &::gdImageJpegPtr;
+    bmp = &::gdImageBmpPtr;
     destroy = &::gdImageDestroy;
     free = &::gdFree;
     return true;

@@ -2,7 +2,8 @@
 #pragma once
 
 // All return 0 for success or a code of the library. A pair (out, outLen): a null `out` asks for
-// the size, which comes back in `*outLen`.
+// the size, which comes back in `*outLen`. The codes of AddWatermarkOnEseal are negative, and it
+// takes an `*outLen` of 0 for a buffer that is large enough.
 extern "C" {
 
 int MR_Init(void);

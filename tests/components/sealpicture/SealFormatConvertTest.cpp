@@ -1,37 +1,14 @@
 #include <gd.h>
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "components/sealpicture/Conversion.h"
 #include "components/sealpicture/PictureCodes.h"
+#include "components/sealpicture/Pictures.h"
 #include "platform/closed/SealPicture.h"
 
 namespace {
-
-struct Destroy {
-    void operator()(gdImage* image) const { gdImageDestroy(image); }
-};
-using Image = std::unique_ptr<gdImage, Destroy>;
-
-template <typename Encode>
-std::string FileOf(const Image& image, Encode encode) {
-    int size = 0;
-    void* const bytes = encode(image.get(), &size);
-    const std::string file(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
-    gdFree(bytes);
-    return file;
-}
-
-std::string Png(const Image& image) { return FileOf(image, gdImagePngPtr); }
-std::string Gif(const Image& image) { return FileOf(image, gdImageGifPtr); }
-std::string Jpeg(const Image& image) {
-    return FileOf(image, [](gdImage* i, int* size) { return gdImageJpegPtr(i, size, 95); });
-}
-std::string Bmp(const Image& image) {
-    return FileOf(image, [](gdImage* i, int* size) { return gdImageBmpPtr(i, size, 0); });
-}
 
 int Convert(const std::string& picture, unsigned char* out, int* outLen) {
     return SealFormatConvert(reinterpret_cast<const unsigned char*>(picture.data()),
@@ -46,11 +23,6 @@ std::string Converted(const std::string& picture) {
     EXPECT_EQ(Convert(picture, reinterpret_cast<unsigned char*>(gif.data()), &length), kPictureOk);
     EXPECT_EQ(length, static_cast<int>(gif.size()));
     return gif;
-}
-
-Image Read(const std::string& gif) {
-    return Image(
-        gdImageCreateFromGifPtr(static_cast<int>(gif.size()), const_cast<char*>(gif.data())));
 }
 
 bool IsTransparent(const Image& image, int x, int y) {
@@ -72,7 +44,7 @@ protected:
 };
 
 TEST_F(SealFormatConvertTest, APngKeepsItsTransparencyAndItsColours) {
-    const Image gif = Read(Converted(Png(m_image)));
+    const Image gif = ReadGif(Converted(Png(m_image)));
     ASSERT_TRUE(gif);
     EXPECT_EQ(gdImageSX(gif.get()), 60);
     EXPECT_EQ(gdImageSY(gif.get()), 40);
@@ -82,13 +54,13 @@ TEST_F(SealFormatConvertTest, APngKeepsItsTransparencyAndItsColours) {
 }
 
 TEST_F(SealFormatConvertTest, WhitePaintIsNotTakenForPaper) {
-    const Image gif = Read(Converted(Png(m_image)));
+    const Image gif = ReadGif(Converted(Png(m_image)));
     EXPECT_FALSE(IsTransparent(gif, 35, 15));
     EXPECT_EQ(gdImageGetTrueColorPixel(gif.get(), 35, 15), 0xFFFFFF);
 }
 
 TEST_F(SealFormatConvertTest, HalfTransparentPaintIsPaintedOverWhite) {
-    const Image gif = Read(Converted(Png(m_image)));
+    const Image gif = ReadGif(Converted(Png(m_image)));
     EXPECT_FALSE(IsTransparent(gif, 35, 30));
     const int colour = gdImageGetTrueColorPixel(gif.get(), 35, 30);
     EXPECT_EQ(gdTrueColorGetRed(colour), 255);
@@ -98,7 +70,7 @@ TEST_F(SealFormatConvertTest, HalfTransparentPaintIsPaintedOverWhite) {
 TEST_F(SealFormatConvertTest, AJpegAndABmpBecomeOpaqueGifs) {
     gdImageFilledRectangle(m_image.get(), 0, 0, 59, 39, gdTrueColor(0, 0, 255));
     for (const std::string& picture : {Jpeg(m_image), Bmp(m_image)}) {
-        const Image gif = Read(Converted(picture));
+        const Image gif = ReadGif(Converted(picture));
         ASSERT_TRUE(gif);
         EXPECT_FALSE(IsTransparent(gif, 5, 5));
         EXPECT_NEAR(gdTrueColorGetBlue(gdImageGetTrueColorPixel(gif.get(), 5, 5)), 255, 3);
@@ -114,7 +86,7 @@ TEST_F(SealFormatConvertTest, APictureOfManyColoursIsReduced) {
     for (int y = 0; y < 40; ++y)
         for (int x = 0; x < 60; ++x)
             gdImageSetPixel(m_image.get(), x, y, gdTrueColor(4 * x, 6 * y, 2 * x + 2 * y));
-    const Image gif = Read(Converted(Png(m_image)));
+    const Image gif = ReadGif(Converted(Png(m_image)));
     ASSERT_TRUE(gif);
     EXPECT_NEAR(gdTrueColorGetRed(gdImageGetTrueColorPixel(gif.get(), 50, 20)), 200, 24);
 }
@@ -159,10 +131,19 @@ TEST_F(SealFormatConvertTest, AHeaderThatPromisesTooManyPixelsIsRefusedUndecoded
     EXPECT_EQ(Convert(png, nullptr, &length), kPictureTooLarge);
 }
 
-TEST_F(SealFormatConvertTest, TheLibraryComesUpAndWatermarksAreAnError) {
-    int length = 0;
+TEST_F(SealFormatConvertTest, ATransparentColourOfAPngWithoutAlphaStaysTransparent) {
+    gdImageSaveAlpha(m_image.get(), 0);
+    gdImageFilledRectangle(m_image.get(), 0, 0, 59, 39, gdTrueColor(1, 2, 3));
+    gdImageFilledRectangle(m_image.get(), 10, 10, 19, 19, gdTrueColor(255, 0, 0));
+    gdImageColorTransparent(m_image.get(), gdTrueColor(1, 2, 3));
+    const Image gif = ReadGif(Converted(Png(m_image)));
+    ASSERT_TRUE(gif);
+    EXPECT_TRUE(IsTransparent(gif, 0, 0));
+    EXPECT_FALSE(IsTransparent(gif, 15, 15));
+}
+
+TEST_F(SealFormatConvertTest, TheLibraryComesUpAndGoes) {
     EXPECT_EQ(MR_Init(), kPictureOk);
-    EXPECT_EQ(AddWatermarkOnEseal(nullptr, 0, nullptr, &length), kPictureNotAvailable);
     EXPECT_EQ(MR_Release(), kPictureOk);
 }
 
