@@ -4,6 +4,7 @@
 namespace platform {
 
 constexpr int kMessageBoxWarning = 48;
+constexpr int kMessageBoxInformation = 64;
 
 // Texts are GBK. `style` as MessageBoxA takes it. Blocks until the user has answered. Where dialogs
 // are shown by a program, it shows the box too, in a window or on the host's terminal; without such
