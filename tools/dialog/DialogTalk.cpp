@@ -3,25 +3,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/dialogprogram/Utf8.h"
+
 using platform::ControlKind;
 using platform::LineOf;
 namespace command = platform::command;
 namespace report = platform::report;
 
 namespace {
-
-// Bytes of what is typed into a field: even with three for each of them a line has room for it.
-constexpr std::size_t kLongestTyped = 20'000;
-
-// Its front, up to the end of a character.
-std::string Bounded(const std::string& text) {
-    std::size_t length = std::min(text.size(), kLongestTyped);
-    const auto continues = [&] {
-        return (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80;
-    };
-    while (length < text.size() && length > 0 && continues()) --length;
-    return text.substr(0, length);
-}
 
 // The entries of `now` that `known` has not, or otherwise; known afterwards.
 template <class Value, class Write>
@@ -185,7 +174,8 @@ bool DialogTalk::Has(int control, std::initializer_list<ControlKind> kinds) cons
 void DialogTalk::PickedRow(int list, int row) { m_contents.rows[list] = row; }
 
 void DialogTalk::Typed(int control, const std::string& text) {
-    m_contents.texts[control] = Bounded(text);
+    const platform::TemplateControl* const field = platform::FindControl(*m_dialog, control);
+    m_contents.texts[control] = platform::FrontWithin(text, field->capacity);
 }
 
 void DialogTalk::Resized(int control, int width, int height) {

@@ -33,7 +33,7 @@ public:
     // their order, one after the other as the library has handled them. Before the dialog is shown
     // nothing is an event.
     void PickedRow(int list, int row);
-    // More than 20,000 bytes are cut.
+    // What the field has no room for is cut.
     void Typed(int control, const std::string& text);
     void Resized(int control, int width, int height);
     // 0: none is selected any more.

@@ -65,7 +65,7 @@ QWidget* DialogWidget::Make(const platform::TemplateControl& control) {
         case platform::ControlKind::DefaultButton:
         case platform::ControlKind::Button: return MakeButton(control.id, text);
         case platform::ControlKind::List: return MakeList(control.id);
-        case platform::ControlKind::Edit: return MakeField(control.id);
+        case platform::ControlKind::Edit: return MakeField(control);
         case platform::ControlKind::Tree: return MakeTree(control.id);
         case platform::ControlKind::Surface: return new Preview(this);
         case platform::ControlKind::Group: return new Group(text, this);
@@ -88,10 +88,10 @@ QWidget* DialogWidget::MakeList(int number) {
     return list;
 }
 
-QWidget* DialogWidget::MakeField(int number) {
-    auto* const field = new TextField(this);
+QWidget* DialogWidget::MakeField(const platform::TemplateControl& control) {
+    auto* const field = new TextField(control.capacity, this);
     connect(field, &QLineEdit::textChanged, this,
-            [this, number](const QString& text) { onText(number, text); });
+            [this, number = control.id](const QString& text) { onText(number, text); });
     return field;
 }
 

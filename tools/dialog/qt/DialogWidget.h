@@ -50,7 +50,7 @@ private:
     QWidget* Make(const platform::TemplateControl& control);
     QWidget* MakeButton(int number, const QString& text);
     QWidget* MakeList(int number);
-    QWidget* MakeField(int number);
+    QWidget* MakeField(const platform::TemplateControl& control);
     QWidget* MakeTree(int number);
 
     std::map<int, QWidget*> m_controls;

@@ -2,15 +2,35 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QValidator>
+#include <string_view>
+
+#include "platform/linux/dialogprogram/Utf8.h"
 
 namespace {
 
-// So that a line that reports the text stays within what the protocol allows.
-constexpr int kLongest = 16'000;
+class Fitting final : public QValidator {
+public:
+    Fitting(int capacity, QObject* parent) : QValidator(parent), m_capacity(capacity) {}
+
+    State validate(QString& text, int&) const override {
+        const QByteArray bytes = text.toUtf8();
+        const std::string_view typed(bytes.data(), static_cast<std::size_t>(bytes.size()));
+        const bool fits = platform::FrontWithin(typed, m_capacity).size() == typed.size();
+        return fits ? Acceptable : Invalid;
+    }
+
+private:
+    int m_capacity;
+};
 
 }  // namespace
 
-TextField::TextField(QWidget* parent) : QLineEdit(parent) { setMaxLength(kLongest); }
+// The length cuts what is pasted, as far as it is ASCII; what is too long even then isn't taken.
+TextField::TextField(int capacity, QWidget* parent) : QLineEdit(parent) {
+    setMaxLength(capacity);
+    setValidator(new Fitting(capacity, this));
+}
 
 // An address is longer than what toolkits give a field by themselves.
 QSize TextField::sizeHint() const {

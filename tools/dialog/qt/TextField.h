@@ -5,7 +5,8 @@
 
 class TextField : public QLineEdit {
 public:
-    explicit TextField(QWidget* parent);
+    // Takes no text of more than `capacity` bytes, as FrontWithin counts them.
+    TextField(int capacity, QWidget* parent);
 
     // Looks disabled from now on and stays usable.
     void TellDisabled();

@@ -66,7 +66,9 @@ void TtyFrontEnd::Typed(const std::string& line) {
     if (field == platform::kNoControl) {
         Choose(typed);
     } else {
-        m_contents.field = typed.starts_with('=') ? typed.substr(1) : typed;
+        const int room = platform::FindControl(*m_dialog, field)->capacity;
+        m_contents.field =
+            platform::FrontWithin(typed.starts_with('=') ? typed.substr(1) : typed, room);
         m_talk->Typed(field, m_contents.field);
         PrintField();
     }

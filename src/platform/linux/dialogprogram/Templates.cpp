@@ -20,10 +20,14 @@ constexpr TemplateControl kOnlineSeal[] = {
     {List, 1002, u8"", 7, 10, 150, 83},
 };
 
+// What "http://" and "/QelmServlet" leave of an address: with a longer one the library would be at
+// its end.
+constexpr int kLongestHost = 511 - 7 - 12;
+
 constexpr TemplateControl kAddress[] = {
     {DefaultButton, 1, u8"确定", 59, 71, 50, 14},
     {Button, 2, u8"取消", 151, 71, 50, 14},
-    {Edit, 1003, u8"", 75, 24, 129, 14},
+    {Edit, 1003, u8"", 75, 24, 129, 14, kLongestHost},
     {Label, kNoControl, u8"URL地址：", 12, 27, 38, 8},
     {Label, kNoControl, u8"http://", 51, 27, 22, 8},
     {Label, kNoControl, u8"/QelmServlet", 207, 27, 42, 8},

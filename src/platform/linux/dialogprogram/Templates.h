@@ -29,6 +29,7 @@ struct TemplateControl {
     int top;
     int width;
     int height;
+    int capacity = 0;  // of an edit field: the most bytes of its text, as FrontWithin counts them
 };
 
 // Without a caption, above all other windows.

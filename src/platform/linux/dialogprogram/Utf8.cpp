@@ -51,4 +51,16 @@ void AppendCharacter(char32_t code, std::string& text) {
     }
 }
 
+std::string_view FrontWithin(std::string_view text, int bytes) {
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        std::string_view behind = rest;
+        const auto character = TakeCharacter(behind);
+        bytes -= character && *character < 0x80 ? 1 : 2;
+        if (bytes < 0) break;
+        rest = behind;
+    }
+    return text.substr(0, text.size() - rest.size());
+}
+
 }  // namespace platform

@@ -15,6 +15,10 @@ std::optional<char32_t> TakeCharacter(std::string_view& text);
 // `code` is a character, and no surrogate.
 void AppendCharacter(char32_t code, std::string& text);
 
+// The longest front of `text` that takes no more than `bytes` in the library's code page: one for a
+// character of ASCII, two for any other.
+std::string_view FrontWithin(std::string_view text, int bytes);
+
 // Unicode's class Cc: what a terminal might obey.
 constexpr bool IsControlCharacter(char32_t code) {
     return code < 0x20 || (code >= 0x7F && code < 0xA0);

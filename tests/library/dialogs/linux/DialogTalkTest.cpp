@@ -126,13 +126,28 @@ TEST_F(DialogTalkOnLinux, AnotherNodeAndAnotherSizeAreTold) {
     EXPECT_EQ(Sent(), "node\t1004\t1\nsurface\t1005\t300\t200\nselected\t1004\n");
 }
 
-TEST_F(DialogTalkOnLinux, ALongTextIsCutAtACharacter) {
+TEST_F(DialogTalkOnLinux, ATextIsCutAtTheCharacterForWhichTheFieldHasNoRoom) {
     Open(103);
-    std::string typed(19'999, 'x');
-    m_talk.Typed(1003, typed + "\xE5\x8D\xB0");
-    m_talk.Pressed(1);
-    EXPECT_EQ(Sent(), "text\t1003\t" + typed + "\nbutton\t1\n");
-    m_talk.Receive("done\n");
+    // A character of ASCII takes one byte of 492, any other two.
+    const struct {
+        std::string typed, told;
+    } cases[] = {
+        {std::string(492, 'x'), std::string(492, 'x')},
+        {std::string(493, 'x'), std::string(492, 'x')},
+        {std::string(490, 'x') + "\xE5\x8D\xB0", std::string(490, 'x') + "\xE5\x8D\xB0"},
+        {std::string(491, 'x') + "\xE5\x8D\xB0", std::string(491, 'x')},
+        {std::string(490, 'y') + "\xF0\x9F\x98\x80", std::string(490, 'y') + "\xF0\x9F\x98\x80"},
+    };
+    for (const auto& each : cases) {
+        m_talk.Typed(1003, "");
+        m_talk.Pressed(1006);
+        m_talk.Receive("done\n");
+        Sent();
+        m_talk.Typed(1003, each.typed);
+        m_talk.Pressed(1);
+        EXPECT_EQ(Sent(), "text\t1003\t" + each.told + "\nbutton\t1\n");
+        m_talk.Receive("done\n");
+    }
     m_talk.Typed(1003, std::string(30'000, '\x01'));
     m_talk.Pressed(1);
     EXPECT_LE(Sent().size(), platform::kLongestLineFromProgram);

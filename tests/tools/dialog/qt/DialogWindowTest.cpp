@@ -194,7 +194,7 @@ TEST_F(DialogWindowOnLinux, WhatTheUserDoesMeanwhileIsReportedInOrderOnceTheEven
 
 TEST_F(DialogWindowOnLinux, TheFieldShowsTheLibrarysTextFromItsBeginning) {
     Build(TESMARK_DIALOG_ONLINE_URL);
-    Library().Say({"text", "1003", "192.0.2.45/" + std::string(500, 'x')});
+    Library().Say({"text", "1003", "192.0.2.45/" + std::string(400, 'x')});
     Show();
     EXPECT_EQ(Only<QLineEdit>().cursorPosition(), 0);
     EXPECT_TRUE(Only<QLineEdit>().text().startsWith(u"192.0.2.45/x"));
@@ -225,6 +225,29 @@ TEST_F(DialogWindowOnLinux, ALongTextFitsTheProtocol) {
     Only<QLineEdit>().setText(QString(40'000, u'章'));
     QTest::mouseClick(&Button(u"确定"_qs), Qt::LeftButton);
     EXPECT_LT(Library().Hear().size(), 65'536U);
+    EXPECT_EQ(Library().Hear(), "button\t1");
+}
+
+TEST_F(DialogWindowOnLinux, AFieldTakesNoMoreThanAnAddressHasRoomFor) {
+    Open(TESMARK_DIALOG_ONLINE_URL);
+    auto& field = Only<QLineEdit>();
+    field.setFocus();
+    field.setText(QString(490, u'x'));
+    field.setCursorPosition(490);
+    QTest::keyClicks(&field, u"abc"_qs);
+    EXPECT_EQ(field.text(), QString(490, u'x') + u"ab"_qs);
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    field.insert(u"章"_qs);
+    EXPECT_EQ(field.text(), QString(490, u'x') + u"a"_qs);
+    field.clear();
+    field.insert(QString(1000, u'y'));
+    EXPECT_EQ(field.text(), QString(492, u'y'));
+    field.clear();
+    field.insert(QString(246, u'章'));
+    field.insert(u"y"_qs);
+    EXPECT_EQ(field.text(), QString(246, u'章'));
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Library().Hear(), "text\t1003\t" + QString(246, u'章').toStdString());
     EXPECT_EQ(Library().Hear(), "button\t1");
 }
 

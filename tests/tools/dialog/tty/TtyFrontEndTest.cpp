@@ -134,6 +134,15 @@ TEST_F(TtyFrontEndOnLinux, TheAddressIsTypedTestedAndConfirmed) {
     EXPECT_EQ(Said(), "text\t1003\ty\nbutton\t1\n");
 }
 
+TEST_F(TtyFrontEndOnLinux, TheUserSeesHowMuchOfALongAddressTheFieldTakes) {
+    Open(103, "text\t1003\told\n");
+    Printed();
+    m_frontEnd.Typed(std::string(500, 'x'));
+    EXPECT_THAT(Printed(), HasSubstr(Bytes(u8"当前内容：") + std::string(492, 'x') + "\n"));
+    m_frontEnd.Typed("y");
+    EXPECT_EQ(Said(), "text\t1003\t" + std::string(492, 'x') + "\nbutton\t1\n");
+}
+
 TEST_F(TtyFrontEndOnLinux, TheFieldCanBeEmptied) {
     Open(103, "text\t1003\told\n");
     m_frontEnd.Typed("=");
