@@ -56,6 +56,7 @@ enum TesmarkResult {
     TESMARK_FAILED = -1,              /* refresh of a revocation list failed; no seal to be had; no
                                          certificate was chosen, or a scanned seal has no size */
     TESMARK_SCANNED_SEAL_UNREAD = -2, /* the last of the scanned seals can't be read */
+    TESMARK_SERVICE_ANSWER = -2,      /* an answer of the online service that can't be used */
     TESMARK_NOT_AN_ES_FILE = -3,      /* an old seal without "ES" ahead, or one of a scan cut off */
     TESMARK_NULL_ARGUMENT = -1000,    /* SetCertSeal: a null pointer */
     TESMARK_NO_SEAL_MATCHES = -2031,  /* SetCertSeal: nothing matched, and no seal is selected */
@@ -94,6 +95,7 @@ enum TesmarkResult {
     TESMARK_CERT_REVOKED = -3047,    /* the certificate is revoked */
     TESMARK_CRL_FAILED = -3048,      /* the revocation list could not be obtained */
     TESMARK_LOGIN_FAILED = -3050,    /* the login failed; the inner code stands in the log */
+    TESMARK_SERVICE_REFUSED = -3051, /* the online service answered with another status than 200 */
     TESMARK_CERT_NOT_IN_USE = -3053, /* CheckIsCertExist: on no key, or not the selected one */
     TESMARK_NO_SCANNED_SEAL = -3054  /* none of the files that the scan left is a seal */
 };
