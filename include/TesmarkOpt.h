@@ -54,8 +54,10 @@ enum TesmarkResult {
     TESMARK_LAST_LOGIN_NO_MEMORY = 4101,
 
     TESMARK_FAILED = -1,              /* refresh of a revocation list failed; no seal to be had; no
-                                         certificate was chosen, or a scanned seal has no size */
+                                         certificate was chosen, or a scanned seal has no size;
+                                         the address's dialog was closed; nowhere for an answer */
     TESMARK_SCANNED_SEAL_UNREAD = -2, /* the last of the scanned seals can't be read */
+    TESMARK_DIALOG_NOT_SHOWN = -2,    /* SetOnlineUrl: the dialog could not be shown */
     TESMARK_SERVICE_ANSWER = -2,      /* an answer of the online service that can't be used */
     TESMARK_NOT_AN_ES_FILE = -3,      /* an old seal without "ES" ahead, or one of a scan cut off */
     TESMARK_NULL_ARGUMENT = -1000,    /* SetCertSeal: a null pointer */
@@ -330,6 +332,23 @@ TESMARK_EXPORT int PZMLogin(void);
  * selection. The result is that of the last key. Where the keys can't be listed, that code comes
  * back and the selection stays. */
 TESMARK_EXPORT int Logout(void);
+
+/* --- online seal service --------------------------------------------------------------------- */
+
+/* Asks the user for the service's address, which he can try there, and stores it whole in the
+ * setting sWSURL; the result is 0 also where it can't be written. Where the setting bSealPosition
+ * isn't 1, the dialog says that it isn't to be configured, and 0 has stored nothing.
+ * TESMARK_FAILED: the user closed the dialog. TESMARK_DIALOG_NOT_SHOWN. */
+TESMARK_EXPORT int SetOnlineUrl(void);
+
+/* One HTTP POST of `body` to `url` by the transport of the online seal service, with bytes as they
+ * are both ways; blocks for as long as the transport takes. `out` is not measured: it has to hold
+ * whatever the service answers, and gets it without a zero byte behind; *outLen becomes the number
+ * of bytes, 0 after a failure. There is no query for the size: with `out` null the exchange is made
+ * all the same, its answer is lost, and the result is TESMARK_FAILED. Otherwise the result is the
+ * transport's own status. Needs no certificate service. */
+TESMARK_EXPORT int HttpPostData(const char* url, const unsigned char* body, int bodyLen,
+                                unsigned char* out, int* outLen);
 
 #ifdef __cplusplus
 }

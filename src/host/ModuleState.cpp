@@ -23,6 +23,7 @@ std::vector<TextPair> g_dialogCertItems;
 std::string g_pickedCertLabel;
 std::vector<TextPair> g_onlineSealNames;
 std::string g_onlineSealPick;
+int g_sealPositionMode = 0;
 int g_dialogSealRow = -1;
 int g_dialogSealCol = -1;
 std::vector<SealRecord> g_pzmSealItems;

@@ -35,6 +35,7 @@ extern std::vector<TextPair> g_dialogCertItems;  // the same: label and identifi
 extern std::string g_pickedCertLabel;            // the certificate picked
 extern std::vector<TextPair> g_onlineSealNames;  // the online seals offered: name and number
 extern std::string g_onlineSealPick;             // the number picked
+extern int g_sealPositionMode;                   // bSealPosition as its dialog last read it
 extern int g_dialogSealRow;                      // the certificate picked in the tree; -1: none
 extern int g_dialogSealCol;                      // the seal picked there; -1: none
 extern std::vector<SealRecord> g_pzmSealItems;   // the seals of the last scan; owns their buffers

@@ -1,12 +1,16 @@
 #include "TesmarkOpt.h"
 
 #include "bridge/SealSigner.h"
+#include "dialogs/DialogFrame.h"
+#include "dialogs/OnlineUrl.h"
 #include "foundation/Logger.h"
 #include "host/DataOut.h"
 #include "host/ModuleState.h"
 #include "host/OriginalPdfHash.h"
+#include "service/HttpPost.h"
 #include "session/CertificateChoice.h"
 #include "session/CertificatePresence.h"
+#include "session/HostBytes.h"
 #include "session/Login.h"
 #include "session/ScanLogin.h"
 #include "session/SealRetrieval.h"
@@ -261,3 +265,22 @@ int CurrentCertLogin(const char* certId, const char* pin) {
 int PZMLogin() { return session::PZMLogin(); }
 
 int Logout() { return session::Logout(); }
+
+// --- online service ---
+
+int HttpPostData(const char* url, const unsigned char* body, int bodyLen, unsigned char* out,
+                 int* outLen) {
+    std::string answer;
+    const int status = HttpPostRaw(url != nullptr ? url : "", BytesOfHost(body, bodyLen), answer);
+    if (out == nullptr) return TESMARK_FAILED;
+    CopyOutUnchecked(answer, out, outLen);
+    return status;
+}
+
+int SetOnlineUrl() {
+    switch (ShowOnlineUrl()) {
+        case kDialogConfirmed: return TESMARK_OK;
+        case kDialogCancelled: return TESMARK_FAILED;
+        default: return TESMARK_DIALOG_NOT_SHOWN;
+    }
+}

@@ -1,4 +1,4 @@
-// DialogLists.h - what the dialogs with certificates and seals show, as a test sets it up.
+// DialogLists.h - what the dialogs show, as a test sets it up.
 #pragma once
 
 #include <algorithm>
@@ -52,6 +52,7 @@ private:
         g_onlineSealNames.clear();
         g_onlineSealPick.clear();
         g_currentCertId.Clear();
+        g_sealPositionMode = 0;
         g_dialogSealRow = -1;
         g_dialogSealCol = -1;
     }

@@ -5,6 +5,7 @@
 #include "dialogs/CertSelect.h"
 #include "dialogs/DialogFrame.h"
 #include "dialogs/OnlineSealSelect.h"
+#include "dialogs/OnlineUrl.h"
 #include "library/dialogs/linux/DialogProcessTest.h"
 #include "platform/Module.h"
 #include "platform/RegistryStore.h"
@@ -25,6 +26,9 @@ public:
         ASSERT_NE(m_module, nullptr);
     }
     void Unload() { platform::FreeModule(std::exchange(m_module, nullptr)); }
+    int SetOnlineUrl() const {
+        return reinterpret_cast<int (*)()>(platform::FindSymbol(m_module, "SetOnlineUrl"))();
+    }
 
 private:
     platform::ModuleHandle m_module = nullptr;
@@ -88,6 +92,10 @@ TEST_F(OpenDialogOnLinux, WithoutAProgramNoDialogCanBeShown) {
     EXPECT_THAT(m_procedure.m_heard, IsEmpty());
 }
 
+TEST_F(OpenDialogOnLinux, WithoutAProgramTheAddressCannotBeAskedFor) {
+    EXPECT_EQ(s_library.SetOnlineUrl(), -2);
+}
+
 TEST_F(OpenDialogOnLinux, TheStoresProgramShowsTheDialogsOfTheLoadedLibrary) {
     Configure(SCRIPTED_PROGRAM);
     m_procedure.onButton = [](platform::DialogWindow& window) { window.End(1); };
@@ -123,6 +131,8 @@ TEST_F(RenamedLibraryOnLinux, NoneOfItsOpenersStartsAProgram) {
     LoadAs("TesmarkOpt_x64_2");
     EXPECT_EQ(ShowCertSelect(), kDialogNotShown);
     EXPECT_EQ(ShowOnlineSealSelect(), kDialogNotShown);
+    EXPECT_EQ(ShowOnlineUrl(), kDialogNotShown);
+    EXPECT_EQ(m_library.SetOnlineUrl(), -2);
     EXPECT_THAT(Log(), IsEmpty());
 }
 

@@ -198,6 +198,14 @@ TEST_F(RenamedLibraryOnWindows, ALibraryUnderAnotherNameShowsNoDialogUnderTheOld
     EXPECT_EQ(m_dialog.m_opened, 0);
 }
 
+TEST_F(RenamedLibraryOnWindows, ItsOwnAddressCannotBeAskedForEither) {
+    LoadLibraryAs("TesmarkOpt_x64_2.dll");
+    const auto setOnlineUrl =
+        reinterpret_cast<int (*)()>(platform::FindSymbol(m_library, "SetOnlineUrl"));
+    ASSERT_NE(setOnlineUrl, nullptr);
+    EXPECT_EQ(setOnlineUrl(), -2);
+}
+
 TEST_F(RenamedLibraryOnWindows, ALibraryWithoutTheSuffixShowsTheDialogOfTheOnlineSeals) {
     LoadLibraryAs("TesmarkOpt.dll");
     const DialogUser user([](HWND dialog) { Click(dialog, IDOK); });
