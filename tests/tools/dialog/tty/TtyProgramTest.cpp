@@ -390,6 +390,47 @@ TEST_F(TtyProgramOnLinux, AMessageWaitsForTheReturnKey) {
     EXPECT_EQ(Result(), 5);
 }
 
+// The dialog of the address, whose test tells its outcome in a box.
+class Tester : public platform::DialogProcedure {
+public:
+    void OnOpen(DialogWindow& window) override { window.SetText(1003, "old"); }
+    bool OnClose(DialogWindow& window) override {
+        window.End(0);
+        return true;
+    }
+    bool OnButton(DialogWindow& window, int button) override {
+        if (button == 1) window.End(window.Text(1003, 512) == "192.0.2.7" ? m_boxes : 98);
+        if (button != 1006) return true;
+        const auto process = platform::DialogProcess::Start(TTY_PROGRAM);
+        if (process && platform::RunMessageBox(*process, "连接服务器成功！", "电子签章", 48))
+            ++m_boxes;
+        return true;
+    }
+
+private:
+    int m_boxes = 0;
+};
+
+TEST_F(TtyProgramOnLinux, ABoxDuringTheDialogIsAnsweredAndTheDialogGoesOn) {
+    Start([] {
+        const auto process = platform::DialogProcess::Start(TTY_PROGRAM);
+        Tester procedure;
+        return process ? platform::RunDialog(*process, *platform::FindTemplate(103), procedure)
+                       : 99;
+    });
+    ASSERT_TRUE(Expect(u8"y 确定；n 取消；t 测试连接：")) << m_shown;
+    for (const char* const address : {"192.0.2.4\n", "192.0.2.7\n"}) {
+        Type(address);
+        ASSERT_TRUE(Expect(u8"测试连接：")) << m_shown;
+        Type("t\n");
+        ASSERT_TRUE(Expect(u8"电子签章\r\n连接服务器成功！\r\n按回车键确定：")) << m_shown;
+        Type("\n");
+        ASSERT_TRUE(Expect(u8"测试连接：")) << m_shown;
+    }
+    Type("y\n");
+    EXPECT_EQ(Result(), 2);
+}
+
 TEST_F(TtyProgramOnLinux, ATerminalWithoutChineseIsToldSo) {
     SetVariable("LC_ALL", "C");
     StartDialog(104);
