@@ -71,12 +71,9 @@ int LoginToCloud(std::string& certId) {
 }
 
 int TypeOfSelected(char* type) {
-    if (g_currentCertId.Empty()) {
-        std::string certId;
-        if (const int code = ChooseCertificate(certId)) return code;
-        g_currentCertId.Assign(certId);
-    }
-    return g_appOpt.GetKeyType(g_currentCertId.Text().c_str(), type);
+    std::string certId;
+    if (const int code = TakeCertificate(certId)) return code;
+    return g_appOpt.GetKeyType(certId.c_str(), type);
 }
 
 }  // namespace
@@ -101,6 +98,16 @@ int ChooseCertificate(std::string& certId) {
     const std::string selected = g_currentCertId.Text();
     if (IsScanDevice(selected) && LoginByScan(selected) != 0) return ForgetChoice();
     return result;
+}
+
+int TakeCertificate(std::string& certId) {
+    if (g_currentCertId.Empty()) {
+        std::string chosen;
+        if (const int code = ChooseCertificate(chosen)) return code;
+        g_currentCertId.Assign(chosen);
+    }
+    certId = g_currentCertId.Text();
+    return 0;
 }
 
 int session::GetCertType(char* type) {

@@ -14,6 +14,10 @@
 // shown. 0 with both emptied: a service of the cloud that can't be asked for the identifier in use.
 int ChooseCertificate(std::string& certId);
 
+// The selected certificate; where none is selected, the one that ChooseCertificate gives, which
+// then is the selection. 0 or a code of ChooseCertificate, with `certId` left alone.
+int TakeCertificate(std::string& certId);
+
 // The work of the export of this name; its contract stands in TesmarkOpt.h.
 namespace session {
 

@@ -96,13 +96,10 @@ int GetCertBase64Data(unsigned char* out, int* outLen) {
         g_certBase64Data.CopyTo(out, *outLen);
         return 0;
     }
-    if (g_currentCertId.Empty()) {
-        std::string certId;
-        if (const int code = ChooseCertificate(certId)) return code;
-        g_currentCertId.Assign(certId);
-    }
+    std::string certId;
+    if (const int code = TakeCertificate(certId)) return code;
     std::string text;
-    if (const int code = ReadCertText(g_currentCertId.Text(), text)) return code;
+    if (const int code = ReadCertText(certId, text)) return code;
     g_certBase64Data.Assign(text);
     *outLen = g_certBase64Data.Length();
     return 0;

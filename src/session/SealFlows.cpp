@@ -5,69 +5,20 @@
 #include <vector>
 
 #include "TesmarkOpt.h"
-#include "bridge/TwoStep.h"
 #include "dialogs/CertSealTree.h"
 #include "foundation/Logger.h"
 #include "host/ModuleState.h"
 #include "platform/closed/SealLibrary.h"
 #include "seal/CertKinds.h"
 #include "seal/ShownSeals.h"
+#include "session/KeyProbe.h"
 #include "session/ScanBranch.h"
+#include "session/SealStatus.h"
 
 namespace {
 
-constexpr unsigned char kProbeText[] = {'1'};
-constexpr int kRequestStatus = 1;
-
 std::string_view View(const unsigned char* bytes, int length) {
     return {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)};
-}
-
-int LogStatusFailure(int result) {
-    TESMARK_LOG(kLogError, "TVK_Request_Eseal_Status error %d", result);
-    return result;
-}
-
-// What the stamp would take is asked for, and the stamp itself made by the authority.
-int StampProbe() {
-    int size = 0;
-    const int result = g_appOpt.SignTimeStamp(kProbeText, sizeof kProbeText, nullptr, &size);
-    if (result == 0) return 0;
-    TESMARK_LOG(kLogError, "SignTimeStamp error %d", result);
-    return TESMARK_TIME_STAMP_FAILED;
-}
-
-// Reads the first and the fifth field; the nine others share one length that nobody reads.
-int ReadStatusFields(const SealRecord& seal, CBuffer& field1, CBuffer& field5) {
-    int ignored = 0;
-    return TVK_GetSealInfo(seal.sealData, seal.sealDataLen, field1.Data(), field1.LengthPointer(),
-                           nullptr, &ignored, nullptr, &ignored, nullptr, &ignored, field5.Data(),
-                           field5.LengthPointer(), nullptr, &ignored, nullptr, &ignored, nullptr,
-                           &ignored, nullptr, &ignored, nullptr, &ignored, nullptr, &ignored);
-}
-
-// An empty field ends the flow with 0 and nothing selected: hosts know it so.
-int RequestStatus(const SealRecord& seal, bool& proceed) {
-    CBuffer field1;
-    CBuffer field5;
-    int result = ReadStatusFields(seal, field1, field5);
-    if (result != 0 || field1.Length() <= 0 || field5.Length() <= 0) {
-        return LogStatusFailure(result);
-    }
-    const int size1 = field1.Length();
-    const int size5 = field5.Length();
-    field1 = AllocateAnswer(size1, 1);
-    field5 = AllocateAnswer(size5, 1);
-    if (!field1 || !field5) return LogStatusFailure(TESMARK_NO_MEMORY);
-    result = ReadStatusFields(seal, field1, field5);
-    if (result != 0) return LogStatusFailure(result);
-    CutAnswer(field1, size1, 1);
-    CutAnswer(field5, size5, 1);
-    result = TVK_Request_Eseal_Status(field1.Data(), field1.Length(), field5.Data(),
-                                      field5.Length(), 0, 0);
-    if (result != 0) return LogStatusFailure(result);
-    proceed = true;
-    return 0;
 }
 
 struct Options {
@@ -123,10 +74,7 @@ int ProbeCheckDeliver(const CertRecord& cert, int sealIndex, const Options& opti
 
 int ProbeKey(const CertRecord& cert, bool withTimeStamp, bool logFailure) {
     if (g_stampPictureMode == 0) return 0;
-    CBuffer signature;
-    const int code =
-        g_appOpt.SignData(kProbeText, sizeof kProbeText, cert.CertIdText().c_str(), signature);
-    if (code != 0) {
+    if (const int code = SignProbe(cert.CertIdText())) {
         if (logFailure) TESMARK_LOG(kLogError, "SignData error %d", code);
         return code;
     }
@@ -143,8 +91,10 @@ int CheckSeal(const SealRecord& seal, int index, int reqStatus, bool& proceed) {
         return code;
     }
     if (seal.type != SealTypeGB || reqStatus != kRequestStatus) return 0;
-    proceed = false;
-    return RequestStatus(seal, proceed);
+    // An empty field ends the flow with 0 and nothing selected: hosts know it so.
+    const int code = RequestSealStatus(View(seal.sealData, seal.sealDataLen), proceed);
+    if (!proceed) TESMARK_LOG(kLogError, "TVK_Request_Eseal_Status error %d", code);
+    return code;
 }
 
 void DeliverSeal(const CertRecord& cert, const SealRecord& seal, unsigned char* buffer,
