@@ -55,13 +55,17 @@ enum TesmarkResult {
 
     TESMARK_FAILED = -1,              /* refresh of a revocation list failed; no seal to be had; no
                                          certificate was chosen, or a scanned seal has no size;
-                                         the address's dialog was closed; nowhere for an answer */
+                                         there is no personal seal control; the address's dialog
+                                         was closed; nowhere for an answer */
     TESMARK_SCANNED_SEAL_UNREAD = -2, /* the last of the scanned seals can't be read */
     TESMARK_DIALOG_NOT_SHOWN = -2,    /* SetOnlineUrl: the dialog could not be shown */
     TESMARK_SERVICE_ANSWER = -2,      /* an answer of the online service that can't be used */
+    TESMARK_DRAWING_FAILED = -2,      /* the personal seal control lacks the drawing, or failed */
     TESMARK_NOT_AN_ES_FILE = -3,      /* an old seal without "ES" ahead, or one of a scan cut off */
+    TESMARK_ONLINE_CANCELLED = -20,   /* the user picked none of the online service's seals */
     TESMARK_NULL_ARGUMENT = -1000,    /* SetCertSeal: a null pointer */
-    TESMARK_NO_SEAL_MATCHES = -2031,  /* SetCertSeal: nothing matched, and no seal is selected */
+    TESMARK_STYLE_OUT_OF_RANGE = -2014, /* GetContentPicture: fontSize or perColumn */
+    TESMARK_NO_SEAL_MATCHES = -2031,    /* SetCertSeal: nothing matched, and no seal is selected */
     TESMARK_TIME_OUTSIDE_VALIDITY = -2050,  /* VerifySignTime: not within the validity */
     TESMARK_ENUMERATION_NO_SERVICE = -3000, /* the service can't be started */
     TESMARK_CERT_LIST_FORMAT = -3002,       /* the list of certificates has no "||" */
@@ -90,6 +94,7 @@ enum TesmarkResult {
     TESMARK_CERT_EXPORT_FAILED = -3033,
     TESMARK_SIGNED_MESSAGE_FAILED = -3037, /* not a PKCS#7 that the service can read */
     TESMARK_BAD_ARGUMENT = -3040,          /* a field number that isn't allowed; no signature */
+    TESMARK_NO_ONLINE_ADDRESS = -3041,     /* the setting sWSURL is empty */
     TESMARK_CERT_EXPIRED = -3043,          /* the certificate has expired or is not yet valid */
     TESMARK_NO_LAST_LOGIN_CALL = -3044,
     TESMARK_NOT_SHORT = -3045,       /* inside the library only */
@@ -98,6 +103,7 @@ enum TesmarkResult {
     TESMARK_CRL_FAILED = -3048,      /* the revocation list could not be obtained */
     TESMARK_LOGIN_FAILED = -3050,    /* the login failed; the inner code stands in the log */
     TESMARK_SERVICE_REFUSED = -3051, /* the online service answered with another status than 200 */
+    TESMARK_NO_ONLINE_SEAL = -3052,  /* the online service has no seal of this certificate */
     TESMARK_CERT_NOT_IN_USE = -3053, /* CheckIsCertExist: on no key, or not the selected one */
     TESMARK_NO_SCANNED_SEAL = -3054  /* none of the files that the scan left is a seal */
 };
@@ -155,7 +161,9 @@ TESMARK_EXPORT int SetContentSignCertId(const unsigned char* certId, int certIdL
 TESMARK_EXPORT int SetAppId(const unsigned char* appId, int appIdLen);
 
 /* 0: choosing a seal doesn't touch the key. Anything else, as at the start: it makes a test
- * signature, so that the PIN is asked for. */
+ * signature, so that the PIN is asked for. With bSealPosition 1 that is so at the fetch too.
+ * Neither GetContentPicture and GetPicByContentInfo, which always make one, nor bSealPosition 3 and
+ * 4, which never do, look at it. */
 TESMARK_EXPORT void SetGetStampPictureMode(unsigned char mode);
 
 /* --- seal pictures --------------------------------------------------------------------------- */
@@ -167,7 +175,20 @@ TESMARK_EXPORT void SetGetStampPictureMode(unsigned char mode);
  * TESMARK_CANCELLED, TESMARK_BUSY, TESMARK_TIME_STAMP_FAILED where bSignWithTimeStamp is on, codes
  * of the enumeration, the signature and the seal library. Of a scan: TESMARK_LOGIN_FAILED,
  * TESMARK_NO_SCANNED_FILE, TESMARK_NO_SCANNED_SEAL, and the code of the last seal, which can come
- * with a picture; 0 with *outLen as it was, where the user picked none of several. */
+ * with a picture; 0 with *outLen as it was, where the user picked none of several.
+ *
+ * With the setting bSealPosition 1 the seal comes from the online service at the address sWSURL,
+ * for the selected certificate or, with none, for the one that is chosen as by GetCertType. Set
+ * *outLen to 0 for a null `out`: it stays as it was where what came has no picture, and any other
+ * number is the exception 0x80070057 then. A set `out` gets *outLen bytes, zero bytes with nothing
+ * cached, and never a new seal. TESMARK_NO_ONLINE_ADDRESS, TESMARK_NO_ONLINE_SEAL,
+ * TESMARK_ONLINE_CANCELLED, TESMARK_FAILED, codes of the service's messages, the transport and the
+ * seal library end the selection; codes of the choice and the test signature leave it.
+ *
+ * With bSealPosition 3 or 4 the picture is drawn of that certificate's common name, without a seal
+ * and without a signature; the mode stays. A set `out` with nothing cached draws and is left alone:
+ * call once more. TESMARK_FAILED: there is no personal seal control. TESMARK_DRAWING_FAILED. Codes
+ * of the choice and of the certificate. All leave the selection. */
 TESMARK_EXPORT int GetSealInfo(unsigned char* out, int* outLen);
 
 /* The same picture with one zero byte behind it, as Base64 in a block of the C heap: release it
@@ -175,8 +196,36 @@ TESMARK_EXPORT int GetSealInfo(unsigned char* out, int* outLen);
 TESMARK_EXPORT int GetDragSealPic(char** base64);
 
 /* Width and height of the selected seal's picture as the seal tells them (national formats: in
- * millimetres), -1 by -1 where it tells none. Always 0. */
+ * millimetres), -1 by -1 where it tells none; 0 by 0 for an old "ES" file of the online service and
+ * after a failure there. Drawn pictures leave it as it is. Always 0. */
 TESMARK_EXPORT int GetSealPicSize(int* width, int* height);
+
+/* Both have the personal seal control draw a picture of the host's own; form 4, but that a set
+ * `out` with nothing cached draws, tells the size and is left alone: call once more. What is cached
+ * is copied whatever text it was drawn of: ClearSelectKeyID or ResetEsealData ask for a new
+ * drawing. A drawing needs a selected certificate, without which they return 0 and touch nothing,
+ * and tries its key with a test signature, whatever SetGetStampPictureMode said, and with a time
+ * stamp where bSignWithTimeStamp is on. On Windows the calling thread must have entered COM. Null
+ * texts are empty ones. TESMARK_TIME_STAMP_FAILED, codes of the test signature; TESMARK_FAILED (no
+ * such control) and TESMARK_DRAWING_FAILED, with 0 in *outLen. A failure ends the selection. */
+
+/* The text `content` in a style: `fontName` is fontNameLen bytes, `fontSize` 10 to 40, `bold` 1 for
+ * the bold weight, `perColumn` 1 to 5 characters; the other numbers go to the control as they are.
+ * TESMARK_STYLE_OUT_OF_RANGE, found out behind the test signature. */
+TESMARK_EXPORT int GetContentPicture(unsigned char* out, int* outLen, const char* content,
+                                     int radioColor, int frameThick, const unsigned char* fontName,
+                                     int fontNameLen, int bFrame, int fontSpace, int fontSize,
+                                     int bold, int perColumn);
+
+/* What `kind` and the two texts mean is the control's own. */
+TESMARK_EXPORT int GetPicByContentInfo(int kind, const char* text1, const char* text2,
+                                       unsigned char* out, int* outLen);
+
+/* Marks a picture, by the seal picture library, which is told no capacity: ask for the size with a
+ * null `out` first, and give a buffer of it. The result is the library's own; where that is
+ * negative, *outLen is left alone. Needs neither service nor selection. */
+TESMARK_EXPORT int SetWatermarkOnEseal(const unsigned char* picture, int pictureLen,
+                                       unsigned char* out, int* outLen);
 
 /* --- certificates ---------------------------------------------------------------------------- */
 

@@ -17,6 +17,7 @@ unsigned char g_stampPictureMode = 1;
 int g_sealFlowBusy = 0;
 int g_selectedSealIndex = 0;
 StateString g_appId;
+platform::AutomationObject g_personalSealEngine = nullptr;
 
 std::string g_dialogCertLabel;
 std::vector<TextPair> g_dialogCertItems;

@@ -7,6 +7,7 @@
 
 #include "bridge/AppOpt.h"
 #include "foundation/StateString.h"
+#include "platform/Automation.h"
 #include "seal/CertEsealOpt.h"
 
 // One instance of each, set up when the library is loaded, protected by no lock.
@@ -27,6 +28,9 @@ extern unsigned char g_stampPictureMode;  // 0: selecting a seal doesn't touch t
 extern int g_sealFlowBusy;                // 1 while the dialog flow runs
 extern int g_selectedSealIndex;           // kept for the record
 extern StateString g_appId;               // names the host to the scan by phone
+// The control that draws personal seals, between a drawing that its style's range forbade and the
+// next one; null else. Nothing releases it when the library is unloaded.
+extern platform::AutomationObject g_personalSealEngine;
 
 // What dialogs are given and leave behind; it lives until the next use of the dialog.
 using TextPair = std::pair<std::string, std::string>;

@@ -10,12 +10,14 @@
 #include "service/HttpPost.h"
 #include "session/CertificateChoice.h"
 #include "session/CertificatePresence.h"
+#include "session/ContentPictures.h"
 #include "session/HostBytes.h"
 #include "session/Login.h"
 #include "session/ScanLogin.h"
 #include "session/SealRetrieval.h"
 #include "session/Selection.h"
 #include "session/Signing.h"
+#include "session/Watermark.h"
 
 namespace {
 
@@ -90,6 +92,23 @@ int GetSealPicSize(int* width, int* height) {
     *width = g_sealPicWidth;
     *height = g_sealPicHeight;
     return 0;
+}
+
+int GetContentPicture(unsigned char* out, int* outLen, const char* content, int radioColor,
+                      int frameThick, const unsigned char* fontName, int fontNameLen, int bFrame,
+                      int fontSpace, int fontSize, int bold, int perColumn) {
+    return session::GetContentPicture(out, outLen, content, radioColor, frameThick, fontName,
+                                      fontNameLen, bFrame, fontSpace, fontSize, bold, perColumn);
+}
+
+int GetPicByContentInfo(int kind, const char* text1, const char* text2, unsigned char* out,
+                        int* outLen) {
+    return session::GetPicByContentInfo(kind, text1, text2, out, outLen);
+}
+
+int SetWatermarkOnEseal(const unsigned char* picture, int pictureLen, unsigned char* out,
+                        int* outLen) {
+    return session::SetWatermarkOnEseal(picture, pictureLen, out, outLen);
 }
 
 // --- certificates ---
