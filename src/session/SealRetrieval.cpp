@@ -6,6 +6,8 @@
 #include "foundation/Registry.h"
 #include "host/ModuleState.h"
 #include "seal/SealReaders.h"
+#include "session/SealByName.h"
+#include "session/SealByUrl.h"
 #include "session/SealFlows.h"
 #include "session/SealPosition.h"
 
@@ -28,12 +30,6 @@ Settings ReadSettings() {
     settings.withTimeStamp = registry.GetNumber("bSignWithTimeStamp") != 0;
     settings.reqStatus = static_cast<int>(registry.GetNumber("ReqEsealStatus"));
     return settings;
-}
-
-// The sources other than the keys have no flow of their own yet.
-int RefuseSource(unsigned int position) {
-    TESMARK_LOG(kLogError, "[GetSealInfo]: no seals to be had for bSealPosition %u", position);
-    return TESMARK_FAILED;
 }
 
 // However the dialog flow is left, by a failure that passes through too, the next question is
@@ -62,24 +58,34 @@ int SelectLocally(unsigned char* buffer, int* length, const Settings& settings) 
 }
 
 int Retrieve(unsigned char* buffer, int* length, const Settings& settings) {
-    if (!settings.IsLocal()) return RefuseSource(settings.position);
-    return SelectLocally(buffer, length, settings);
+    switch (settings.position) {
+        case kOnlineService: return GetEsealByUrl(buffer, length, settings.reqStatus);
+        case kNameByXml: return GetEsealByCertCN(buffer, length, PersonalSealMode::FixedStyle);
+        case kNameBySize: return GetEsealByCertCN(buffer, length, PersonalSealMode::BySize);
+        default: return SelectLocally(buffer, length, settings);
+    }
+}
+
+// A copy of the cache behind a picture that the buffer of the length told before has no room for.
+int TakeFromCache(CBuffer& picture, int length) {
+    picture = CBuffer(static_cast<std::size_t>(length) + 1);
+    if (!picture) return TESMARK_NO_MEMORY;
+    g_sealInfoCache.CopyTo(picture.Data(), length);
+    return 0;
 }
 
 // The fetch of a dragged picture into room for the length that was told. A picture of length 0
-// leaves no cache, so that the keys are read anew, and one that has grown meanwhile fits no more:
-// it is taken from the cache.
+// leaves no cache, so that the keys are read or the name is drawn anew, and one that has grown
+// meanwhile fits no more: it is taken from the cache. The local flows fill what they are given,
+// so they are given nothing; the others never fill more than the length that they are told.
 int FetchDragged(CBuffer& picture, int* length) {
     TESMARK_LOG_SCOPE("GetSealInfo");
     const Settings settings = ReadSettings();
-    if (!settings.IsLocal() || !g_sealInfoCache.Empty()) {
-        return Retrieve(picture.Data(), length, settings);
-    }
-    if (const int code = SelectLocally(nullptr, length, settings)) return code;
-    picture = CBuffer(static_cast<std::size_t>(*length) + 1);
-    if (!picture) return TESMARK_NO_MEMORY;
-    g_sealInfoCache.CopyTo(picture.Data(), *length);
-    return 0;
+    const bool unmeasured = settings.IsLocal() && g_sealInfoCache.Empty();
+    const int room = *length;
+    unsigned char* const buffer = unmeasured ? nullptr : picture.Data();
+    if (const int code = Retrieve(buffer, length, settings)) return code;
+    return unmeasured || *length > room ? TakeFromCache(picture, *length) : 0;
 }
 
 }  // namespace

@@ -167,20 +167,6 @@ TEST_F(SealRetrievalTest, SettingsThatCannotBeOpenedTakeTheLocalPathWithEverythi
     EXPECT_THAT(Failures(), IsEmpty());
 }
 
-TEST_F(SealRetrievalTest, SourcesThatAreNotThereYetFailAndTouchNothing) {
-    AddEsKey("picture");
-    for (const unsigned int position : {1u, 3u, 4u}) {
-        m_prefix.SetNumber("bSealPosition", position);
-        ForgetLog();
-        int length = -7;
-        EXPECT_EQ(GetSealInfo(nullptr, &length), TESMARK_FAILED);
-        EXPECT_EQ(length, -7);
-        EXPECT_THAT(Errors(), ElementsAre("[GetSealInfo]: no seals to be had for bSealPosition " +
-                                          std::to_string(position)));
-    }
-    EXPECT_THAT(fakes::CallTexts(), IsEmpty());
-}
-
 TEST_F(SealRetrievalTest, AMissingServiceFileEndsTheEnumeration) {
     m_prefix.RegisterCertService("/nowhere/libKVLAppCOM.so");
     int length = -7;
