@@ -14,7 +14,7 @@
 #include "TerminalText.h"
 #include "TimeStampWish.h"
 #include "TwoStep.h"
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 #include "foundation/Text.h"
 #include "include/TesmarkOpt.h"
 

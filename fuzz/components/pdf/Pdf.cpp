@@ -9,7 +9,7 @@
 #include <iterator>
 #include <string>
 
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 #include "fuzz/driver/Require.h"
 #include "pdf/PdfPages.h"
 #include "pdf/PdfStamp.h"

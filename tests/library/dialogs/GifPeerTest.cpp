@@ -3,8 +3,8 @@
 
 #include <random>
 
+#include "components/drawing/Picture.h"
 #include "dialogs/GifPicture.h"
-#include "drawing/Picture.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <memory>
 #include <sstream>
 
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 #include "support/Program.h"
 
 namespace {

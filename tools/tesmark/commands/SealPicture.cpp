@@ -9,7 +9,7 @@
 
 #include "Failure.h"
 #include "FileAccess.h"
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 #include "drawing/SealDrawing.h"
 
 namespace {

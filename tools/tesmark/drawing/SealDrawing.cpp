@@ -2,9 +2,9 @@
 
 #include <numbers>
 
-#include "drawing/SealFont.h"
+#include "components/drawing/SealFont.h"
+#include "components/drawing/Utf8Text.h"
 #include "drawing/SealText.h"
-#include "drawing/Utf8Text.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 
 // All texts are UTF-8.
 struct SealDesign {

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "drawing/SealCanvas.h"
-#include "drawing/SealFont.h"
+#include "components/drawing/SealCanvas.h"
+#include "components/drawing/SealFont.h"
 
 enum class SealTextPath {
     kUpperArc,  // glyphs stand over the top of the circle, their heads to the outside

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 #include "pdf/PdfUpdate.h"
 #include "pdf/SealPlacement.h"
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "drawing/FreeTypeHandle.h"
+#include "components/drawing/FreeTypeHandle.h"
 
 struct SealPoint {
     double x;

@@ -2,7 +2,7 @@
 // needs a font. Where it can't be opened no font is found.
 #include <fontconfig/fontconfig.h>
 
-#include "drawing/linux/Forward.h"
+#include "components/drawing/linux/Forward.h"
 
 namespace {
 

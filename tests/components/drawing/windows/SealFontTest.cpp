@@ -1,4 +1,4 @@
-#include "drawing/SealFont.h"
+#include "components/drawing/SealFont.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>

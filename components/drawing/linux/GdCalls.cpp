@@ -3,7 +3,7 @@
 // when the first of them is used. Where it can't be opened no picture can be read or made.
 #include <gd.h>
 
-#include "drawing/linux/Forward.h"
+#include "components/drawing/linux/Forward.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "drawing/Utf8Text.h"
+#include "components/drawing/Utf8Text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "drawing/SealFont.h"
+#include "components/drawing/SealFont.h"
 
 #include <algorithm>
 #include <string_view>
 #include <vector>
 
-#include "drawing/FreeTypeHandle.h"
+#include "components/drawing/FreeTypeHandle.h"
 #include "platform/CodePage.h"
 #include "platform/windows/Win32.h"
 // After the system's own header.

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 
 namespace {
 

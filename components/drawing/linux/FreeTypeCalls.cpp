@@ -4,7 +4,7 @@
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
 
-#include "drawing/linux/Forward.h"
+#include "components/drawing/linux/Forward.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <cstdarg>
 
-#include "drawing/GdPicture.h"
-#include "drawing/Picture.h"
+#include "components/drawing/GdPicture.h"
+#include "components/drawing/Picture.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "drawing/Picture.h"
+#include "components/drawing/Picture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "drawing/SealCanvas.h"
+#include "components/drawing/SealCanvas.h"
 
 #include <algorithm>
 #include <cmath>

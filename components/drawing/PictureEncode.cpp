@@ -1,8 +1,8 @@
 #include <cstddef>
 #include <set>
 
-#include "drawing/GdPicture.h"
-#include "drawing/Picture.h"
+#include "components/drawing/GdPicture.h"
+#include "components/drawing/Picture.h"
 
 namespace {
 
