@@ -41,8 +41,8 @@ bool DecodePicture(std::string_view bytes, Picture& picture, std::string& proble
 // or there is no memory.
 std::string EncodeGif(const Picture& picture);
 
-// A PNG with its alpha kept (to seven bits). Empty as above.
-std::string EncodePng(const Picture& picture);
+// A PNG with its alpha kept (to seven bits), which tells `dpi` as its resolution. Empty as above.
+std::string EncodePng(const Picture& picture, int dpi = 96);
 
 // Pixels of a length in millimetres at `dpi`, rounded, at least 1; and the way back.
 int PixelsOf(double millimetres, double dpi);

@@ -95,12 +95,13 @@ std::string EncodeGif(const Picture& picture) {
     return BytesOf(data, size);
 }
 
-std::string EncodePng(const Picture& picture) {
+std::string EncodePng(const Picture& picture, int dpi) {
     if (!IsComplete(picture)) return {};
     const GdImage image(gdImageCreateTrueColor(picture.width, picture.height));
     if (!image) return {};
     gdImageAlphaBlending(image.get(), 0);
     gdImageSaveAlpha(image.get(), 1);
+    gdImageSetResolution(image.get(), static_cast<unsigned>(dpi), static_cast<unsigned>(dpi));
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
             const std::uint8_t* pixel = PixelAt(picture, x, y);

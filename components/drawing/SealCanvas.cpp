@@ -18,8 +18,11 @@ std::size_t PointCount(const std::vector<std::vector<SealPoint>>& contours) {
 
 }  // namespace
 
-CSealCanvas::CSealCanvas(FT_Library library, int size)
-    : m_library(library), m_size(size), m_coverage(std::size_t(size) * size) {}
+CSealCanvas::CSealCanvas(FT_Library library, int width, int height)
+    : m_library(library),
+      m_width(width),
+      m_height(height),
+      m_coverage(std::size_t(width) * height) {}
 
 bool CSealCanvas::Fill(const std::vector<std::vector<SealPoint>>& contours) {
     FT_Outline outline;
@@ -42,11 +45,11 @@ bool CSealCanvas::Fill(const std::vector<std::vector<SealPoint>>& contours) {
 }
 
 bool CSealCanvas::FillOutline(FT_Outline& outline) {
-    FT_Outline_Translate(&outline, m_size * 32L, m_size * 32L);
+    FT_Outline_Translate(&outline, m_width * 32L, m_height * 32L);
     FT_Bitmap bitmap = {};
-    bitmap.rows = static_cast<unsigned int>(m_size);
-    bitmap.width = bitmap.rows;
-    bitmap.pitch = m_size;
+    bitmap.rows = static_cast<unsigned int>(m_height);
+    bitmap.width = static_cast<unsigned int>(m_width);
+    bitmap.pitch = m_width;
     bitmap.buffer = m_coverage.data();
     bitmap.num_grays = 256;
     bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;

@@ -14,8 +14,8 @@ struct SealPoint {
 // Coordinates are pixels from the centre, x to the right, y up.
 class CSealCanvas {
 public:
-    // A square sheet of `size` pixels. `library` must outlive it.
-    CSealCanvas(FT_Library library, int size);
+    // A sheet of `width` by `height` pixels. `library` must outlive it.
+    CSealCanvas(FT_Library library, int width, int height);
 
     // Fills what lies between the contours by the non-zero rule: a hole runs the other way round.
     // False if FreeType refuses.
@@ -28,7 +28,8 @@ public:
 
 private:
     FT_Library m_library;
-    int m_size;
+    int m_width;
+    int m_height;
     std::vector<std::uint8_t> m_coverage;
 };
 

@@ -45,6 +45,9 @@ void gdImageAlphaBlending(gdImagePtr image, int blending) {
     FORWARD_VOID(gdImageAlphaBlending, image, blending);
 }
 void gdImageSaveAlpha(gdImagePtr image, int save) { FORWARD_VOID(gdImageSaveAlpha, image, save); }
+void gdImageSetResolution(gdImagePtr image, const unsigned int x, const unsigned int y) {
+    FORWARD_VOID(gdImageSetResolution, image, x, y);
+}
 
 int gdImageTrueColorToPalette(gdImagePtr image, int dither, int colours) {
     FORWARD(gdImageTrueColorToPalette, 0, image, dither, colours);

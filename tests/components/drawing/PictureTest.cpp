@@ -50,6 +50,13 @@ TEST(PictureTest, APngComesBackAsItWas) {
     EXPECT_EQ(decoded.rgba, picture.rgba);
 }
 
+TEST(PictureTest, APngTellsItsResolution) {
+    // pHYs: 11,811 pixels a metre both ways.
+    const std::string chunk = "pHYs\0\0\x2E\x23\0\0\x2E\x23\x01"s;
+    EXPECT_NE(EncodePng(Ramp(), 300).find(chunk), std::string::npos);
+    EXPECT_EQ(EncodePng(Ramp(), 600).find(chunk), std::string::npos);
+}
+
 TEST(PictureTest, APngKeepsItsAlphaToSevenBits) {
     Picture decoded;
     std::string problem;

@@ -2,7 +2,7 @@
 
 #include <numbers>
 
-#include "components/drawing/SealFont.h"
+#include "components/drawing/FontSearch.h"
 #include "components/drawing/Utf8Text.h"
 #include "drawing/SealText.h"
 
@@ -115,8 +115,9 @@ bool DrawRoundSeal(const SealDesign& design, Picture& picture, std::string& prob
     picture = {};
     SealTexts texts;
     if (!ReadTexts(design, texts, problem) || !CheckMeasures(design, problem)) return false;
-    SealFont font;
-    if (!FindSealFont(texts.name + texts.purpose + texts.number, design.fontFamily, font)) {
+    FoundFont font;
+    const CFontSearch fonts({design.fontFamily, true});
+    if (!fonts.Find(texts.name + texts.purpose + texts.number, font)) {
         problem = "No font of this machine has all characters of \"" + design.name +
                   design.purpose + design.number + "\"; on Debian install fonts-noto-cjk.";
         return false;
@@ -133,7 +134,7 @@ bool DrawRoundSeal(const SealDesign& design, Picture& picture, std::string& prob
         return false;
     }
     const int side = PixelsOf(design.diameterMm, design.dpi);
-    CSealCanvas canvas(handle, side);
+    CSealCanvas canvas(handle, side, side);
     if (!DrawShapes(canvas, side / 2.0) || !DrawTexts(canvas, text, texts, side / 2.0)) {
         problem = "The texts of the seal don't fit into it.";
         return false;

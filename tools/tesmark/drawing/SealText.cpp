@@ -19,7 +19,7 @@ FT_Fixed Fixed16(double value) { return std::lround(value * 65'536); }
 
 }  // namespace
 
-bool CSealText::Open(const SealFont& font) {
+bool CSealText::Open(const FoundFont& font) {
     FT_Face face = nullptr;
     if (FT_New_Face(m_library, font.path.c_str(), font.index, &face)) return false;
     m_face.reset(face);

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "components/drawing/FontSearch.h"
 #include "components/drawing/SealCanvas.h"
-#include "components/drawing/SealFont.h"
 
 enum class SealTextPath {
     kUpperArc,  // glyphs stand over the top of the circle, their heads to the outside
@@ -24,7 +24,7 @@ struct SealTextPlace {
 class CSealText {
 public:
     explicit CSealText(FT_Library library) : m_library(library) {}
-    bool Open(const SealFont& font);
+    bool Open(const FoundFont& font);
 
     // Sets the glyphs with equal gaps, narrower (to a half) and then smaller where they don't
     // fit. False if even that is not enough, or a glyph can't be loaded.

@@ -1,8 +1,10 @@
-#include "components/drawing/SealFont.h"
+#include "components/drawing/FontSearch.h"
 
 #include <fontconfig/fontconfig.h>
 
-#include <memory>
+#include <algorithm>
+
+#include "components/drawing/FontFamilies.h"
 
 namespace {
 
@@ -23,16 +25,17 @@ Owned<FcCharSet> CharactersOf(const std::u32string& text) {
     return characters;
 }
 
-Owned<FcPattern> WishedPattern(const std::string& family) {
+// Fontconfig's own texts are short; what is longer names no family.
+constexpr std::size_t kLongestFamily = 200;
+
+Owned<FcPattern> WishedPattern(const FontWish& wish) {
     Owned<FcPattern> pattern(FcPatternCreate());
-    if (!family.empty()) {
+    for (const std::string& family : FontFamilies(wish.family)) {
+        if (family.size() > kLongestFamily) continue;
         FcPatternAddString(pattern.get(), FC_FAMILY, FontText(family.c_str()));
     }
-    for (const char* name : {"SimSun", "NSimSun", "Noto Serif CJK SC", "Source Han Serif SC",
-                             "AR PL UMing CN", "Noto Sans CJK SC", "serif"}) {
-        FcPatternAddString(pattern.get(), FC_FAMILY, FontText(name));
-    }
-    FcPatternAddInteger(pattern.get(), FC_WEIGHT, FC_WEIGHT_BOLD);
+    FcPatternAddString(pattern.get(), FC_FAMILY, FontText("serif"));
+    FcPatternAddInteger(pattern.get(), FC_WEIGHT, wish.bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
     FcPatternAddInteger(pattern.get(), FC_SLANT, FC_SLANT_ROMAN);
     FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
     FcPatternAddString(pattern.get(), FC_LANG, FontText("zh-cn"));
@@ -45,7 +48,7 @@ bool HasAll(const FcPattern* face, const FcCharSet* characters) {
     return FcCharSetIsSubset(characters, available);
 }
 
-bool Describe(const FcPattern* face, SealFont& font) {
+bool Describe(const FcPattern* face, bool bold, FoundFont& font) {
     FcChar8* path = nullptr;
     FcBool scalable = FcFalse;
     if (FcPatternGetString(face, FC_FILE, 0, &path) != FcResultMatch) return false;
@@ -56,27 +59,37 @@ bool Describe(const FcPattern* face, SealFont& font) {
     int weight = FC_WEIGHT_REGULAR;
     FcPatternGetInteger(face, FC_INDEX, 0, &index);
     FcPatternGetInteger(face, FC_WEIGHT, 0, &weight);
-    font = {reinterpret_cast<const char*>(path), index, weight < FC_WEIGHT_DEMIBOLD};
+    font = {reinterpret_cast<const char*>(path), index, bold && weight < FC_WEIGHT_DEMIBOLD};
     return true;
 }
 
 }  // namespace
 
-bool FindSealFont(const std::u32string& text, const std::string& family, SealFont& font) {
+struct CFontSearch::State {
+    bool bold;
     // A configuration of our own: a host's is neither read nor left behind.
-    const Owned<FcConfig> config(FcInitLoadConfigAndFonts());
-    if (!config) return false;
-    const auto characters = CharactersOf(text);
-    const auto pattern = WishedPattern(family);
-    FcConfigSubstitute(config.get(), pattern.get(), FcMatchPattern);
+    Owned<FcConfig> config;
+    Owned<FcFontSet> faces;
+};
+
+CFontSearch::CFontSearch(const FontWish& wish)
+    : m_state(new State{wish.bold, Owned<FcConfig>(FcInitLoadConfigAndFonts()), nullptr}) {
+    if (!m_state->config) return;
+    const auto pattern = WishedPattern(wish);
+    FcConfigSubstitute(m_state->config.get(), pattern.get(), FcMatchPattern);
     FcDefaultSubstitute(pattern.get());
     FcResult result = FcResultMatch;
-    const Owned<FcFontSet> faces(
-        FcFontSort(config.get(), pattern.get(), FcFalse, nullptr, &result));
-    if (!faces) return false;
-    for (int i = 0; i < faces->nfont; ++i) {
-        const FcPattern* const face = faces->fonts[i];
-        if (HasAll(face, characters.get()) && Describe(face, font)) return true;
-    }
-    return false;
+    m_state->faces.reset(
+        FcFontSort(m_state->config.get(), pattern.get(), FcFalse, nullptr, &result));
+}
+
+CFontSearch::~CFontSearch() = default;
+
+bool CFontSearch::Find(const std::u32string& text, FoundFont& font) const {
+    if (!m_state->faces) return false;
+    const auto characters = CharactersOf(text);
+    FcPattern** const first = m_state->faces->fonts;
+    return std::any_of(first, first + m_state->faces->nfont, [&](const FcPattern* face) {
+        return HasAll(face, characters.get()) && Describe(face, m_state->bold, font);
+    });
 }

@@ -1,4 +1,4 @@
-#include "components/drawing/SealFont.h"
+#include "components/drawing/FontSearch.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -29,29 +29,29 @@ private:
 };
 
 std::string ChineseFile() {
-    SealFont font;
-    EXPECT_TRUE(FindSealFont(U"深圳市", "", font));
+    FoundFont font;
+    EXPECT_TRUE(CFontSearch({"", true}).Find(U"深圳市", font));
     return font.path;
 }
 
-TEST(SealFontOnWindows, AFamilyThatLacksTheCharactersIsPassedOver) {
+TEST(FontSearchOnWindows, AFamilyThatLacksTheCharactersIsPassedOver) {
     const ListedFont listed("DejaVu Sans (TrueType)", kLatinFile);
-    SealFont latin;
-    SealFont mixed;
-    ASSERT_TRUE(FindSealFont(U"Ltd.", "DejaVu Sans", latin));
+    FoundFont latin;
+    FoundFont mixed;
+    ASSERT_TRUE(CFontSearch({"DejaVu Sans", true}).Find(U"Ltd.", latin));
     EXPECT_EQ(latin.path, kLatinFile);
-    ASSERT_TRUE(FindSealFont(U"深圳市", "DejaVu Sans", mixed));
+    ASSERT_TRUE(CFontSearch({"DejaVu Sans", true}).Find(U"深圳市", mixed));
     EXPECT_NE(mixed.path, latin.path);
 }
 
-TEST(SealFontOnWindows, AFamilyIsFoundAmongThoseOfItsFileWhateverTheCase) {
+TEST(FontSearchOnWindows, AFamilyIsFoundAmongThoseOfItsFileWhateverTheCase) {
     const ListedFont listed("Another & dejavu sans (TrueType)", kLatinFile);
-    SealFont font;
-    ASSERT_TRUE(FindSealFont(U"Ltd.", "DejaVu Sans", font));
+    FoundFont font;
+    ASSERT_TRUE(CFontSearch({"DejaVu Sans", true}).Find(U"Ltd.", font));
     EXPECT_EQ(font.path, kLatinFile);
 }
 
-TEST(SealFontOnWindows, SimSunComesBeforeOthersAndItsBoldFaceBeforeIt) {
+TEST(FontSearchOnWindows, SimSunComesBeforeOthersAndItsBoldFaceBeforeIt) {
     const std::string file = ChineseFile();
     const std::string spelled = "Z:\\." + file.substr(2);
     const ListedFont listed("SimSun (TrueType)", spelled);
@@ -61,7 +61,19 @@ TEST(SealFontOnWindows, SimSunComesBeforeOthersAndItsBoldFaceBeforeIt) {
     EXPECT_EQ(ChineseFile(), bold);
 }
 
-TEST(SealFontOnWindows, AFileThatIsNotThereIsPassedOver) {
+TEST(FontSearchOnWindows, ALightWishLeavesTheBoldFaceAlone) {
+    const ListedFont listed("DejaVu Sans (TrueType)", kLatinFile);
+    const ListedFont bold("DejaVu Sans Bold (TrueType)",
+                          "Z:\\usr\\share\\fonts\\truetype\\dejavu\\DejaVuSans-Bold.ttf");
+    FoundFont font;
+    ASSERT_TRUE(CFontSearch({"DejaVu Sans", false}).Find(U"Ltd.", font));
+    EXPECT_EQ(font.path, kLatinFile);
+    ASSERT_TRUE(CFontSearch({"DejaVu Sans", true}).Find(U"Ltd.", font));
+    EXPECT_NE(font.path, kLatinFile);
+    EXPECT_FALSE(font.embolden);
+}
+
+TEST(FontSearchOnWindows, AFileThatIsNotThereIsPassedOver) {
     const std::string file = ChineseFile();
     const ListedFont listed("SimSun (TrueType)", "none.ttf");
     EXPECT_EQ(ChineseFile(), file);
