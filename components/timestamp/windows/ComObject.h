@@ -17,12 +17,3 @@ public:
     // none. The caller frees it.
     virtual HRESULT STDMETHODCALLTYPE CreateTS(BSTR request, BSTR* response) = 0;
 };
-
-// A new engine's `id`, which is IUnknown, IDispatch or kEngineInterfaceId; E_NOINTERFACE for
-// another one. The object can be used from any thread.
-HRESULT CreateEngine(REFIID id, void** object);
-
-// Whatever keeps this DLL in use: objects, and locks of the server.
-void HoldServer();
-void LetServerGo();
-bool IsServerHeld();

@@ -1,14 +1,13 @@
-// What COM and regsvr32 look up in the DLL.
+#include "components/automation/windows/AutomationServer.h"
 
-#include <cstring>
-#include <new>
+#include <atomic>
 
-#include "components/timestamp/windows/ComObject.h"
-#include "components/timestamp/windows/Registration.h"
-#include "platform/closed/TimeStampEngine.h"
+#include "components/automation/windows/Registration.h"
 #include "platform/windows/WideText.h"
 
 namespace {
+
+std::atomic<long> g_held = 0;
 
 // There is one for the DLL's whole life, and nobody counts its references.
 class Factory final : public IClassFactory {
@@ -32,7 +31,7 @@ public:
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) override {
         if (object == nullptr) return E_POINTER;
         *object = nullptr;
-        return outer != nullptr ? CLASS_E_NOAGGREGATION : CreateEngine(id, object);
+        return outer != nullptr ? CLASS_E_NOAGGREGATION : kServedClass.create(id, object);
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
         lock != FALSE ? HoldServer() : LetServerGo();
@@ -40,26 +39,31 @@ public:
     }
 };
 
-bool IsEngineClass(REFCLSID classId) {
-    GUID engine;
-    const std::wstring text = platform::WideFrom(CP_UTF8, kTimeStampEngineClass);
-    return CLSIDFromString(text.c_str(), &engine) == S_OK && engine == classId;
+bool IsServed(REFCLSID classId) {
+    GUID served;
+    const std::wstring text = platform::WideFrom(CP_UTF8, kServedClass.id);
+    return CLSIDFromString(text.c_str(), &served) == S_OK && served == classId;
 }
 
 }  // namespace
 
+void HoldServer() { ++g_held; }
+
+void LetServerGo() { --g_held; }
+
+// What COM and regsvr32 look up in the DLL.
 extern "C" {
 
 HRESULT WINAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
     static Factory factory;
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
-    return IsEngineClass(classId) ? factory.QueryInterface(id, object) : CLASS_E_CLASSNOTAVAILABLE;
+    return IsServed(classId) ? factory.QueryInterface(id, object) : CLASS_E_CLASSNOTAVAILABLE;
 }
 
-HRESULT WINAPI DllCanUnloadNow() { return IsServerHeld() ? S_FALSE : S_OK; }
+HRESULT WINAPI DllCanUnloadNow() { return g_held != 0 ? S_FALSE : S_OK; }
 
-HRESULT WINAPI DllRegisterServer() { return RegisterEngine(); }
+HRESULT WINAPI DllRegisterServer() { return RegisterServedClass(); }
 
-HRESULT WINAPI DllUnregisterServer() { return UnregisterEngine(); }
+HRESULT WINAPI DllUnregisterServer() { return UnregisterServedClass(); }
 }

@@ -1,15 +1,13 @@
-#include "components/timestamp/windows/Registration.h"
+#include "components/automation/windows/Registration.h"
 
 #include <memory>
 #include <string>
 #include <type_traits>
 
-#include "platform/closed/TimeStampEngine.h"
+#include "components/automation/windows/AutomationServer.h"
 #include "platform/windows/WideText.h"
 
 namespace {
-
-constexpr wchar_t kDescription[] = L"Velmora time-stamp engine";
 
 struct KeyCloser {
     void operator()(HKEY key) const { RegCloseKey(key); }
@@ -17,14 +15,14 @@ struct KeyCloser {
 using KeyHandle = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
 
 std::wstring ClassKey() {
-    return L"Software\\Classes\\CLSID\\" + platform::WideFrom(CP_UTF8, kTimeStampEngineClass);
+    return L"Software\\Classes\\CLSID\\" + platform::WideFrom(CP_UTF8, kServedClass.id);
 }
 
 std::wstring PathOfThisFile() {
     HMODULE module = nullptr;
     GetModuleHandleExW(
         GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-        reinterpret_cast<const wchar_t*>(&RegisterEngine), &module);
+        reinterpret_cast<const wchar_t*>(&RegisterServedClass), &module);
     std::wstring path(32'768, L'\0');
     path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
     return path;
@@ -44,7 +42,7 @@ LSTATUS MakeKey(HKEY root, const std::wstring& path, const std::wstring& text, K
 LSTATUS RegisterBelow(HKEY root) {
     constexpr wchar_t kModel[] = L"Both";
     KeyHandle key;
-    LSTATUS status = MakeKey(root, ClassKey(), kDescription, key);
+    LSTATUS status = MakeKey(root, ClassKey(), kServedClass.description, key);
     if (status != ERROR_SUCCESS) return status;
     status = MakeKey(root, ClassKey() + L"\\InprocServer32", PathOfThisFile(), key);
     if (status != ERROR_SUCCESS) return status;
@@ -59,13 +57,13 @@ LSTATUS UnregisterBelow(HKEY root) {
 
 }  // namespace
 
-HRESULT RegisterEngine() {
+HRESULT RegisterServedClass() {
     LSTATUS status = RegisterBelow(HKEY_LOCAL_MACHINE);
     if (status == ERROR_ACCESS_DENIED) status = RegisterBelow(HKEY_CURRENT_USER);
     return HRESULT_FROM_WIN32(status);
 }
 
-HRESULT UnregisterEngine() {
+HRESULT UnregisterServedClass() {
     const LSTATUS machine = UnregisterBelow(HKEY_LOCAL_MACHINE);
     const LSTATUS user = UnregisterBelow(HKEY_CURRENT_USER);
     return HRESULT_FROM_WIN32(machine != ERROR_SUCCESS ? machine : user);
