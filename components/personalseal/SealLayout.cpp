@@ -15,6 +15,8 @@ constexpr double kLineGap = 0.2;
 // A line's size may shrink by this for the sake of wider spaces.
 constexpr double kSizeForSpace = 0.97;
 constexpr double kSpaces[] = {0.55, 0.4, 0.25, 0.1, 0.03};
+// Words that have blanks between them stay together.
+constexpr double kMostWordSpace = 0.1;
 constexpr double kTrialSize = 100;
 
 double WidthOf(CSealFaces& faces, const SealWord& word, double size) {
@@ -86,9 +88,7 @@ double FittingSize(CSealFaces& faces, std::span<const SealWord> words, std::size
 
 SealBlock SetColumns(CSealFaces& faces, std::span<const SealWord> words, const SealGrid& grid) {
     SealBlock block;
-    const bool ideographs = std::any_of(words.begin(), words.end(),
-                                        [](const SealWord& word) { return word.ideograph; });
-    const double direction = ideographs && grid.perColumn > 1 ? -1 : 1;
+    const double direction = HasIdeographs(words) && grid.perColumn > 1 ? -1 : 1;
     const std::size_t perColumn = static_cast<std::size_t>(grid.perColumn);
     double x = 0;
     for (std::size_t at = 0; at < words.size(); at += perColumn) {
@@ -125,7 +125,9 @@ SealBlock FitLines(CSealFaces& faces, std::span<const SealWord> words, double wi
         lines = count;
     }
     if (best < leastSize) return {};
+    const bool ideographs = HasIdeographs(words);
     for (const double space : kSpaces) {
+        if (!ideographs && space > kMostWordSpace) continue;
         const double size = FittingSize(faces, words, lines, space, width, height);
         if (size >= best * kSizeForSpace) return SetLines(faces, words, lines, size, space);
     }

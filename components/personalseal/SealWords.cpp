@@ -65,7 +65,7 @@ int SplitSealText(std::string_view utf8, std::vector<SealWord>& words) {
     return words.empty() ? kSealNoText : kSealDrawn;
 }
 
-bool HasIdeographs(const std::vector<SealWord>& words) {
+bool HasIdeographs(std::span<const SealWord> words) {
     return std::any_of(words.begin(), words.end(),
                        [](const SealWord& word) { return word.ideograph; });
 }

@@ -1,6 +1,7 @@
 // SealWords.h - what stands as one in a seal: a 汉字, or a word of another script.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,4 +19,4 @@ struct SealWord {
 // kSealLongText or kSealBadText; `words` is empty after a failure.
 int SplitSealText(std::string_view utf8, std::vector<SealWord>& words);
 
-bool HasIdeographs(const std::vector<SealWord>& words);
+bool HasIdeographs(std::span<const SealWord> words);
