@@ -1,11 +1,10 @@
 // The built engine, made of its class and called as the library does.
 
-#include "components/timestamp/EngineClass.h"
-
 #include <gmock/gmock.h>
 
 #include <sstream>
 
+#include "components/automation/RegisteredClass.h"
 #include "components/exports/ExportedNames.h"
 #include "components/timestamp/ResponseCheck.h"
 #include "components/timestamp/TimeStampFixture.h"
@@ -26,12 +25,12 @@ protected:
 
     EngineClassTest() : m_logged(Log().size()) {
         platform::InitializeAutomation();
-        UnregisterEngineClass();
-        EXPECT_TRUE(RegisterEngineClass());
+        UnregisterClassFile(ENGINE_FILE, kTimeStampEngineClass);
+        EXPECT_TRUE(RegisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     }
     ~EngineClassTest() override {
         platform::ReleaseAutomationObject(m_engine);
-        UnregisterEngineClass();
+        UnregisterClassFile(ENGINE_FILE, kTimeStampEngineClass);
         platform::UninitializeAutomation();
     }
     bool Create() {
@@ -95,7 +94,7 @@ TEST_F(EngineClassTest, AnEngineIsMadeAnewForEachStamp) {
 }
 
 TEST_F(EngineClassTest, AClassThatIsTakenAwayIsNoObject) {
-    ASSERT_TRUE(UnregisterEngineClass());
+    ASSERT_TRUE(UnregisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     EXPECT_FALSE(Create());
 }
 
@@ -104,7 +103,7 @@ TEST_F(EngineClassTest, TheFileLetsNothingElseOut) {
     for (const std::string& name : ExportedNames(ENGINE_FILE)) {
         names << (names.str().empty() ? "" : " ") << name;
     }
-    EXPECT_EQ(names.str(), kEngineExports);
+    EXPECT_EQ(names.str(), ClassFileExports("CreateTS"));
 }
 
 }  // namespace

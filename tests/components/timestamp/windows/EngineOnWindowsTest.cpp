@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "components/timestamp/EngineClass.h"
+#include "components/automation/RegisteredClass.h"
 #include "components/timestamp/windows/ComObject.h"
 #include "platform/closed/TimeStampEngine.h"
 #include "platform/windows/WideText.h"
@@ -35,12 +35,12 @@ class EngineOnWindows : public testing::Test {
 protected:
     EngineOnWindows() : m_file(LoadLibraryA(ENGINE_FILE)) {
         CoInitialize(nullptr);
-        UnregisterEngineClass();
+        UnregisterClassFile(ENGINE_FILE, kTimeStampEngineClass);
     }
     ~EngineOnWindows() override {
         if (m_engine != nullptr) m_engine->Release();
         if (m_factory != nullptr) m_factory->Release();
-        UnregisterEngineClass();
+        UnregisterClassFile(ENGINE_FILE, kTimeStampEngineClass);
         CoUninitialize();
         if (m_file != nullptr) FreeLibrary(m_file);
     }
@@ -70,7 +70,7 @@ protected:
 };
 
 TEST_F(EngineOnWindows, TheRegistrationNamesTheFileAndItsThreads) {
-    ASSERT_TRUE(RegisterEngineClass());
+    ASSERT_TRUE(RegisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     const std::string server = ClassKey() + "\\InprocServer32";
     char path[MAX_PATH] = {};
     GetModuleFileNameA(m_file, path, sizeof path);
@@ -79,18 +79,18 @@ TEST_F(EngineOnWindows, TheRegistrationNamesTheFileAndItsThreads) {
 }
 
 TEST_F(EngineOnWindows, ItsRemovalLeavesNothingAndCanBeRepeated) {
-    ASSERT_TRUE(RegisterEngineClass());
-    EXPECT_TRUE(UnregisterEngineClass());
+    ASSERT_TRUE(RegisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
+    EXPECT_TRUE(UnregisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
         HKEY key = nullptr;
         EXPECT_EQ(RegOpenKeyExA(root, ClassKey().c_str(), 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
     }
-    EXPECT_TRUE(UnregisterEngineClass());
+    EXPECT_TRUE(UnregisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     EXPECT_EQ(MakeEngine(), REGDB_E_CLASSNOTREG);
 }
 
 TEST_F(EngineOnWindows, OneObjectAnswersToAllThreeInterfaces) {
-    ASSERT_TRUE(RegisterEngineClass());
+    ASSERT_TRUE(RegisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     ASSERT_EQ(MakeEngine(), S_OK);
     for (const GUID& id : {IID_IUnknown, IID_IDispatch, kEngineInterfaceId}) {
         void* object = nullptr;
@@ -104,7 +104,7 @@ TEST_F(EngineOnWindows, OneObjectAnswersToAllThreeInterfaces) {
 }
 
 TEST_F(EngineOnWindows, TheMethodOfTheTableGivesNullOnFailure) {
-    ASSERT_TRUE(RegisterEngineClass());
+    ASSERT_TRUE(RegisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     ASSERT_EQ(MakeEngine(), S_OK);
     BSTR response = reinterpret_cast<BSTR>(this);
     EXPECT_EQ(m_engine->CreateTS(nullptr, &response), S_OK);
@@ -113,7 +113,7 @@ TEST_F(EngineOnWindows, TheMethodOfTheTableGivesNullOnFailure) {
 }
 
 TEST_F(EngineOnWindows, TheMethodIsFoundByItsNameAlone) {
-    ASSERT_TRUE(RegisterEngineClass());
+    ASSERT_TRUE(RegisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     ASSERT_EQ(MakeEngine(), S_OK);
     std::wstring right = L"createts";
     std::wstring wrong = L"CreateTSA";
@@ -127,7 +127,7 @@ TEST_F(EngineOnWindows, TheMethodIsFoundByItsNameAlone) {
 }
 
 TEST_F(EngineOnWindows, ACallOfAnotherShapeIsRefused) {
-    ASSERT_TRUE(RegisterEngineClass());
+    ASSERT_TRUE(RegisterClassFile(ENGINE_FILE, kTimeStampEngineClass));
     ASSERT_EQ(MakeEngine(), S_OK);
     VARIANT text{};
     text.vt = VT_BSTR;
