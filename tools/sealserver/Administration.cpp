@@ -1,0 +1,83 @@
+#include "tools/sealserver/Administration.h"
+
+#include "tools/sealserver/OfferedSeal.h"
+#include "tools/sealserver/ServiceRequest.h"
+#include "tools/tesmark/drawing/Utf8Text.h"
+
+namespace {
+
+// A seal without a name is called so by the library, too.
+constexpr char kUnnamed[] = "印章";
+
+std::string Trimmed(const std::string& text) {
+    const std::size_t begin = text.find_first_not_of(" \t");
+    if (begin == std::string::npos) return {};
+    return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
+}
+
+std::string Checked(const std::string& what, const std::string& text, std::size_t limit) {
+    const std::string trimmed = Trimmed(text);
+    std::u32string characters;
+    if (!Utf8Characters(trimmed, characters))
+        throw Refusal(what + " holds what is no text in UTF-8, or control characters.");
+    if (trimmed.size() > limit)
+        throw Refusal(what + " has more than " + std::to_string(limit) + " bytes.");
+    return trimmed;
+}
+
+std::string FirstFreeNumber(SealStore& store, std::int64_t certificate) {
+    int number = 1;
+    while (store.FindSeal(certificate, std::to_string(number))) ++number;
+    return std::to_string(number);
+}
+
+StoredCertificate CertificateOfTexts(const std::string& serial, const std::string& name) {
+    StoredCertificate certificate;
+    certificate.serial = Checked("The serial number", serial, kMaxRequestText);
+    certificate.name = Checked("The distinguished name", name, kMaxRequestText);
+    if (SerialKey(certificate.serial).find_first_not_of("0123456789ABCDEF") != std::string::npos)
+        throw Refusal("The serial number holds what is no hexadecimal digit.");
+    return certificate;
+}
+
+}  // namespace
+
+std::int64_t EnterCertificate(SealStore& store, const std::string& file, const std::string& serial,
+                              const std::string& name) {
+    const bool hasTexts = !Trimmed(serial).empty() || !Trimmed(name).empty();
+    if (!file.empty() && hasTexts)
+        throw Refusal("Give a certificate's file or its two texts, not both.");
+    if (!file.empty()) {
+        const auto certificate = ReadOfferedCertificate(file);
+        if (!certificate) throw Refusal("The file holds no certificate in PEM or DER.");
+        return store.AddCertificate(*certificate);
+    }
+    if (Trimmed(serial).empty())
+        throw Refusal("Give a certificate's file, or its serial number and name.");
+    return store.AddCertificate(CertificateOfTexts(serial, name));
+}
+
+std::int64_t EnterSeal(SealStore& store, std::int64_t certificate, const SealEntry& entry) {
+    if (!store.Certificate(certificate)) throw Refusal("There is no such certificate any more.");
+    const auto offered = ReadOfferedSeal(entry.file);
+    if (!offered)
+        throw Refusal("The file is no seal: neither of GM/T 0031 or GB/T 38540 nor \"ES\".");
+    StoredSeal seal;
+    seal.certificate = certificate;
+    seal.number = Checked("The number", entry.number, kMaxAnswerText);
+    if (seal.number.empty()) seal.number = Checked("The number", offered->sealId, kMaxAnswerText);
+    if (seal.number.empty()) seal.number = FirstFreeNumber(store, certificate);
+    seal.name = Checked("The name", entry.name, kMaxAnswerText);
+    if (seal.name.empty()) seal.name = Checked("The name", offered->name, kMaxAnswerText);
+    if (seal.name.empty()) seal.name = kUnnamed;
+    seal.form = offered->form;
+    seal.sealId = offered->sealId;
+    seal.hash = offered->hash;
+    seal.file = entry.file;
+    try {
+        return store.AddSeal(seal);
+    } catch (const DatabaseFailure& failure) {
+        if (!failure.IsConflict()) throw;
+        throw Refusal("The certificate has a seal of this number already.");
+    }
+}

@@ -1,0 +1,207 @@
+#include "tools/sealserver/HttpServer.h"
+
+#include <httplib.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <thread>
+
+#include "tools/sealserver/AccessLog.h"
+#include "tools/sealserver/AdminSite.h"
+#include "tools/sealserver/SealService.h"
+
+namespace {
+
+using httplib::Request;
+using httplib::Response;
+using Handled = httplib::Server::HandlerResponse;
+
+// A request is answered and logged by one thread from its beginning to its end.
+thread_local std::string t_note;
+
+// Pages load nothing from elsewhere, are in no frame of others and send their forms here alone.
+constexpr char kContentPolicy[] =
+    "default-src 'none'; img-src 'self'; style-src 'self'; form-action 'self'; "
+    "frame-ancestors 'none'; base-uri 'none'";
+
+std::string WithoutPort(const std::string& host) {
+    if (host.starts_with("[")) return host.substr(0, host.find(']') + 1);
+    return host.substr(0, host.find(':'));
+}
+
+bool IsNumeric(const std::string& host) {
+    if (host.starts_with("[")) return host.ends_with("]");
+    return !host.empty() && host.find_first_not_of("0123456789.") == host.npos;
+}
+
+std::string CookieOf(const Request& request, const std::string& name) {
+    const std::string cookies = "; " + request.get_header_value("Cookie");
+    const std::string wanted = "; " + name + "=";
+    const std::size_t found = cookies.find(wanted);
+    if (found == cookies.npos) return {};
+    const std::size_t begin = found + wanted.size();
+    return cookies.substr(begin, cookies.find(';', begin) - begin);
+}
+
+WebRequest WebRequestOf(const Request& request) {
+    WebRequest web;
+    web.method = request.method == "POST" ? "POST" : "GET";
+    web.path = request.path;
+    web.address = request.remote_addr;
+    web.session = CookieOf(request, kSessionCookie);
+    for (const auto& [name, value] : request.params)
+        (web.method == "POST" ? web.fields : web.query).emplace(name, value);
+    for (const auto& [name, part] : request.files) web.fields[name] = part.content;
+    return web;
+}
+
+std::unique_ptr<httplib::Server> MakeTlsServer(const HttpSettings& settings) {
+    auto server =
+        std::make_unique<httplib::SSLServer>(settings.certificate.c_str(), settings.key.c_str());
+    if (!server->is_valid())
+        throw std::runtime_error("the certificate's file or the key's is unfit");
+    SSL_CTX_set_min_proto_version(server->ssl_context(), TLS1_2_VERSION);
+    return server;
+}
+
+void Refuse(Response& response, int status, const char* text) {
+    response.status = status;
+    response.set_content(text, "text/plain; charset=utf-8");
+}
+
+}  // namespace
+
+bool IsLoopback(const std::string& address) {
+    return address == "localhost" || address == "::1" ||
+           (address.starts_with("127.") && IsNumeric(address));
+}
+
+class HttpServer::Front {
+public:
+    Front(HttpSettings settings, SealService& service, AdminSite& site, AccessLog& log)
+        : m_settings(std::move(settings)), m_service(service), m_site(site), m_log(log) {
+        if (m_settings.certificate.empty()) {
+            m_server = std::make_unique<httplib::Server>();
+        } else {
+            m_server = MakeTlsServer(m_settings);
+        }
+        SetUp();
+        Bind();
+    }
+
+    std::string Url(const std::string& path) const {
+        const std::string host = m_settings.address.find(':') == std::string::npos
+                                     ? m_settings.address
+                                     : "[" + m_settings.address + "]";
+        return (m_settings.certificate.empty() ? "http://" : "https://") + host + ":" +
+               std::to_string(m_port) + path;
+    }
+
+    void Serve() { m_server->listen_after_bind(); }
+    void Stop() {
+        // Until it runs there is nothing that could be stopped.
+        while (!m_server->is_running()) std::this_thread::yield();
+        m_server->stop();
+    }
+
+private:
+    void Bind() {
+        const std::string& address = m_settings.address;
+        m_port = m_settings.port;
+        const bool bound = m_port == 0 ? (m_port = m_server->bind_to_any_port(address)) > 0
+                                       : m_server->bind_to_port(address, m_port);
+        if (!bound)
+            throw std::runtime_error("can't listen at " + address + ", port " +
+                                     std::to_string(m_settings.port));
+    }
+
+    void SetUp() {
+        m_server->set_payload_max_length(kMaxBodyBytes);
+        // What is refused at its head leaves its body unread, so nothing may follow on a
+        // connection.
+        m_server->set_keep_alive_max_count(1);
+        m_server->set_default_headers({{"X-Content-Type-Options", "nosniff"},
+                                       {"Referrer-Policy", "no-referrer"},
+                                       {"Content-Security-Policy", kContentPolicy}});
+        m_server->set_pre_routing_handler([this](const Request& request, Response& response) {
+            t_note.clear();
+            return Admit(request, response) ? Handled::Unhandled : Handled::Handled;
+        });
+        const auto answer = [this](const Request& request, Response& response) {
+            request.path == kServicePath ? AnswerClient(request, response)
+                                         : AnswerBrowser(request, response);
+        };
+        m_server->Get(".*", answer);
+        m_server->Post(".*", answer);
+        m_server->set_exception_handler([](const Request&, Response& response, std::exception_ptr) {
+            Refuse(response, 500, "The server failed.\n");
+        });
+        m_server->set_logger([this](const Request& request, const Response& response) {
+            m_log.Write({request.remote_addr, request.method, request.target, response.status,
+                         response.body.size(), t_note});
+        });
+    }
+
+    bool IsOurName(const std::string& host) const {
+        const std::string name = WithoutPort(host);
+        return name == "localhost" || IsNumeric(name) || name == m_settings.address ||
+               std::find(m_settings.names.begin(), m_settings.names.end(), name) !=
+                   m_settings.names.end();
+    }
+
+    bool Admit(const Request& request, Response& response) const {
+        const bool isPost = request.method == "POST";
+        if (!IsOurName(request.get_header_value("Host"))) {
+            Refuse(response, 403, "This host is known by another name.\n");
+        } else if (!isPost && (request.path == kServicePath ||
+                               (request.method != "GET" && request.method != "HEAD"))) {
+            Refuse(response, 405, "Not a method for this address.\n");
+            response.set_header("Allow", request.path == kServicePath ? "POST" : "GET, HEAD, POST");
+        } else if (request.has_header("Transfer-Encoding") ||
+                   (isPost && !request.has_header("Content-Length"))) {
+            Refuse(response, 411, "The body's length has to be told.\n");
+        } else if (request.has_header("Content-Encoding")) {
+            Refuse(response, 415, "The body is to come as it is.\n");
+        } else {
+            return true;
+        }
+        return false;
+    }
+
+    void AnswerClient(const Request& request, Response& response) {
+        ServiceReply reply =
+            m_service.Answer(request.get_header_value("EncryptType"),
+                             request.get_header_value("RequestContent"), request.body);
+        response.set_content(reply.body, "text/xml; charset=utf-8");
+        t_note = std::move(reply.summary);
+    }
+
+    void AnswerBrowser(const Request& request, Response& response) {
+        const WebReply reply = m_site.Answer(WebRequestOf(request));
+        response.status = reply.status;
+        response.set_content(reply.body, reply.type);
+        bool hasAge = false;
+        for (const auto& [name, value] : reply.headers) {
+            response.set_header(name, value);
+            hasAge = hasAge || name == "Cache-Control";
+        }
+        if (!hasAge) response.set_header("Cache-Control", "no-store");
+        t_note = reply.note;
+    }
+
+    HttpSettings m_settings;
+    SealService& m_service;
+    AdminSite& m_site;
+    AccessLog& m_log;
+    std::unique_ptr<httplib::Server> m_server;
+    int m_port = 0;
+};
+
+HttpServer::HttpServer(HttpSettings settings, SealService& service, AdminSite& site, AccessLog& log)
+    : m_front(std::make_unique<Front>(std::move(settings), service, site, log)) {}
+
+HttpServer::~HttpServer() = default;
+
+std::string HttpServer::Url(const std::string& path) const { return m_front->Url(path); }
+void HttpServer::Serve() { m_front->Serve(); }
+void HttpServer::Stop() { m_front->Stop(); }

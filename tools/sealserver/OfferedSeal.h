@@ -1,0 +1,39 @@
+// OfferedSeal.h - seal files and certificates as an administrator hands them in.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "components/seallibrary/Seal.h"
+#include "tools/sealserver/SealStore.h"
+
+// A seal file that the clients' library can read. Texts are UTF-8.
+struct OfferedSeal {
+    std::string form;  // "ES", or the standard's number such as "GB/T 38540-2020"
+    std::string name;
+    std::string sealId;  // empty for "ES"
+    std::string hash;    // SM3 of the file, hexadecimal, capital letters
+    std::string picture;
+    std::optional<Seal> national;  // none for "ES"
+};
+
+// The size of a seal file and, in UTF-8, of the texts that go into an answer.
+constexpr std::size_t kMaxSealFileBytes = 8u << 20;
+constexpr std::size_t kMaxCertificateFileBytes = 64u << 10;
+constexpr std::size_t kMaxAnswerText = 200;
+
+// Only the structure is read: nothing is verified, since that is the clients' part. None for any
+// other file and for one over the limit.
+std::optional<OfferedSeal> ReadOfferedSeal(std::string_view file);
+
+// The media type by the picture's first bytes; empty for what a browser isn't given.
+std::string PictureType(std::string_view picture);
+
+// The first certificate of a file in PEM or DER, with the texts by which the open certificate
+// service names it. None if there is no certificate in it.
+std::optional<StoredCertificate> ReadOfferedCertificate(std::string_view file);
+
+// Whether the seal may be used with the certificate as far as both tell: it is an "ES" file, which
+// names no signers, or it names this one, or the certificate itself isn't known.
+bool SealNamesCertificate(const OfferedSeal& seal, const StoredCertificate& certificate);
