@@ -1,8 +1,8 @@
 #include "tools/sealserver/Administration.h"
 
+#include "components/drawing/Utf8Text.h"
 #include "tools/sealserver/OfferedSeal.h"
 #include "tools/sealserver/ServiceRequest.h"
-#include "tools/tesmark/drawing/Utf8Text.h"
 
 namespace {
 

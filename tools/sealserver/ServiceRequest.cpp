@@ -5,7 +5,7 @@
 #include <optional>
 #include <pugixml.hpp>
 
-#include "tools/tesmark/drawing/Utf8Text.h"
+#include "components/drawing/Utf8Text.h"
 
 namespace {
 
