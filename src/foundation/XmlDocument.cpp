@@ -1,9 +1,12 @@
 #include "foundation/XmlDocument.h"
 
 #include <algorithm>
+#include <cstring>
 
+#include "foundation/XmlCharacters.h"
 #include "foundation/XmlEntities.h"
 #include "foundation/XmlReader.h"
+#include "foundation/XmlScan.h"
 #include "foundation/XmlTags.h"
 #include "foundation/XmlTokens.h"
 
@@ -30,7 +33,7 @@ NewElement MakeElement(std::string_view name, std::string_view value) {
         AppendXmlEscaped(value, made.text);
         made.text.append("</").append(name).append(">");
         endTag = name.size() + 3;
-        made.record.flags = XmlElement::kNoMarkupInside;
+        made.record.flags = XmlElement::kOnlyText;
     }
     made.record.length = static_cast<std::uint32_t>(made.text.size());
     made.record.tagLengths = PackXmlTagLengths(name.size() + (value.empty() ? 3 : 2), endTag);
@@ -54,8 +57,10 @@ std::string TextOfTokens(std::string_view content) {
 }
 
 std::string TextOf(std::string_view content, bool mayHoldMarkup) {
-    if (mayHoldMarkup && content.find('<') != std::string_view::npos) return TextOfTokens(content);
-    if (content.find('&') == std::string_view::npos) return std::string(content);
+    const char* const begin = content.data();
+    const char* const end = begin + content.size();
+    if (mayHoldMarkup && FindXmlByte(begin, end, '<') != end) return TextOfTokens(content);
+    if (FindXmlByte(begin, end, '&') == end) return std::string(content);
     std::string text;
     text.reserve(content.size());
     AppendXmlDecoded(content, text);
@@ -70,11 +75,21 @@ bool XmlDocument::Load(const char* source) {
     return ReadXml(m_text, m_elements, m_results);
 }
 
+inline bool XmlDocument::HasName(const XmlElement& element, std::string_view name) const {
+    const std::size_t tagLength = XmlStartTagLength(m_text, element);
+    const char* const begin = m_text.data() + element.start + 1;
+    if ((element.flags & XmlElement::kOnlyName) == 0) {
+        return XmlNameAtFront({begin, tagLength - 1}) == name;
+    }
+    return tagLength == name.size() + 2 && AreEqualXmlNames(begin, name.data(), name.size());
+}
+
 bool XmlDocument::FindElement(const char* name) {
     std::uint32_t i =
         m_current != 0 ? m_elements[m_current].nextSibling : m_elements[m_parent].firstChild;
-    while (i != 0 && name != nullptr && !HasName(m_elements[i], name)) {
-        i = m_elements[i].nextSibling;
+    if (name != nullptr) {
+        const std::string_view wanted = name;
+        while (i != 0 && !HasName(m_elements[i], wanted)) i = m_elements[i].nextSibling;
     }
     if (i == 0) return false;
     m_current = i;
@@ -97,13 +112,18 @@ void XmlDocument::LeaveElement() {
     m_parent = m_elements[m_current].parent;
 }
 
+inline std::uint32_t XmlDocument::ContentBegin(const XmlElement& element) const {
+    return element.start + XmlStartTagLength(m_text, element);
+}
+
 std::string XmlDocument::GetElementText() const {
     const XmlElement& element = m_elements[m_current];
     if (m_current == 0 || element.firstChild != 0 || IsXmlTagAlone(m_text, element)) return {};
     const std::uint32_t begin = ContentBegin(element);
-    const std::string_view text = m_text;
-    return TextOf(text.substr(begin, ContentEnd(element) - begin),
-                  (element.flags & XmlElement::kNoMarkupInside) == 0);
+    const std::uint32_t end = XmlContentEnd(m_text, element, begin);
+    const std::string_view content(m_text.data() + begin, end - begin);
+    if ((element.flags & XmlElement::kNoReference) != 0) return std::string(content);
+    return TextOf(content, (element.flags & XmlElement::kOnlyText) == 0);
 }
 
 bool XmlDocument::AddElement(const char* name, const char* value) {
@@ -122,18 +142,8 @@ bool XmlDocument::AddElement(const char* name, const char* value) {
     return true;
 }
 
-bool XmlDocument::HasName(const XmlElement& element, std::string_view name) const {
-    const std::size_t begin = element.start + 1;
-    if (m_text.compare(begin, name.size(), name) != 0) return false;
-    return EndsXmlName(m_text[begin + name.size()]) && XmlNameAtFront(name).size() == name.size();
-}
-
 std::uint32_t XmlDocument::LastChild(std::uint32_t parent) const {
     return m_elements[m_elements[parent].firstChild].previousSibling;
-}
-
-std::uint32_t XmlDocument::ContentBegin(const XmlElement& element) const {
-    return element.start + XmlStartTagLength(m_text, element);
 }
 
 std::uint32_t XmlDocument::ContentEnd(const XmlElement& element) const {
@@ -181,7 +191,7 @@ void XmlDocument::Link(std::uint32_t added, std::uint32_t previous) {
     const std::uint32_t depth = (parent.flags & XmlElement::kDepth) + 1;
     element.flags |= std::min(depth, XmlElement::kDepth);
     element.parent = m_parent;
-    parent.flags &= ~XmlElement::kNoMarkupInside;
+    parent.flags &= ~(XmlElement::kOnlyText | XmlElement::kNoReference);
     if (previous == 0) {
         element.flags |= XmlElement::kFirstChild;
         element.previousSibling = added;

@@ -15,8 +15,11 @@ struct XmlElement {
     static constexpr std::uint32_t kFirstChild = 0x80000;
     static constexpr std::uint32_t kWithoutEndTag = 0x100000;
     static constexpr std::uint32_t kIllFormedBelow = 0x200000;
-    static constexpr std::uint32_t kNoMarkupInside = 0x400000;
     static constexpr std::uint32_t kIllFormedDocument = 0x800000;  // in the document's record
+    // Hints for speed; each may be missing where it would hold.
+    static constexpr std::uint32_t kOnlyName = 0x1000000;     // nothing else in the start tag
+    static constexpr std::uint32_t kOnlyText = 0x2000000;     // no "<" inside
+    static constexpr std::uint32_t kNoReference = 0x4000000;  // no "&" inside
 
     std::uint32_t start;   // the start tag's "<"
     std::uint32_t length;  // through the end tag; the start tag's if there is none
@@ -53,7 +56,9 @@ public:
 
     // Of indices below Count() only.
     XmlElement& operator[](std::uint32_t i) {
-        return i < kSegment ? m_first[i] : m_others[(i >> 16) - 1][i & (kSegment - 1)];
+        if (i < kSegment) [[likely]]
+            return m_first[i];
+        return InOthers(i);
     }
     const XmlElement& operator[](std::uint32_t i) const { return const_cast<XmlIndex&>(*this)[i]; }
 
@@ -65,6 +70,9 @@ private:
         void operator()(void* memory) const { std::free(memory); }
     };
 
+    [[gnu::noinline]] XmlElement& InOthers(std::uint32_t i) {
+        return m_others[(i >> 16) - 1][i & (kSegment - 1)];
+    }
     void Grow();
     void GrowFirst(std::uint32_t capacity);
 

@@ -3,23 +3,26 @@
 #include <algorithm>
 
 std::size_t XmlOpenElements::Innermost(std::string_view name) {
-    if (m_count > 1 && Top().name == name) return m_count - 1;
+    std::size_t place = Last();
+    if (place != 0 && Top().Name() == name) return place;
     if (!m_isCounting) {
-        for (std::size_t i = 1; i < m_count; ++i) CountIn(m_entries[i].name);
+        for (std::size_t i = 1; i <= place; ++i) CountIn(m_entries[i].Name());
         m_isCounting = true;
     }
     if (!m_counts.contains(name)) return 0;
-    std::size_t i = m_count - 1;
-    while (m_entries[i].name != name) --i;
-    return i;
+    while (m_entries[place].Name() != name) --place;
+    return place;
 }
 
+// With the top already behind the last entry.
 void XmlOpenElements::Double() {
-    auto larger = std::make_unique<XmlOpenElement[]>(2 * m_capacity);
-    std::copy(m_entries, m_entries + m_count, larger.get());
+    const auto count = static_cast<std::size_t>(m_end - m_entries);
+    auto larger = std::make_unique_for_overwrite<XmlOpenElement[]>(2 * count);
+    std::copy(m_entries, m_end, larger.get());
     m_heap = std::move(larger);
     m_entries = m_heap.get();
-    m_capacity *= 2;
+    m_end = m_entries + 2 * count;
+    m_top = m_entries + count;
 }
 
 void XmlOpenElements::CountOut(std::string_view name) {

@@ -8,31 +8,35 @@
 #include <string_view>
 
 struct XmlOpenElement {
-    std::uint32_t element = 0;
-    std::uint32_t lastChild = 0;
-    std::string_view name;
+    std::uint32_t element;
+    std::uint32_t lastChild;   // 0 for none
+    std::uint32_t childDepth;  // as the flags of its children have it
+    std::uint32_t nameLength;
+    const char* name;
+
+    std::string_view Name() const { return {name, nameLength}; }
 };
 
 // A stack, at whose bottom the document itself stands under an empty name. Names must outlive it.
 class XmlOpenElements {
 public:
-    XmlOpenElements() { m_entries[m_count++] = {}; }
+    XmlOpenElements() { *m_top = {0, 0, 1, 0, nullptr}; }
     XmlOpenElements(const XmlOpenElements&) = delete;
     XmlOpenElements& operator=(const XmlOpenElements&) = delete;
 
-    // The document included.
-    std::size_t Count() const { return m_count; }
+    // The place of the top; 0 if only the document is open.
+    std::size_t Last() const { return static_cast<std::size_t>(m_top - m_entries); }
     XmlOpenElement& operator[](std::size_t i) { return m_entries[i]; }
-    XmlOpenElement& Top() { return m_entries[m_count - 1]; }
+    XmlOpenElement& Top() { return *m_top; }
 
     void Push(const XmlOpenElement& entry) {
-        if (m_count == m_capacity) Double();
-        m_entries[m_count++] = entry;
-        if (m_isCounting) CountIn(entry.name);
+        if (++m_top == m_end) Double();
+        *m_top = entry;
+        if (m_isCounting) CountIn(entry.Name());
     }
     void Pop() {
-        --m_count;
-        if (m_isCounting) CountOut(m_entries[m_count].name);
+        if (m_isCounting) CountOut(m_top->Name());
+        --m_top;
     }
 
     // The place of the innermost element of that name, 0 if none is open. Takes no longer than
@@ -50,8 +54,8 @@ private:
     XmlOpenElement m_first[kFirstRoom];
     std::unique_ptr<XmlOpenElement[]> m_heap;
     XmlOpenElement* m_entries = m_first;
-    std::size_t m_capacity = kFirstRoom;
-    std::size_t m_count = 0;
+    XmlOpenElement* m_end = m_first + kFirstRoom;
+    XmlOpenElement* m_top = m_first;
     bool m_isCounting = false;
     std::map<std::string_view, std::size_t> m_counts;
 };

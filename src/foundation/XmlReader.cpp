@@ -1,11 +1,12 @@
 #include "foundation/XmlReader.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 
+#include "foundation/XmlCharacters.h"
 #include "foundation/XmlFindings.h"
 #include "foundation/XmlOpenElements.h"
+#include "foundation/XmlScan.h"
 #include "foundation/XmlTags.h"
 #include "foundation/XmlTokens.h"
 
@@ -25,12 +26,14 @@ public:
 private:
     const char* ReadPlainStartTag(const char* tag);
     const char* ReadPlainEndTag(const char* tag);
+    const char* PlainEndTagEnd(const char* tag, const char* name, std::size_t nameLength) const;
     const char* ReadToken(const char* position);
     void ReadEndTag(const XmlToken& token);
 
-    void Open(const char* tag, std::size_t tagLength, std::string_view name);
-    void Close(const char* tag, const char* tagEnd);
-    std::uint32_t AddElement(const char* tag, std::size_t tagLength);
+    std::uint32_t Add(const char* tag, const char* end, std::uint32_t tagLengths,
+                      std::uint32_t flags);
+    void Open(const char* tag, const char* end, std::size_t nameLength, std::uint32_t flags);
+    void Close(const char* tag, const char* end);
     void EndAllInside(std::size_t outer, const char* where);
     void MoveChildrenUp(std::size_t outer);
     void CheckRoot();
@@ -47,20 +50,49 @@ private:
     std::string& m_results;
     XmlTokenizer m_tokens;
     XmlOpenElements m_open;
-    const char* m_markupEnd = nullptr;  // behind the last markup before the one being read
     bool m_isWellFormed = true;
     bool m_isMoved = false;
 };
 
+// Behind the end tag of that name at `tag`, which may be the text's end; null if it is no such tag.
+inline const char* Reader::PlainEndTagEnd(const char* tag, const char* name,
+                                          std::size_t nameLength) const {
+    if (static_cast<std::size_t>(m_end - tag) < nameLength + 3 || tag[1] != '/') return nullptr;
+    const char* const end = tag + 2 + nameLength;
+    return *end == '>' && AreEqualXmlNames(tag + 2, name, nameLength) ? end + 1 : nullptr;
+}
+
+// A record for the element of the start tag at `tag`, from there to `end`.
+inline std::uint32_t Reader::Add(const char* tag, const char* end, std::uint32_t tagLengths,
+                                 std::uint32_t flags) {
+    const std::uint32_t added = m_index.Add();
+    XmlOpenElement& parent = m_open.Top();
+    const std::uint32_t previous = parent.lastChild;
+    XmlElement& element = m_index[added];
+    element.start = Offset(tag);
+    element.length = Offset(end) - Offset(tag);
+    element.tagLengths = tagLengths;
+    element.flags = flags | parent.childDepth;
+    element.parent = parent.element;
+    element.firstChild = 0;
+    element.nextSibling = 0;
+    element.previousSibling = previous;
+    if (previous != 0) {
+        m_index[previous].nextSibling = added;
+    } else {
+        element.flags |= XmlElement::kFirstChild;
+        m_index[parent.element].firstChild = added;
+    }
+    parent.lastChild = added;
+    return added;
+}
+
 bool Reader::Read() {
-    const char* p = m_begin;
-    for (;;) {
-        m_markupEnd = p;
-        p = static_cast<const char*>(std::memchr(p, '<', static_cast<std::size_t>(m_end - p)));
-        if (p == nullptr) break;
-        const char* next = ReadPlainStartTag(p);
-        if (next == nullptr) next = ReadPlainEndTag(p);
-        p = next != nullptr ? next : ReadToken(p);
+    const char* p = FindXmlByte(m_begin, m_end, '<');
+    while (p != m_end) {
+        const char* next = p[1] == '/' ? ReadPlainEndTag(p) : ReadPlainStartTag(p);
+        if (next == nullptr) next = ReadToken(p);
+        p = *next == '<' ? next : FindXmlByte(next, m_end, '<');
     }
     EndAllInside(0, m_end);
     if (m_isMoved) CorrectDepths();
@@ -68,33 +100,42 @@ bool Reader::Read() {
     return m_isWellFormed;
 }
 
-// A tag of a name alone, as nearly all are; null for any other.
+// A start tag of a name alone, as nearly all are, and with it the whole element if that holds
+// nothing but text; null for any other.
 const char* Reader::ReadPlainStartTag(const char* tag) {
     if (!StartsXmlName(tag[1])) return nullptr;
-    const char* end = tag + 2;
-    while (!EndsXmlName(*end)) ++end;
-    if (*end != '>') return nullptr;
-    Open(tag, static_cast<std::size_t>(end + 1 - tag), {tag + 1, end});
-    return end + 1;
+    const char* const nameEnd = FindXmlNameEnd(tag + 1, m_end);
+    if (*nameEnd != '>') return nullptr;
+    const XmlTextEnd text = FindXmlTextEnd(nameEnd + 1, m_end);
+    const std::uint32_t nameLength = Offset(nameEnd) - Offset(tag + 1);
+    const char* const end = PlainEndTagEnd(text.place, tag + 1, nameLength);
+    if (end == nullptr) {
+        Open(tag, nameEnd + 1, nameLength, XmlElement::kOnlyName);
+        return text.place;
+    }
+    const std::uint32_t hints = XmlElement::kOnlyName | XmlElement::kOnlyText;
+    Add(tag, end, PackXmlTagLengths(nameLength + 2, nameLength + 3),
+        text.mayHoldReference ? hints : hints | XmlElement::kNoReference);
+    return end;
 }
 
 // The end tag of the innermost open element without white space in it; null for any other.
 const char* Reader::ReadPlainEndTag(const char* tag) {
-    if (tag[1] != '/') return nullptr;
-    const std::string_view name = m_open.Top().name;
-    if (static_cast<std::size_t>(m_end - tag) < name.size() + 3) return nullptr;
-    const char* const end = tag + 2 + name.size();
-    if (*end != '>' || std::memcmp(tag + 2, name.data(), name.size()) != 0) return nullptr;
-    if (m_open.Count() == 1) return nullptr;
-    Close(tag, end + 1);
-    return end + 1;
+    const XmlOpenElement& open = m_open.Top();
+    const char* const end = PlainEndTagEnd(tag, open.name, open.nameLength);
+    if (end == nullptr || open.element == 0) return nullptr;
+    Close(tag, end);
+    return end;
 }
 
 const char* Reader::ReadToken(const char* position) {
     const XmlToken token = m_tokens.TokenAt(position);
+    const char* const end = position + token.text.size();
     switch (token.kind) {
-        case XmlToken::Kind::kStartTag: Open(position, token.text.size(), token.Name()); break;
-        case XmlToken::Kind::kEmptyElementTag: AddElement(position, token.text.size()); break;
+        case XmlToken::Kind::kStartTag: Open(position, end, token.Name().size(), 0); break;
+        case XmlToken::Kind::kEmptyElementTag:
+            Add(position, end, PackXmlTagLengths(Offset(end) - Offset(position), 0), 0);
+            break;
         case XmlToken::Kind::kEndTag: ReadEndTag(token); break;
         case XmlToken::Kind::kBadMarkup:
             Report({token.finding, token.type != nullptr ? "type" : nullptr,
@@ -102,7 +143,7 @@ const char* Reader::ReadToken(const char* position) {
             break;
         default: break;
     }
-    return token.text.data() + token.text.size();
+    return end;
 }
 
 void Reader::ReadEndTag(const XmlToken& token) {
@@ -117,57 +158,34 @@ void Reader::ReadEndTag(const XmlToken& token) {
     Close(tag, tag + token.text.size());
 }
 
-void Reader::Open(const char* tag, std::size_t tagLength, std::string_view name) {
-    m_open.Push({AddElement(tag, tagLength), 0, name});
-}
-
-// The record of a tag, as if it were an empty element's.
-std::uint32_t Reader::AddElement(const char* tag, std::size_t tagLength) {
-    const std::uint32_t added = m_index.Add();
-    XmlOpenElement& parent = m_open.Top();
-    XmlElement& element = m_index[added];
-    element.start = static_cast<std::uint32_t>(Offset(tag));
-    element.length = static_cast<std::uint32_t>(tagLength);
-    element.tagLengths = PackXmlTagLengths(tagLength, 0);
-    element.flags = static_cast<std::uint32_t>(std::min<std::size_t>(m_open.Count(), 0xFFFF));
-    element.parent = parent.element;
-    element.firstChild = 0;
-    element.nextSibling = 0;
-    element.previousSibling = parent.lastChild;
-    if (parent.lastChild == 0) {
-        element.flags |= XmlElement::kFirstChild;
-        m_index[parent.element].firstChild = added;
-    } else {
-        m_index[parent.lastChild].nextSibling = added;
-    }
-    parent.lastChild = added;
-    return added;
+// Until its end tag is found an element is its start tag alone.
+void Reader::Open(const char* tag, const char* end, std::size_t nameLength, std::uint32_t flags) {
+    const std::uint32_t depth = m_open.Top().childDepth;
+    const std::uint32_t length = Offset(end) - Offset(tag);
+    const std::uint32_t added = Add(tag, end, PackXmlTagLengths(length, 0), flags);
+    m_open.Push({added, 0, std::min(depth + 1, XmlElement::kDepth),
+                 static_cast<std::uint32_t>(nameLength), tag + 1});
 }
 
 // Ends the innermost element by its end tag.
-void Reader::Close(const char* tag, const char* tagEnd) {
+void Reader::Close(const char* tag, const char* end) {
     const XmlOpenElement& open = m_open.Top();
     XmlElement& element = m_index[open.element];
-    const std::size_t startTag = element.length;
-    element.length = static_cast<std::uint32_t>(Offset(tagEnd)) - element.start;
-    element.tagLengths = PackXmlTagLengths(startTag, static_cast<std::size_t>(tagEnd - tag));
-    if (element.firstChild != 0) {
-        m_index[element.firstChild].previousSibling = open.lastChild;
-    } else if (m_markupEnd == m_begin + element.start + startTag) {
-        element.flags |= XmlElement::kNoMarkupInside;
-    }
+    element.tagLengths = PackXmlTagLengths(element.length, Offset(end) - Offset(tag));
+    element.length = Offset(end) - element.start;
+    if (element.firstChild != 0) m_index[element.firstChild].previousSibling = open.lastChild;
     m_open.Pop();
 }
 
 // Ends the elements inside the one at that place of the stack, whose tags stand alone from now on.
 void Reader::EndAllInside(std::size_t outer, const char* where) {
-    if (m_open.Count() - 1 == outer) return;
+    if (m_open.Last() == outer) return;
     MoveChildrenUp(outer);
-    while (m_open.Count() - 1 > outer) {
+    while (m_open.Last() > outer) {
         const XmlOpenElement& open = m_open.Top();
         XmlElement& element = m_index[open.element];
         element.flags |= XmlElement::kWithoutEndTag;
-        const XmlFinding finding{"unended_start_tag", "tagname", open.name, element.start,
+        const XmlFinding finding{"unended_start_tag", "tagname", open.Name(), element.start,
                                  Offset(where)};
         m_open.Pop();
         Report(finding);
@@ -179,7 +197,7 @@ void Reader::EndAllInside(std::size_t outer, const char* where) {
 void Reader::MoveChildrenUp(std::size_t outer) {
     const std::uint32_t parent = m_open[outer].element;
     std::uint32_t last = m_open[outer].lastChild;
-    for (std::size_t i = outer + 1; i < m_open.Count(); ++i) {
+    for (std::size_t i = outer + 1; i <= m_open.Last(); ++i) {
         XmlElement& element = m_index[m_open[i].element];
         const std::uint32_t first = element.firstChild;
         if (first == 0) continue;

@@ -1,33 +1,14 @@
 #include "foundation/XmlTokens.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 
+#include "foundation/XmlCharacters.h"
 #include "platform/CodePage.h"
 
 namespace {
 
 constexpr std::string_view kCDataStart = "<![CDATA[";
 constexpr std::string_view kCDataEnd = "]]>";
-constexpr std::string_view kWhiteSpace = " \t\r\n";
-
-// The end of the text is a zero byte. Quotes begin a value wherever they stand in a tag.
-constexpr auto kEndsName = [] {
-    std::array<bool, 256> ends{};
-    for (const char c : {'\0', ' ', '\t', '\r', '\n', '/', '>', '<', '"', '\''}) {
-        ends[static_cast<unsigned char>(c)] = true;
-    }
-    return ends;
-}();
-
-constexpr auto kStartsName = [] {
-    std::array<bool, 256> starts{};
-    for (int c = 'A'; c <= 'Z'; ++c) starts[c] = starts[c - 'A' + 'a'] = true;
-    for (int c = 128; c < 256; ++c) starts[c] = true;
-    starts['_'] = starts[':'] = true;
-    return starts;
-}();
 
 const char* TypeName(XmlToken::Kind kind) {
     switch (kind) {
@@ -63,15 +44,6 @@ std::size_t FindCDataEnd(std::string_view text) {
 }
 
 }  // namespace
-
-bool EndsXmlName(char c) { return kEndsName[static_cast<unsigned char>(c)]; }
-bool StartsXmlName(char c) { return kStartsName[static_cast<unsigned char>(c)]; }
-bool IsXmlSpace(char c) { return kWhiteSpace.find(c) != std::string_view::npos; }
-
-std::string_view XmlNameAtFront(std::string_view text) {
-    const auto end = std::find_if(text.begin(), text.end(), EndsXmlName);
-    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
-}
 
 std::string_view XmlToken::Name() const {
     return XmlNameAtFront(text.substr(kind == Kind::kEndTag ? 2 : 1));

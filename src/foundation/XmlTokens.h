@@ -6,15 +6,6 @@
 
 #include "foundation/XmlTagEnds.h"
 
-// The bytes that no name holds, the end of the text among them.
-bool EndsXmlName(char c);
-// True for what begins a name behind "<": a letter, "_", ":" and any byte over 127.
-bool StartsXmlName(char c);
-// True for the four that count as white space.
-bool IsXmlSpace(char c);
-// The name at the front of `text`, empty if it has none.
-std::string_view XmlNameAtFront(std::string_view text);
-
 struct XmlToken {
     enum class Kind {
         kText,
