@@ -11,6 +11,11 @@
 #include "support/NoProxy.h"
 #include "support/TemporaryPrefix.h"
 
+// AddressSanitizer keeps freed memory for a while, which would look like growth.
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() {
+    return "quarantine_size_mb=1:thread_local_quarantine_size_kb=64";
+}
+
 namespace {
 
 constexpr int kAnswerSize = 16 << 10;
