@@ -7,6 +7,7 @@
 #include <future>
 #include <latch>
 #include <thread>
+#include <vector>
 
 #include "components/transport/HandleTable.h"
 #include "components/transport/TransportCodes.h"
@@ -268,6 +269,23 @@ TEST_F(TransportTest, TwoExchangesRunAtATime) {
     auto two = exchange(second, "<2/>");
     EXPECT_EQ(one.get(), "<1/>");
     EXPECT_EQ(two.get(), "<2/>");
+}
+
+TEST_F(TransportTest, ManyThreadsGetTheirOwnAnswers) {
+    const LoopbackServer server(Echo);
+    std::vector<std::future<int>> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.push_back(std::async(std::launch::async, [&server, i] {
+            const std::string body(static_cast<std::size_t>(1'000 * (i + 1)),
+                                   static_cast<char>('a' + i));
+            int right = 0;
+            for (int j = 0; j < 20; ++j) {
+                std::string answer;
+                right += Exchange(server.Url("/"), body, answer) == kTransportOk && answer == body;
+            }
+            return right;
+        }));
+    for (auto& thread : threads) EXPECT_EQ(thread.get(), 20);
 }
 
 TEST_F(TransportTest, AnAnswerOfAnotherThreadsStandsWhileOneBeginsAnew) {
