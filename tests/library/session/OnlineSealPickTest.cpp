@@ -135,6 +135,23 @@ TEST_F(OnlineSealPickTest, AQuestionOutOfTheDialogIsAnsweredAndThePickIsTheRowsO
     EXPECT_EQ(Sent().back(), SealRequest("7001"));
 }
 
+TEST_F(OnlineSealPickTest, AQuestionOutOfTheTreeOfTheKeysIsBusyForTheKeysAlone) {
+    fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("first"));
+    fakes::AddFile("cert-1", "ESEAL02", fakes::EsSeal("second"));
+    m_listAnswer = SealList(1, SealInfo("7001", "name"));
+    m_prefix.SetNumber("bSealPosition", 0);
+    const ScriptedDialogs dialogs([&](ScriptedDialog&) {
+        int length = 0;
+        EXPECT_EQ(session::GetSealInfo(nullptr, &length), TESMARK_BUSY);
+        m_prefix.SetNumber("bSealPosition", 1);
+        EXPECT_EQ(session::GetSealInfo(nullptr, &length), 0);
+        EXPECT_EQ(length, 7);
+    });
+    EXPECT_EQ(Query(), TESMARK_CANCELLED);
+    EXPECT_THAT(dialogs.Asked(), ElementsAre("TesmarkOpt_x64 104"));
+    EXPECT_EQ(g_sealInfoCache.View(), "picture");
+}
+
 TEST_F(OnlineSealPickTest, TheRetrievalAloneGivesThePictureAndSelectsNoName) {
     g_selectedSealName.Assign("as it was");
     const ScriptedDialogs dialogs([](ScriptedDialog& dialog) { Pick(dialog, 2); });
