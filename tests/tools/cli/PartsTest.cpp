@@ -68,6 +68,9 @@ TEST(ResultTextTest, EveryKindOfCodeHasItsSentenceAndItsExitCode) {
     EXPECT_EQ(ResultText(TESMARK_NO_KEY), "no key is present");
     EXPECT_EQ(ExitCodeFor(TESMARK_NO_KEY), ExitCode::kSetup);
     EXPECT_EQ(ExitCodeFor(TESMARK_CANCELLED), ExitCode::kChoice);
+    EXPECT_EQ(ExitCodeFor(TESMARK_ONLINE_CANCELLED), ExitCode::kChoice);
+    EXPECT_EQ(ResultText(TESMARK_NO_ONLINE_ADDRESS), "the online seal service has no address");
+    EXPECT_EQ(ExitCodeFor(TESMARK_NO_ONLINE_ADDRESS), ExitCode::kSetup);
     EXPECT_EQ(ResultText(kServicePinWrong), "the PIN is wrong");
     EXPECT_EQ(ExitCodeFor(kServicePinWrong), ExitCode::kPin);
     EXPECT_EQ(ResultText(kSealExpired), "the seal has expired");
