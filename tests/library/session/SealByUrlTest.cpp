@@ -317,6 +317,19 @@ TEST_F(SealByUrlTest, ACodeOfTheChoiceKeepsWhatThereIs) {
     EXPECT_EQ(Fetch(7), "picture");
 }
 
+TEST_F(SealByUrlTest, AChoiceThatGivesNoCertificateFailsWhereItsCertificateIsNeededFirst) {
+    fakes::ResetWorld();
+    fakes::AddCertificate("label", "hlvqDev123");
+    ExpectQueryFails(TESMARK_CERT_EXPORT_FAILED);
+    EXPECT_EQ(Failures().back(), "SignData error -3033");
+    SetGetStampPictureMode(0);
+    fakes::ClearCalls();
+    ExpectQueryFails(fakes::kUnknownCertificate);
+    EXPECT_THAT(fakes::CallTexts("SOF_ExportUserCert"),
+                ElementsAre("SOF_ExportUserCert(ctx, \"\", out[4096])"));
+    EXPECT_THAT(Sent(), IsEmpty());
+}
+
 TEST_F(SealByUrlTest, AServiceThatCannotStartKeepsTheSelection) {
     ASSERT_EQ(Query(), 0);
     UnInitKVLLib();
