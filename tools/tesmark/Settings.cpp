@@ -25,6 +25,7 @@ using platform::RegistryRoot;
 constexpr char kPlatformKey[] = "software\\Velmora\\platform\\";
 constexpr char kServiceClassKey[] = "CLSID\\{7B1D40E2-6C55-4A9E-9F10-5E2C8D3A71B4}\\InprocServer32";
 constexpr char kEngineClassKey[] = "CLSID\\{2D8C4E07-91BA-4F36-A4D2-7C16E05B3F9A}\\InprocServer32";
+constexpr char kControlClassKey[] = "CLSID\\{D7A3E1C2-58B4-4F06-93C1-7E2A6B0D4F19}\\InprocServer32";
 constexpr char kThreadingModel[] = "ThreadingModel";
 constexpr char kInstallPathKey[] = "Software\\Velmora\\InstallPath";
 
@@ -91,6 +92,8 @@ constexpr auto kSettings = std::to_array<Setting>({
      "the certificate service's file (InprocServer32 of its class)"},
     {"TimeStampEngine", RegistryRoot::ClassesRoot, kEngineClassKey, "", kPath, "",
      "the time-stamp engine's file (InprocServer32 of its class)"},
+    {"PersonalSealControl", RegistryRoot::ClassesRoot, kControlClassKey, "", kPath, "",
+     "the file of the drawing control for personal seals (InprocServer32 of its class)"},
     {"InstallPath", RegistryRoot::CurrentUser, kInstallPathKey, "InstallPath", kPath, "",
      "installation folder; the certificate service is looked for in Program below it"},
 });
@@ -146,10 +149,13 @@ bool IsAddress(const Setting& setting) {
     return setting.type == kAddress || setting.type == kLongAddress;
 }
 
+bool IsAutomationClass(const Setting& setting) {
+    return setting.key == kEngineClassKey || setting.key == kControlClassKey;
+}
+
 // A class without its threading model would live in the first thread's apartment alone.
 bool StoreClassFile(platform::RegistryKey key, const Setting& setting, const std::string& path) {
-    if (setting.key == kEngineClassKey &&
-        !platform::SetRegistryString(key, kThreadingModel, "Both")) {
+    if (IsAutomationClass(setting) && !platform::SetRegistryString(key, kThreadingModel, "Both")) {
         return false;
     }
     return platform::SetRegistryPath(key, setting.value, path);
@@ -263,6 +269,6 @@ bool RemoveSetting(const Setting& setting) {
     if (!key.Get() || !platform::DeleteRegistryValue(key.Get(), setting.value)) {
         throw Unwritable(setting);
     }
-    if (setting.key == kEngineClassKey) platform::DeleteRegistryValue(key.Get(), kThreadingModel);
+    if (IsAutomationClass(setting)) platform::DeleteRegistryValue(key.Get(), kThreadingModel);
     return true;
 }

@@ -17,6 +17,7 @@ void Empty() {
     SHDeleteKeyA(HKEY_CURRENT_USER, "Software\\Velmora");
     SHDeleteKeyA(HKEY_CLASSES_ROOT, "CLSID\\{7B1D40E2-6C55-4A9E-9F10-5E2C8D3A71B4}");
     SHDeleteKeyA(HKEY_CLASSES_ROOT, "CLSID\\{2D8C4E07-91BA-4F36-A4D2-7C16E05B3F9A}");
+    SHDeleteKeyA(HKEY_CLASSES_ROOT, "CLSID\\{D7A3E1C2-58B4-4F06-93C1-7E2A6B0D4F19}");
     std::error_code ignored;
     std::filesystem::remove_all(platform::CrlFolder(), ignored);
     for (const int place : {CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA}) {

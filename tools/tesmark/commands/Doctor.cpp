@@ -9,6 +9,7 @@ Report Examine(const Options&) {
     Findings findings;
     ExamineMachine(findings);
     ExamineTimeStamps(findings);
+    ExaminePersonalSeals(findings);
     ExamineKeys(findings);
     return findings.ToReport();
 }

@@ -32,4 +32,5 @@ private:
 // The parts of the examination. What can't be found out is a problem, never a throw.
 void ExamineMachine(Findings& findings);
 void ExamineTimeStamps(Findings& findings);
+void ExaminePersonalSeals(Findings& findings);
 void ExamineKeys(Findings& findings);
