@@ -50,7 +50,15 @@ enum SealCode : int {
     kSealSerialNotListed = 0x0C000062,        // nothing to compare the given time with
     kSealRevocationListForeign = 0x0C000063,  // not of the signer's issuer
 
-    kSealNoStatusService = 0x0C000070,
+    // The seal's status.
+    kSealNoStatusService = 0x0C000070,  // no address is set
+    kSealStatusBadAddress = 0x0C000071,
+    kSealStatusUnreachable =
+        0x0C000072,                     // no connection, none that is trusted, or no answer in time
+    kSealStatusBadAnswer = 0x0C000073,  // an answer that tells no status
+    kSealStatusUnknown = 0x0C000074,    // the service doesn't know the seal
+    kSealStatusSuspended = 0x0C000075,
+    kSealStatusReplaced = 0x0C000076,  // the service knows another seal by this number
 
     // The time stamp of a seal or of a seal signature.
     kSealTimeStampDamaged = 0x0C000080,  // no token that can be read, or one without a certificate

@@ -16,6 +16,7 @@
 #include "components/seallibrary/SealLimits.h"
 #include "components/seallibrary/SealSignature.h"
 #include "components/seallibrary/SealSigning.h"
+#include "components/seallibrary/SealStatus.h"
 #include "components/seallibrary/SealTime.h"
 #include "components/seallibrary/SealVerdict.h"
 #include "components/seallibrary/ServiceLink.h"
@@ -30,6 +31,7 @@ struct Library {
     CCertificateShelf shelf;
     // Those that wait for the next verification of the thread that handed them in.
     std::map<std::thread::id, std::string> revocationLists;
+    std::string statusService;  // its address
 };
 
 std::mutex g_mutex;
@@ -127,8 +129,14 @@ int TVK_Release(void) {
     return kSealOk;
 }
 
-int TVK_SetConfig(int reqStatus, const char*, int, int signWithTimeStamp) {
-    return reqStatus || signWithTimeStamp ? kSealNotSupported : kSealOk;
+// Whether the status is asked for is the caller's decision, call by call.
+int TVK_SetConfig(int, const char* url, int urlLen, int signWithTimeStamp) {
+    const Frame frame;
+    std::string_view address;
+    if (!View(reinterpret_cast<const unsigned char*>(url), urlLen, address))
+        return kSealBadArgument;
+    State().statusService = address.substr(0, address.find('\0'));
+    return signWithTimeStamp ? kSealNotSupported : kSealOk;
 }
 
 int TVK_SetConfigEx(int kind, const unsigned char* data, int dataLen) {
@@ -239,9 +247,26 @@ int TVK_GetSealInfo(const unsigned char* seal, int sealLen, unsigned char* field
     return CopyOutFields(SealInfo(read, der), fields);
 }
 
-int TVK_Request_Eseal_Status(const unsigned char*, int, const unsigned char*, int, std::uint64_t,
+int TVK_Request_Eseal_Status(const unsigned char* field1, int field1Len,
+                             const unsigned char* field5, int field5Len, std::uint64_t,
                              std::uint64_t) {
-    return kSealNoStatusService;
+    std::string_view number;
+    std::string_view hash;
+    if (!View(field1, field1Len, number) || !View(field5, field5Len, hash)) return kSealBadArgument;
+    std::string address;
+    {
+        const Frame frame;
+        address = State().statusService;
+    }
+    // Outside of the frame: nobody else is to wait for a service.
+    ERR_set_mark();
+    std::string fault;
+    const int code = AskSealStatus(address, number, hash, fault);
+    ERR_pop_to_mark();
+    if (code)
+        TESMARK_LOG(kLogError, "[TVK_Request_Eseal_Status]: %s, error:0x%X",
+                    Utf8ToAnsi(fault).c_str(), static_cast<unsigned int>(code));
+    return code;
 }
 
 int TVK_Get_Pic_From_Eseal_Ex(const unsigned char* seal, int sealLen, unsigned char* picture,

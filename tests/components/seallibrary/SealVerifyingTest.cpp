@@ -204,11 +204,4 @@ TEST_F(SealVerifyingTest, ATimeMayBeAnAsn1OneAndEndWithAZeroByte) {
     EXPECT_EQ(CheckTime(list, "77", ""), kSealBadArgument);
 }
 
-TEST_F(SealVerifyingTest, WhatThereIsNoServiceForIsAnError) {
-    EXPECT_EQ(TVK_Request_Eseal_Status(Bytes("1"), 1, Bytes("5"), 1, 0, 0), kSealNoStatusService);
-    EXPECT_EQ(TVK_SetConfig(0, "", 0, 0), kSealOk);
-    EXPECT_EQ(TVK_SetConfig(1, "http://127.0.0.1/", 17, 0), kSealNotSupported);
-    EXPECT_EQ(TVK_SetConfig(0, "", 0, 1), kSealNotSupported);
-}
-
 }  // namespace
