@@ -3,9 +3,9 @@
 #
 # From then on find_package and pkg_check_modules give in every folder the targets that they give on
 # Linux: OpenSSL::Crypto, OpenSSL::SSL, CLI11::CLI11, CURL::libcurl and PkgConfig::* of jsoncpp,
-# gdlib, freetype2, libqpdf, libgcrypt, libcurl, giflib, libpng, libjpeg and zlib; all static, with
-# what they need besides. CURL_INCLUDE_DIRS and the include folder of p11-kit-1 are there too. The
-# toolchain has to list the folder in CMAKE_FIND_ROOT_PATH.
+# gdlib, freetype2, libqpdf, libgcrypt, libcurl, giflib, libpng, libjpeg, zlib, pugixml, sqlite3 and
+# cpp-httplib; all static, with what they need besides. CURL_INCLUDE_DIRS and the include folder of
+# p11-kit-1 are there too. The toolchain has to list the folder in CMAKE_FIND_ROOT_PATH.
 
 set(THIRDPARTY_PREFIX "" CACHE PATH "What packaging/windows/build-thirdparty.sh printed")
 if(NOT EXISTS ${THIRDPARTY_PREFIX}/lib/pkgconfig)

@@ -28,7 +28,8 @@ CACHE=${TESMARK_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tesmark}/windows
 COMPILER=(gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev)
 
 # In the order in which they are built.
-LIBRARIES=(openssl jsoncpp giflib headers runtime zlib gcrypt png jpeg curl freetype gd qpdf)
+LIBRARIES=(openssl jsoncpp giflib headers runtime zlib gcrypt png jpeg curl freetype gd qpdf pugixml
+    httplib sqlite)
 
 # What a developer has set for builds of his own is not meant for these.
 unset CC CXX AR CFLAGS CXXFLAGS CPPFLAGS LDFLAGS MAKEFLAGS TARGET COMPONENT
