@@ -6,6 +6,11 @@
 
 namespace {
 
+// What password managers keep a password under; there is one user.
+constexpr char kUserField[] =
+    "<input type=\"text\" name=\"user\" value=\"administrator\" autocomplete=\"username\" hidden "
+    "aria-label=\"User\">\n";
+
 std::string Card(const std::string& content, const std::string& className = "") {
     return "<section class=\"card " + className + "\">\n" + content + "</section>\n";
 }
@@ -78,7 +83,9 @@ std::string CertificateRow(const CertificateEntry& entry) {
 std::string SealRow(const StoredSeal& seal, const std::string& formToken) {
     const std::string place = "/seals/" + Number(seal.id);
     return "<tr>" + Cell(Picture(seal, "small")) + Cell(Link(place, seal.name)) +
-           Cell(Escaped(seal.number)) + Cell(Escaped(seal.form)) + Cell(StateText(seal.suspended)) +
+           Cell(Escaped(seal.number)) +
+           Cell("<span class=\"whole\">" + Escaped(seal.form) + "</span>") +
+           Cell(StateText(seal.suspended)) +
            Cell("<div class=\"actions\">" + SwitchForm(seal, formToken) +
                 Link(place + "/remove", "Remove", "button") + "</div>") +
            "</tr>\n";
@@ -136,8 +143,10 @@ std::string SealRows(const StoredSeal& seal, const OfferedSeal& offered,
 std::string LoginContent() {
     return Card(
         Form("/login",
-             Input({"password", "Password",
-                    "type=\"password\" autocomplete=\"current-password\" required autofocus", ""}),
+             kUserField +
+                 Input({"password", "Password",
+                        "type=\"password\" autocomplete=\"current-password\" required autofocus",
+                        ""}),
              "Log in"),
         "narrow");
 }
@@ -145,7 +154,7 @@ std::string LoginContent() {
 std::string PasswordContent(const std::string& formToken) {
     return Card(
         Form("/password",
-             TokenField(formToken) +
+             TokenField(formToken) + kUserField +
                  Input({"current", "Current password",
                         "type=\"password\" autocomplete=\"current-password\" required", ""}) +
                  Input({"new", "New password",

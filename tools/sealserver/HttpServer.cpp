@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "tools/sealserver/AccessLog.h"
 #include "tools/sealserver/AdminSite.h"
+#include "tools/sealserver/ListeningSocket.h"
 #include "tools/sealserver/SealService.h"
 
 namespace {
@@ -116,6 +118,8 @@ private:
     }
 
     void SetUp() {
+        m_server->set_socket_options(
+            [](socket_t socket) { SetListeningOptions(static_cast<std::uintptr_t>(socket)); });
         m_server->set_payload_max_length(kMaxBodyBytes);
         // What is refused at its head leaves its body unread, so nothing may follow on a
         // connection.
@@ -124,7 +128,6 @@ private:
                                        {"Referrer-Policy", "no-referrer"},
                                        {"Content-Security-Policy", kContentPolicy}});
         m_server->set_pre_routing_handler([this](const Request& request, Response& response) {
-            t_note.clear();
             return Admit(request, response) ? Handled::Unhandled : Handled::Handled;
         });
         const auto answer = [this](const Request& request, Response& response) {
@@ -136,9 +139,10 @@ private:
         m_server->set_exception_handler([](const Request&, Response& response, std::exception_ptr) {
             Refuse(response, 500, "The server failed.\n");
         });
-        m_server->set_logger([this](const Request& request, const Response& response) {
+        // Before the answer goes out, so that whoever has it finds it in the log.
+        m_server->set_post_routing_handler([this](const Request& request, Response& response) {
             m_log.Write({request.remote_addr, request.method, request.target, response.status,
-                         response.body.size(), t_note});
+                         response.body.size(), std::exchange(t_note, {})});
         });
     }
 

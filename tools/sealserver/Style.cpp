@@ -39,7 +39,8 @@ th, td { text-align: left; vertical-align: middle; padding: .5rem .75rem .5rem 0
   border-top: 1px solid var(--line); }
 th { color: var(--soft); font-weight: 550; font-size: .9rem; }
 td { overflow-wrap: anywhere; }
-.actions, .row { display: flex; flex-wrap: wrap; align-items: center; gap: .5rem; }
+.actions, .row { display: flex; align-items: center; gap: .5rem; }
+.row { flex-wrap: wrap; }
 form { margin: 0; }
 label { display: block; font-weight: 550; margin: .9rem 0 .25rem; }
 .hint { color: var(--soft); font-size: .9rem; margin: .25rem 0 0; }
@@ -63,6 +64,7 @@ button:hover, .button:hover { border-color: var(--accent); color: var(--accent);
 .small { width: 4.5rem; height: 4.5rem; object-fit: contain; }
 .large { max-height: 22rem; }
 .state { font-weight: 600; }
+.state, .whole { white-space: nowrap; }
 .suspended { color: var(--accent); }
 dl { display: grid; grid-template-columns: max-content 1fr; gap: .4rem 1.25rem; margin: 0; }
 dt { color: var(--soft); } dd { margin: 0; overflow-wrap: anywhere; }

@@ -1,0 +1,99 @@
+// What stays in the file, and what doesn't go in.
+
+#include "tools/sealserver/SealStore.h"
+
+#include <fstream>
+
+#include "tests/tools/sealserver/StoreFixture.h"
+
+namespace {
+
+class SealStoreTest : public StoreFixture {};
+
+TEST_F(SealStoreTest, WhatWasEnteredIsThereForTheNextProcess) {
+    const std::int64_t id = AddSeal({EsSeal(), "7", "合同"});
+    m_store.SetSuspended(id, true);
+    m_store.SetSetting("password", "hash");
+    SealStore next(Path());
+    const auto certificate = next.FindCertificate(kSignerSerial, kSignerName);
+    ASSERT_TRUE(certificate);
+    EXPECT_EQ(certificate->der, Signer().certificate);
+    const auto seal = next.FindSeal(certificate->id, "7");
+    ASSERT_TRUE(seal);
+    EXPECT_EQ(seal->name, "合同");
+    EXPECT_EQ(seal->form, "ES");
+    EXPECT_EQ(seal->file, EsSeal());
+    EXPECT_TRUE(seal->suspended);
+    EXPECT_EQ(seal->added.size(), std::string("2026-11-22T00:00:00Z").size());
+    EXPECT_EQ(next.Setting("password"), "hash");
+    EXPECT_EQ(next.Setting("other"), "");
+}
+
+TEST_F(SealStoreTest, WhatAnotherProcessDoesIsSeenAtOnce) {
+    SealStore other(Path());
+    const std::int64_t id = AddSeal({EsSeal(), "7", ""});
+    EXPECT_TRUE(other.SetSuspended(id, true));
+    EXPECT_TRUE(m_store.Seal(id)->suspended);
+    EXPECT_TRUE(other.RemoveSeal(id));
+    EXPECT_FALSE(m_store.Seal(id));
+    EXPECT_FALSE(m_store.RemoveSeal(id));
+    EXPECT_FALSE(m_store.SetSuspended(id, true));
+}
+
+TEST_F(SealStoreTest, ACertificateIsThereOnce) {
+    const std::int64_t byTexts = EnterCertificate(m_store, "", "00 12:34-ab CD", kSignerName);
+    EXPECT_EQ(m_store.Certificate(byTexts)->der, "");
+    EXPECT_EQ(AddSigner(), byTexts);
+    EXPECT_EQ(m_store.Certificate(byTexts)->der, Signer().certificate);
+    EXPECT_EQ(EnterCertificate(m_store, "", kSignerSerial, kSignerName), byTexts);
+    EXPECT_EQ(m_store.Certificate(byTexts)->der, Signer().certificate);
+    EXPECT_EQ(m_store.Certificates().size(), 1u);
+    EXPECT_NE(EnterCertificate(m_store, "", kSignerSerial, "CN=signer"), byTexts);
+}
+
+TEST_F(SealStoreTest, ANumberIsFreeAgainAfterItsSealIsRemovedButIdsAreNot) {
+    const std::int64_t first = AddSeal({EsSeal(), "7", ""});
+    EXPECT_THROW(AddSeal({EsSeal(), "7", ""}), Refusal);
+    m_store.RemoveSeal(first);
+    EXPECT_GT(AddSeal({EsSeal(), "7", ""}), first);
+}
+
+TEST_F(SealStoreTest, SealsGoWithTheirCertificate) {
+    const std::int64_t seal = AddSeal({EsSeal(), "7", ""});
+    EXPECT_TRUE(m_store.RemoveCertificate(AddSigner()));
+    EXPECT_FALSE(m_store.Seal(seal));
+    EXPECT_FALSE(m_store.RemoveCertificate(99));
+}
+
+TEST_F(SealStoreTest, SerialNumbersCompareByTheirValue) {
+    EXPECT_EQ(SerialKey("0012ab"), "12AB");
+    EXPECT_EQ(SerialKey("12 AB"), "12AB");
+    EXPECT_EQ(SerialKey("12:aB"), "12AB");
+    EXPECT_EQ(SerialKey("0"), "");
+    EXPECT_NE(SerialKey("1200"), SerialKey("12"));
+}
+
+TEST_F(SealStoreTest, AnotherProgramsFileIsLeftAlone) {
+    const std::string path = m_folder.Below("other.db");
+    Database(path).Execute("CREATE TABLE t (a); PRAGMA user_version = 1;");
+    EXPECT_THROW(SealStore{path}, std::runtime_error);
+    EXPECT_NO_THROW(Database(path).Execute("SELECT a FROM t"));
+    std::ofstream(m_folder.Below("text"), std::ios::binary) << std::string(5000, 'x');
+    EXPECT_THROW(SealStore{m_folder.Below("text")}, std::runtime_error);
+    EXPECT_THROW(SealStore{m_folder.Below("no/folder")}, std::runtime_error);
+}
+
+TEST_F(SealStoreTest, ALaterVersionsFileIsLeftAlone) {
+    Database(Path()).Execute("PRAGMA user_version = 2");
+    EXPECT_THROW(SealStore{Path()}, std::runtime_error);
+}
+
+TEST_F(SealStoreTest, TextsAreBoundAndNeverPartOfAStatement) {
+    const std::string evil = "1'; DROP TABLE seals; --";
+    AddSeal({EsSeal(), evil, "\"'`"});
+    const auto seal = m_store.FindSeal(AddSigner(), evil);
+    ASSERT_TRUE(seal);
+    EXPECT_EQ(seal->name, "\"'`");
+}
+
+}  // namespace
