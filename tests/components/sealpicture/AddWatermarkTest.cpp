@@ -39,9 +39,9 @@ bool IsOnStripe(int x, int y) { return (x + y) % kPeriod < 2; }
 int Colour(const Image& image, int x, int y) { return gdImageGetTrueColorPixel(image.get(), x, y); }
 
 // A red seal on nothing at all, with a white, a half transparent and a black spot.
-class WatermarkTest : public testing::Test {
+class AddWatermarkTest : public testing::Test {
 protected:
-    WatermarkTest() : m_seal(gdImageCreateTrueColor(kWidth, kHeight)) {
+    AddWatermarkTest() : m_seal(gdImageCreateTrueColor(kWidth, kHeight)) {
         gdImageAlphaBlending(m_seal.get(), 0);
         gdImageSaveAlpha(m_seal.get(), 1);
         Fill(0, 0, kWidth, gdTrueColorAlpha(7, 7, 7, 127));
@@ -62,7 +62,7 @@ protected:
     Image m_seal;
 };
 
-TEST_F(WatermarkTest, StripesLightenThePaintAndTintTheWhite) {
+TEST_F(AddWatermarkTest, StripesLightenThePaintAndTintTheWhite) {
     const Image marked = ReadPng(Marked(Png(m_seal)));
     ASSERT_TRUE(marked);
     ASSERT_TRUE(IsOnStripe(20, 28) && IsOnStripe(33, 31) && !IsOnStripe(20, 30));
@@ -71,7 +71,7 @@ TEST_F(WatermarkTest, StripesLightenThePaintAndTintTheWhite) {
     EXPECT_EQ(Colour(marked, 20, 30), gdTrueColor(224, 0, 0));
 }
 
-TEST_F(WatermarkTest, OffTheStripesEveryPixelOfAPngStaysAndOnThemAllPaintChanges) {
+TEST_F(AddWatermarkTest, OffTheStripesEveryPixelOfAPngStaysAndOnThemAllPaintChanges) {
     const Image marked = ReadPng(Marked(Png(m_seal)));
     ASSERT_TRUE(marked);
     ASSERT_EQ(gdImageSX(marked.get()), kWidth);
@@ -86,7 +86,7 @@ TEST_F(WatermarkTest, OffTheStripesEveryPixelOfAPngStaysAndOnThemAllPaintChanges
         }
 }
 
-TEST_F(WatermarkTest, AnEighthOfThePaintIsMarked) {
+TEST_F(AddWatermarkTest, AnEighthOfThePaintIsMarked) {
     const Image marked = ReadPng(Marked(Png(m_seal)));
     ASSERT_TRUE(marked);
     int changed = 0;
@@ -95,7 +95,7 @@ TEST_F(WatermarkTest, AnEighthOfThePaintIsMarked) {
     EXPECT_NEAR(changed, 60 * 60 / 8, 10);
 }
 
-TEST_F(WatermarkTest, AGifKeepsItsTransparentPixels) {
+TEST_F(AddWatermarkTest, AGifKeepsItsTransparentPixels) {
     std::string seal;
     ASSERT_EQ(ConvertToGif(Png(m_seal), seal), kPictureOk);
     const Image before = ReadGif(seal);
@@ -119,7 +119,7 @@ TEST_F(WatermarkTest, AGifKeepsItsTransparentPixels) {
     EXPECT_NEAR(changed, 60 * 60 / 8, 10);
 }
 
-TEST_F(WatermarkTest, AGifOfAllColoursStaysOne) {
+TEST_F(AddWatermarkTest, AGifOfAllColoursStaysOne) {
     const Image many(gdImageCreate(kWidth, kHeight));
     for (int i = 0; i < 256; ++i) gdImageColorAllocate(many.get(), i, 255 - i, i / 2);
     for (int y = 0; y < kHeight; ++y)
@@ -129,7 +129,7 @@ TEST_F(WatermarkTest, AGifOfAllColoursStaysOne) {
     EXPECT_NEAR(gdTrueColorGetRed(Colour(marked, 8, 0)), 8, 24);
 }
 
-TEST_F(WatermarkTest, AJpegAndABmpStayWhatTheyAre) {
+TEST_F(AddWatermarkTest, AJpegAndABmpStayWhatTheyAre) {
     FillPaper();
     const std::string jpeg = Marked(Jpeg(m_seal));
     const std::string bmp = Marked(Bmp(m_seal));
@@ -143,7 +143,7 @@ TEST_F(WatermarkTest, AJpegAndABmpStayWhatTheyAre) {
     EXPECT_EQ(Colour(ReadBmp(bmp), 100, 12), gdTrueColor(207, 217, 237));
 }
 
-TEST_F(WatermarkTest, AnOpaquePngGetsNoAlphaChannel) {
+TEST_F(AddWatermarkTest, AnOpaquePngGetsNoAlphaChannel) {
     FillPaper();
     const std::string png = Marked(Png(m_seal));
     constexpr std::size_t kColourType = 25;
@@ -152,7 +152,7 @@ TEST_F(WatermarkTest, AnOpaquePngGetsNoAlphaChannel) {
     EXPECT_EQ(Marked(Png(ReadPng(png)))[kColourType], 2);
 }
 
-TEST_F(WatermarkTest, ATransparentColourOfAPngWithoutAlphaStaysTransparent) {
+TEST_F(AddWatermarkTest, ATransparentColourOfAPngWithoutAlphaStaysTransparent) {
     FillPaper();
     gdImageColorTransparent(m_seal.get(), gdTrueColor(255, 255, 255));
     const Image marked = ReadPng(Marked(Png(m_seal)));
@@ -161,18 +161,18 @@ TEST_F(WatermarkTest, ATransparentColourOfAPngWithoutAlphaStaysTransparent) {
     EXPECT_EQ(gdTrueColorGetAlpha(Colour(marked, 20, 28)), 0);
 }
 
-TEST_F(WatermarkTest, APicturesResolutionIsKept) {
+TEST_F(AddWatermarkTest, APicturesResolutionIsKept) {
     gdImageSetResolution(m_seal.get(), 300, 300);
     EXPECT_EQ(gdImageResolutionX(ReadPng(Marked(Png(m_seal))).get()), 300);
 }
 
-TEST_F(WatermarkTest, TheSamePictureGivesTheSameBytes) {
+TEST_F(AddWatermarkTest, TheSamePictureGivesTheSameBytes) {
     for (const std::string& picture : {Png(m_seal), Gif(m_seal), Jpeg(m_seal), Bmp(m_seal)}) {
         EXPECT_TRUE(Marked(picture) == Marked(picture)) << picture.substr(0, 4);
     }
 }
 
-TEST_F(WatermarkTest, ABufferWhoseCapacityIsToldMustSuffice) {
+TEST_F(AddWatermarkTest, ABufferWhoseCapacityIsToldMustSuffice) {
     const std::string png = Png(m_seal);
     const std::string marked = Marked(png);
     std::string out(marked.size(), '?');
@@ -185,7 +185,7 @@ TEST_F(WatermarkTest, ABufferWhoseCapacityIsToldMustSuffice) {
     EXPECT_TRUE(out == marked);
 }
 
-TEST_F(WatermarkTest, EveryFailureIsNegativeAndLeavesTheLength) {
+TEST_F(AddWatermarkTest, EveryFailureIsNegativeAndLeavesTheLength) {
     int length = 4711;
     EXPECT_EQ(Mark("%PDF-1.7", nullptr, &length), -kPictureUnknownFormat);
     EXPECT_EQ(Mark("GIF89a", nullptr, &length), -kPictureDamaged);
@@ -199,21 +199,21 @@ TEST_F(WatermarkTest, EveryFailureIsNegativeAndLeavesTheLength) {
     EXPECT_EQ(length, 4711);
 }
 
-TEST_F(WatermarkTest, AGifWhoseFrameIsSmallerThanItIsRefused) {
+TEST_F(AddWatermarkTest, AGifWhoseFrameIsSmallerThanItIsRefused) {
     std::string gif = Gif(m_seal);
     ++gif[6];
     int length = 0;
     EXPECT_EQ(Mark(gif, nullptr, &length), -kPicturePartialFrame);
 }
 
-TEST_F(WatermarkTest, APictureWithoutPaintHasNothingToMark) {
+TEST_F(AddWatermarkTest, APictureWithoutPaintHasNothingToMark) {
     Fill(0, 0, kWidth, gdTrueColorAlpha(7, 7, 7, 127));
     const Image marked = ReadPng(Marked(Png(m_seal)));
     ASSERT_TRUE(marked);
     for (int i = 0; i < kHeight; ++i) EXPECT_EQ(gdTrueColorGetAlpha(Colour(marked, i, i)), 127);
 }
 
-TEST_F(WatermarkTest, TheStripesGrowWithThePicture) {
+TEST_F(AddWatermarkTest, TheStripesGrowWithThePicture) {
     EXPECT_EQ(StripePeriod(1, 1), 8);
     EXPECT_EQ(StripePeriod(53, 200), 8);
     EXPECT_EQ(StripePeriod(200, 60), 10);
