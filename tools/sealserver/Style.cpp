@@ -46,7 +46,7 @@ label { display: block; font-weight: 550; margin: .9rem 0 .25rem; }
 .hint { color: var(--soft); font-size: .9rem; margin: .25rem 0 0; }
 input { font: inherit; color: inherit; background: var(--page); border: 1px solid var(--soft);
   border-radius: .4rem; padding: .5rem .6rem; width: 100%; max-width: 36rem; }
-button, .button { font: inherit; cursor: pointer; border: 1px solid var(--soft);
+button, .button { font: inherit; white-space: nowrap; cursor: pointer; border: 1px solid var(--soft);
   border-radius: .4rem; padding: .35rem .8rem; background: transparent; color: var(--text);
   text-decoration: none; display: inline-block; }
 button:hover, .button:hover { border-color: var(--accent); color: var(--accent); }

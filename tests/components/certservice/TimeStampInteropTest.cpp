@@ -91,7 +91,8 @@ TEST_F(TimeStampInteropTest, AFieldTellsWhatOpenSslWasToldToSay) {
     EXPECT_EQ(StampField(stamped, 11).data, "1");
     const ProgramRun query = OpenSsl("ts -query -in request -text");
     std::string nonce = StampField(stamped, 10).data;
-    // The program writes whole bytes, so that a number of an odd count of digits begins with a zero.
+    // The program writes whole bytes, so that a number of an odd count of digits begins with a
+    // zero.
     nonce.erase(0, nonce.find_first_not_of('0'));
     nonce.insert(0, nonce.size() % 2, '0');
     EXPECT_NE(query.output.find("Nonce: 0x" + nonce), std::string::npos) << query.output << nonce;
