@@ -4,7 +4,9 @@
 
 #include <string>
 
+using platform::AnsiFromCharacter;
 using platform::AnsiFromUtf8;
+using platform::IsAnsiLeadByte;
 using platform::Utf8FromAnsi;
 
 namespace {
@@ -56,6 +58,42 @@ TEST(CodePageTest, LongTextsComeWhole) {
     }
     EXPECT_EQ(Utf8FromAnsi(ansi), utf8);
     EXPECT_EQ(AnsiFromUtf8(utf8), ansi);
+}
+
+TEST(CodePageTest, OneCharacterStandsWhereCodePage936HasIt) {
+    EXPECT_EQ(AnsiFromCharacter('A'), "A");
+    EXPECT_EQ(AnsiFromCharacter(0), "\0"s);
+    EXPECT_EQ(AnsiFromCharacter(0x4E2D), "\xD6\xD0");
+    EXPECT_EQ(AnsiFromCharacter(937), "\xA6\xB8");
+    EXPECT_EQ(AnsiFromCharacter(0x20AC), "\x80");
+}
+
+TEST(CodePageTest, ACharacterThatTheCodePageLacksIsEmptyAndSoIsNone) {
+    for (const std::uint32_t number :
+         {0xA0U, 0xA9U, 0xD7FFU, 0xD800U, 0xDC00U, 0x1F600U, 0x10FFFFU, 0x110000U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(AnsiFromCharacter(number), "") << number;
+    }
+}
+
+TEST(CodePageTest, ACharacterIsTheSameAloneAndInAText) {
+    int known = 0;
+    for (std::uint32_t number = 0x800; number < 0xD800; ++number) {
+        const std::string ansi = AnsiFromCharacter(number);
+        if (ansi.empty()) continue;
+        const std::string utf8{static_cast<char>(0xE0 | number >> 12),
+                               static_cast<char>(0x80 | (number >> 6 & 0x3F)),
+                               static_cast<char>(0x80 | (number & 0x3F))};
+        ASSERT_EQ(Utf8FromAnsi(ansi), utf8) << number;
+        ASSERT_EQ(IsAnsiLeadByte(ansi[0]), ansi.size() == 2) << number;
+        ++known;
+    }
+    EXPECT_GT(known, 21000);
+}
+
+TEST(CodePageTest, OnlyBytesBeyondAsciiBeginACharacterOfTwo) {
+    for (int c = 0; c <= 0x80; ++c) EXPECT_FALSE(IsAnsiLeadByte(static_cast<char>(c))) << c;
+    for (int c = 0x81; c <= 0xFE; ++c) EXPECT_TRUE(IsAnsiLeadByte(static_cast<char>(c))) << c;
+    EXPECT_FALSE(IsAnsiLeadByte('\xFF'));
 }
 
 }  // namespace
