@@ -7,6 +7,7 @@
 
 #include "components/certservice/ServiceCodes.h"
 #include "components/seallibrary/SealCodes.h"
+#include "components/transport/TransportCodes.h"
 #include "include/TesmarkOpt.h"
 
 namespace {
@@ -184,10 +185,39 @@ constexpr auto kSeal = std::to_array<Meaning>({
     {kSealNoStatusService, kSetup, "there is no service to ask for the seal's status"},
 });
 
+constexpr auto kTransport = std::to_array<Meaning>({
+    {kTransportBadArgument, kFailed, "the transport refused an argument"},
+    {kTransportUnknownName, kFailed, "the transport doesn't know a setting's name"},
+    {kTransportNoServer, kSetup, "the transport was told no address"},
+    {kTransportNotSupported, kFailed, "the transport doesn't offer this"},
+    {kTransportTooLarge, kFailed, "the request is too large"},
+    {kTransportNoLibrary, kSetup, "libcurl can't be had"},
+    {kTransportNoResponse, kFailed, "there is no answer"},
+    {kTransportStaleHandle, kFailed, "the exchange is gone"},
+    {kTransportAlreadySent, kFailed, "the request was sent before"},
+    {kTransportTooMany, kFailed, "too many exchanges are under way"},
+    {kTransportNoMemory, kFailed, "there is not enough memory"},
+    {kTransportBadAddress, kSetup, "the address is none of http or https, or has no host"},
+    {kTransportBadSetting, kSetup, "ServiceCaFile can't be read, or ServiceProxy is none"},
+    {kTransportNoHost, kFailed, "the server's or the proxy's name isn't known"},
+    {kTransportNoConnection, kFailed, "nobody listens there, or a firewall is between"},
+    {kTransportTimeout, kFailed, "the server has not answered in time"},
+    {kTransportTls, kFailed, "no TLS connection came about"},
+    {kTransportUntrusted, kFailed, "the server's certificate isn't trusted, or is another host's"},
+    {kTransportBroken, kFailed, "the connection ended before the answer did"},
+    {kTransportBadAnswer, kFailed, "what answers there speaks no HTTP that can be read"},
+    {kTransportAnswerTooLarge, kFailed, "the answer is larger than ServiceLargestAnswer"},
+    {kTransportFailed, kFailed, "the exchange failed"},
+    {kTransportRedirected, kFailed, "the server sends on to another address"},
+    {kTransportNeedsLogin, kFailed, "the server, or the proxy, wants a login"},
+    {kTransportRefused, kFailed, "the server refuses, or knows no such address"},
+    {kTransportServerError, kFailed, "the server tells a failure of its own"},
+});
+
 const Meaning* Find(int code) {
     for (const std::span<const Meaning> table :
          {std::span<const Meaning>(kLibrary), std::span<const Meaning>(kService),
-          std::span<const Meaning>(kSeal)}) {
+          std::span<const Meaning>(kSeal), std::span<const Meaning>(kTransport)}) {
         const auto found = std::find_if(table.begin(), table.end(),
                                         [code](const Meaning& row) { return row.code == code; });
         if (found != table.end()) return &*found;

@@ -200,19 +200,6 @@ std::string LetLibraryChooseCertificate(const std::vector<CertificateEntry>& cer
     return certId;
 }
 
-void SetSize(SelectedSeal& selected, int widthMm, int heightMm) {
-    selected.widthMm = widthMm;
-    selected.heightMm = heightMm;
-    if (widthMm > 0 && heightMm > 0) return;
-    PictureInfo info;
-    if (!ReadPictureInfo(selected.picture, info)) {
-        throw Failure{ExitCode::kFailed,
-                      "The seal tells no size, and its picture can't be measured: use --size."};
-    }
-    selected.widthMm = MillimetresOf(info.width, kPictureDpi);
-    selected.heightMm = MillimetresOf(info.height, kPictureDpi);
-}
-
 }  // namespace
 
 void BindSelection(CLI::App& command, SelectionOptions& options, bool withSeal) {
@@ -268,4 +255,17 @@ SelectedCert SelectCertificate(const SelectionOptions& options) {
     LogInWith(GivenPin(options.pin), entry);
     SetContentSignCertId(Bytes(entry.certId), static_cast<int>(entry.certId.size()));
     return {entry.certId, entry.commonName, entry.keyType == "SM2" ? "SM2" : "RSA", entry.der};
+}
+
+void SetSize(SelectedSeal& selected, int widthMm, int heightMm) {
+    selected.widthMm = widthMm;
+    selected.heightMm = heightMm;
+    if (widthMm > 0 && heightMm > 0) return;
+    PictureInfo info;
+    if (!ReadPictureInfo(selected.picture, info)) {
+        throw Failure{ExitCode::kFailed,
+                      "The seal tells no size, and its picture can't be measured: use --size."};
+    }
+    selected.widthMm = MillimetresOf(info.width, kPictureDpi);
+    selected.heightMm = MillimetresOf(info.height, kPictureDpi);
 }

@@ -15,8 +15,16 @@ struct SelectionOptions {
 // --cert, --serial, the PIN, and with `withSeal` --seal.
 void BindSelection(CLI::App& command, SelectionOptions& options, bool withSeal);
 
+enum class SealSource {
+    kKey,     // a seal in a key, or of a phone
+    kOnline,  // the online seal service
+    kName,    // none: a picture drawn of the certificate's name
+    kText     // none: a picture drawn of a text
+};
+
 // What the library has selected for a stamp.
 struct SelectedSeal {
+    SealSource source = SealSource::kKey;
     std::string certId;
     std::string commonName;  // UTF-8
     std::string keyType;     // "SM2" or "RSA"
@@ -42,3 +50,7 @@ struct SelectedCert {
     std::string der;
 };
 SelectedCert SelectCertificate(const SelectionOptions& options);
+
+// The size on the page, of which one that isn't positive is told by nobody: then it is the
+// picture's at 300 dpi. Throws a Failure for a picture that can't be measured.
+void SetSize(SelectedSeal& selected, int widthMm, int heightMm);

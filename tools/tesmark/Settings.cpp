@@ -36,7 +36,8 @@ constexpr auto kMachine = RegistryRoot::LocalMachine;
 
 constexpr auto kSettings = std::to_array<Setting>({
     {"bSealPosition", kMachine, kSettingsKey, "bSealPosition", kNumber, "0",
-     "where seals come from: 0 the keys, 1 the online service, 3 and 4 the certificate's name"},
+     "where seals come from: 0 the keys, 1 the online service, 3 and 4 a drawing of the "
+     "certificate's name (3 a line of text, 4 framed)"},
     {"bSignWithTimeStamp", kMachine, kSettingsKey, "bSignWithTimeStamp", kNumber, "0",
      "1: signatures carry a time stamp"},
     {"bVerifyCRL", kMachine, kSettingsKey, "bVerifyCRL", kNumber, "0",
@@ -46,7 +47,7 @@ constexpr auto kSettings = std::to_array<Setting>({
     {"sEsealStateUrl", kMachine, kSettingsKey, "sEsealStateUrl", kAddress, "",
      "address of the seal status service"},
     {"sWSURL", kMachine, kSettingsKey, "sWSURL", kAddress, "",
-     "address of the online seal service: http://HOST/QelmServlet"},
+     "address of the online seal service: http://HOST/QelmServlet; see tesmark config online"},
     {"appid", kMachine, kSettingsKey, "appid", kText, "", "application id for signing by phone"},
     {"KeyFolder", kMachine, kCertServiceSettingsKey, "KeyFolder", kPath, kKeyFolderDefault,
      "folder of the development keys"},

@@ -11,7 +11,7 @@
 #include "FileAccess.h"
 #include "Library.h"
 #include "ResultText.h"
-#include "Selection.h"
+#include "StampPicture.h"
 #include "Terminal.h"
 #include "TerminalText.h"
 #include "TimeStampWish.h"
@@ -46,6 +46,7 @@ struct Options {
     std::string reason;
     std::string location;
     bool timeStamp = false;
+    ContentPictureOptions content;
     SelectionOptions selection;
 };
 
@@ -198,10 +199,10 @@ StampSigner SignerFor(const StampRequest& request, bool timeStamp, Made& made) {
     throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
 }
 
-SelectedSeal Select(const SelectionOptions& options) {
+SelectedSeal Select(const Options& options) {
     SelectedSeal selected;
     try {
-        selected = SelectSeal(options);
+        selected = SelectStamp(options.selection, options.content);
     } catch (const Failure&) {
         // What an interrupt ended looks like a dialog that was closed or a PIN that is missing.
         if (InterruptGuard::Interrupted()) ThrowInterrupted();
@@ -259,6 +260,7 @@ Report Describe(const Options& options, const SelectedSeal& selected, const Stam
     report.json["certId"] = Utf8FromGbk(selected.certId);
     report.json["signer"] = selected.commonName;
     report.json["algorithm"] = selected.keyType;
+    report.json["source"] = SourceName(selected.source);
     report.json["mode"] = selected.mode;
     report.json["filter"] = request.filter;
     report.json["subFilter"] = request.subFilter;
@@ -268,6 +270,9 @@ Report Describe(const Options& options, const SelectedSeal& selected, const Stam
                   Millimetres(request.yMm) + "\n       signed by " +
                   Printable(selected.commonName) + " (" + selected.keyType + "), " +
                   request.subFilter + ", " + result.fieldName + "\n";
+    if (selected.source != SealSource::kKey) {
+        report.text += std::string("       picture ") + SourceText(selected.source) + "\n";
+    }
     return report;
 }
 
@@ -289,7 +294,7 @@ Report Stamp(const Options& options) {
         copy.Begin();
     }
     const LibrarySession library;
-    const SelectedSeal selected = Select(options.selection);
+    const SelectedSeal selected = Select(options);
     CheckCanCarryTimeStamp(options, selected);
     const StampRequest request = MakeRequest(options, page, selected);
     if (!guard) guard.emplace();
@@ -321,6 +326,7 @@ void Bind(CLI::App& command, Options& options) {
     command.add_option("--location", options.location, "Place, shown with the signature");
     command.add_flag("--timestamp", options.timeStamp, "No stamp without a good time stamp");
     BindSelection(command, options.selection, true);
+    BindContentPicture(command, options.content);
 }
 
 }  // namespace
@@ -330,6 +336,15 @@ void DeclareStamp(CLI::App& parent, Invocation& invocation) {
                         "  tesmark stamp contract.pdf stamped.pdf\n"
                         "  tesmark stamp contract.pdf stamped.pdf --page 1 --at 120,230\n"
                         "  tesmark stamp in.pdf out.pdf --cert alice --seal GBESEAL --size 30x30\n"
-                        "  tesmark stamp in.pdf out.pdf --pin-file pin.txt --reason Approved",
+                        "  tesmark stamp in.pdf out.pdf --pin-file pin.txt --reason Approved\n"
+                        "  tesmark stamp in.pdf out.pdf --text Approved --frame 2 --colour blue\n"
+                        "\n"
+                        "Where the seal comes from is a setting of the machine, bSealPosition: the "
+                        "keys (0), the\n"
+                        "online seal service (1), or a drawing of the certificate's name in the "
+                        "place of a seal\n"
+                        "(3 and 4); see \"tesmark config online\". With --text it is a drawing of "
+                        "that text, whatever\n"
+                        "the setting. A drawing is signed with a PKCS#7.",
                         Bind, Stamp);
 }

@@ -1,5 +1,9 @@
 #include "commands/StampSubFilter.h"
 
+#include <string>
+
+#include "TwoStep.h"
+#include "components/seallibrary/Seal.h"
 #include "include/TesmarkOpt.h"
 
 namespace {
@@ -13,10 +17,18 @@ constexpr StampSubFilter kGb = {"Velmora.Tesmark", "GBT38540.SESeal"};
 // Certificate, signature value, attributes, and a time stamp with its chain.
 constexpr std::size_t kBesideTheSeal = 32 * 1024;
 
+bool IsGbSealSelected() {
+    std::string file;
+    FetchInTwoSteps([](unsigned char* out, int* outLen) { return GetSelectedSeal(out, outLen); },
+                    file);
+    Seal seal;
+    return ReadSeal(file, seal) == 0 && seal.form == SealForm::kGb2020;
+}
+
 }  // namespace
 
 const StampSubFilter& SubFilterOf(int mode) {
-    if (mode == 1) return kGm;
+    if (mode == 1) return IsGbSealSelected() ? kGb : kGm;
     return mode == 2 ? kGb : kPkcs7;
 }
 

@@ -1,0 +1,43 @@
+#include "DrawingControl.h"
+
+#include "Failure.h"
+#include "LoadedObject.h"
+#include "include/TesmarkOpt.h"
+#include "platform/Automation.h"
+#include "platform/Module.h"
+#include "platform/closed/PersonalSealControl.h"
+
+AutomationSession::AutomationSession() { platform::InitializeAutomation(); }
+
+AutomationSession::~AutomationSession() { platform::UninitializeAutomation(); }
+
+bool DrawingControlCanBeMade() {
+    const AutomationSession automation;
+    platform::AutomationId control{};
+    if (!platform::ParseClassId(kPersonalSealControlClass, control)) return false;
+    const platform::AutomationObject object = platform::CreateAutomationControl(control);
+    platform::ReleaseAutomationObject(object);
+    return object != nullptr;
+}
+
+std::string HowToRegisterDrawingControl() {
+    const std::string file = platform::ModuleFileName("VelmoraPersonalSeal");
+    const std::string beside = BesideLibrary(file);
+    return "tesmark config set PersonalSealControl " +
+           (beside.empty() ? "/path/of/" + file : beside);
+}
+
+void CheckDrawn(int code) {
+    // The code has other causes as well.
+    if (code == TESMARK_FAILED && !DrawingControlCanBeMade()) {
+        throw Failure{ExitCode::kSetup,
+                      "There is no control that draws personal seals.",
+                      {},
+                      "  " + HowToRegisterDrawingControl()};
+    }
+    if (code == TESMARK_DRAWING_FAILED) {
+        throw Failure{
+            ExitCode::kFailed, "The control can't draw this.", code,
+            "  it may refuse the text's length or a number, or find no font for the text"};
+    }
+}
