@@ -4,6 +4,7 @@
 #include "PlatformText.h"
 #include "Settings.h"
 #include "TerminalText.h"
+#include "commands/ConfigOnline.h"
 
 namespace {
 
@@ -105,7 +106,8 @@ void BindUnset(CLI::App& command, Options& options) {
 void DeclareConfig(CLI::App& parent, Invocation& invocation) {
     CLI::App* group = AddGroup(parent, "config", "Show and change the settings of this machine",
                                "  tesmark config get\n"
-                               "  tesmark config set bVerifyCRL 1");
+                               "  tesmark config set bVerifyCRL 1\n"
+                               "  tesmark config online http://seals.example/QelmServlet --test");
     AddCommand<Options>(*group, invocation, "get", "Show one setting, or all",
                         "  tesmark config get\n"
                         "  tesmark config get TrustFolder\n"
@@ -115,4 +117,5 @@ void DeclareConfig(CLI::App& parent, Invocation& invocation) {
                         BindSet, Set);
     AddCommand<Options>(*group, invocation, "unset", "Remove one setting: its default holds again",
                         "  tesmark config unset sWSURL", BindUnset, Unset);
+    DeclareConfigOnline(*group, invocation);
 }

@@ -1,4 +1,5 @@
 #include "Declare.h"
+#include "commands/ExamineSources.h"
 #include "commands/Findings.h"
 
 namespace {
@@ -8,6 +9,7 @@ struct Options {};
 Report Examine(const Options&) {
     Findings findings;
     ExamineMachine(findings);
+    ExamineSources(findings);
     ExamineTimeStamps(findings);
     ExaminePersonalSeals(findings);
     ExamineKeys(findings);

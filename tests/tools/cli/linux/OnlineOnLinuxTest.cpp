@@ -1,0 +1,81 @@
+// The online seal service where its dialogs and message boxes are lines or a program.
+
+#include <gmock/gmock.h>
+
+#include "support/LoopbackServer.h"
+#include "support/linux/DialogUser.h"
+#include "tools/cli/SourceFixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+class OnlineOnLinux : public OnlineFixture {
+protected:
+    std::string Address() const { return Json({"config", "get", "sWSURL"})["value"].asString(); }
+    void LetUser(const std::string& acts) const { LetUserAct(InPrefix("user"), 103, acts); }
+};
+
+TEST_F(OnlineOnLinux, ARefusalOfTheServiceIsToldByItsOwnMessage) {
+    MakeKey("alice", "sm2");
+    LoopbackServer server([](const std::string&) {
+        return LoopbackServer::Page("200 OK",
+                                    "<ROOT><STATUSCODE>500</STATUSCODE><MESSAGE>closed for "
+                                    "today</MESSAGE></ROOT>");
+    });
+    Set("sWSURL", server.Url("/QelmServlet"));
+    const auto outcome = Stamp({"--pin", "123456"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.error, HasSubstr("closed for today"));
+    EXPECT_THAT(outcome.error, HasSubstr("-3051"));
+    EXPECT_TRUE(NothingWritten());
+}
+
+TEST_F(OnlineOnLinux, OfTwoCertificatesOneHasToBeNamed) {
+    MakeKey("alice", "sm2");
+    MakeKey("bob", "sm2");
+    ExpectRefusal({}, 5, "name one: --cert CERT");
+}
+
+TEST_F(OnlineOnLinux, WhereNoDialogCanBeShownTheAddressHasToBeGiven) {
+    const auto outcome = Tesmark({"config", "online"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_THAT(outcome.error, HasSubstr("The dialog can't be shown here."));
+    EXPECT_THAT(outcome.error, HasSubstr("tesmark config online http://HOST/QelmServlet"));
+}
+
+TEST_F(OnlineOnLinux, TheAddressThatIsTypedIntoTheDialogIsStored) {
+    LetUser("say 'text\\t1003\\tseals.example:8080/seals'\n" + PressesOk());
+    const auto outcome = Tesmark({"config", "online"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.error;
+    EXPECT_THAT(outcome.out, HasSubstr("sWSURL = http://seals.example:8080/seals/QelmServlet"));
+    EXPECT_EQ(Address(), "http://seals.example:8080/seals/QelmServlet");
+}
+
+TEST_F(OnlineOnLinux, AFieldThatNamesNoHostIsStoredAndTold) {
+    LetUser("say 'text\\t1003\\t'\n" + PressesOk());
+    const auto outcome = Tesmark({"config", "online"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.error;
+    EXPECT_THAT(outcome.out, HasSubstr("no service can be asked there: it names no host"));
+}
+
+TEST_F(OnlineOnLinux, AClosedDialogStoresNothing) {
+    const std::string before = Address();
+    LetUser("say 'text\\t1003\\tother'\n" + PressesCancel());
+    const auto outcome = Tesmark({"config", "online"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.error, HasSubstr("The dialog was closed; nothing was stored."));
+    EXPECT_EQ(Address(), before);
+}
+
+TEST_F(OnlineOnLinux, WhereSealsComeFromKeysTheDialogStoresNothingAndThatIsTold) {
+    Set("bSealPosition", "0");
+    const std::string before = Address();
+    LetUser(PressesOk());
+    const auto outcome = Tesmark({"config", "online"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_THAT(outcome.error, HasSubstr("tesmark config set bSealPosition 1"));
+    EXPECT_EQ(Address(), before);
+}
+
+}  // namespace

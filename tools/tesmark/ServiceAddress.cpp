@@ -1,0 +1,90 @@
+#include "ServiceAddress.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "Failure.h"
+#include "Library.h"
+#include "ResultText.h"
+#include "Settings.h"
+#include "Terminal.h"
+#include "TerminalText.h"
+#include "components/http/Address.h"
+#include "components/transport/TransportSettings.h"
+#include "foundation/Text.h"
+#include "foundation/XmlDocument.h"
+#include "include/TesmarkOpt.h"
+
+namespace {
+
+constexpr char kServicePath[] = "/QelmServlet";
+constexpr char kGranted[] = "200";
+
+std::string Hello() {
+    XmlDocument document;
+    document.AddElement("ROOT", nullptr);
+    document.EnterElement();
+    document.AddElement("REQUESTTYPE", "Hello");
+    return document.GetText();
+}
+
+// The library doesn't measure the room for an answer: it has to do for the largest.
+std::size_t RoomForAnswer() {
+    const auto value = ReadSetting(FindSetting("ServiceLargestAnswer"));
+    const unsigned long mib = value ? std::stoul(*value) : 0;
+    const unsigned long most = kMostLargestAnswerMib;
+    return static_cast<std::size_t>(mib == 0 ? kDefaultLargestAnswerMib : std::min(mib, most))
+           << 20;
+}
+
+std::string Exchange(const std::string& url, const std::string& request) {
+    const Progress progress("Waiting for the online seal service");
+    // Untouched until something is written there.
+    const std::unique_ptr<unsigned char[]> room(new unsigned char[RoomForAnswer()]);
+    int length = 0;
+    const LogMark mark;
+    const int code = HttpPostData(GbkFromArgument(url, "The address").c_str(),
+                                  reinterpret_cast<const unsigned char*>(request.data()),
+                                  static_cast<int>(request.size()), room.get(), &length);
+    CheckResult(code, "Nobody answers at " + Printable(WithoutPasswords(url)) + ".", mark);
+    return {reinterpret_cast<const char*>(room.get()),
+            static_cast<std::size_t>(std::max(length, 0))};
+}
+
+std::string ReadText(XmlDocument& document, const char* name) {
+    if (!document.FindElement(name)) return {};
+    return Printable(Utf8FromGbk(document.GetElementText()));
+}
+
+}  // namespace
+
+std::string FaultOfServiceAddress(const std::string& url) {
+    if (const std::string fault = FaultOfAddress(url); !fault.empty()) return fault;
+    if (url.find_first_of("?#; \t\r\n") != std::string::npos) {
+        return "it has a blank, \"?\", \"#\" or \";\"";
+    }
+    if (!url.ends_with(kServicePath)) {
+        return std::string("it doesn't end with ") + kServicePath;
+    }
+    return {};
+}
+
+Greeting GreetService(const std::string& url) {
+    const std::string answer = Utf8ToAnsi(Exchange(url, Hello()));
+    XmlDocument document;
+    document.Load(answer.c_str());
+    Greeting greeting;
+    if (document.FindElement("ROOT")) {
+        document.EnterElement();
+        greeting.status = ReadText(document, "STATUSCODE");
+        greeting.message = ReadText(document, "MESSAGE");
+    }
+    if (greeting.status == kGranted) return greeting;
+    const std::string told = Printable(WithoutPasswords(url));
+    if (greeting.status.empty()) {
+        throw Failure{ExitCode::kFailed, "What answers at " + told + " is no online seal service."};
+    }
+    throw Failure{ExitCode::kFailed, "The service at " + told + " refuses: status " +
+                                         greeting.status + (greeting.message.empty() ? "" : ", ") +
+                                         greeting.message + "."};
+}

@@ -1,0 +1,17 @@
+// ServiceAddress.h - the address of the online seal service, and asking who answers there.
+#pragma once
+
+#include <string>
+
+// Why no online seal service is asked at `url` (UTF-8), as a clause; empty for
+// http(s)://HOST[/PATH]/QelmServlet. Nothing is looked up.
+std::string FaultOfServiceAddress(const std::string& url);
+
+struct Greeting {
+    std::string status;   // STATUSCODE of the answer, printable; empty where it has none
+    std::string message;  // MESSAGE, the same
+};
+
+// Says hello to the service, by one exchange of the library's transport that the caller waits for.
+// Throws a Failure where no answer comes, or one that refuses or is no service's.
+Greeting GreetService(const std::string& url);

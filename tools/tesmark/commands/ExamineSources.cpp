@@ -1,0 +1,67 @@
+#include "commands/ExamineSources.h"
+
+#include <string>
+
+#include "ServiceAddress.h"
+#include "Settings.h"
+#include "StampPicture.h"
+#include "TerminalText.h"
+#include "components/http/Address.h"
+#include "foundation/Registry.h"
+
+namespace {
+
+constexpr char kSource[] = "seal source";
+constexpr char kStatus[] = "seal status";
+
+void ExamineService(Findings& findings) {
+    const auto url = ReadSetting(FindSetting("sWSURL"));
+    if (!url || url->empty()) {
+        findings.Problem(kSource, "Seals come from the online service; its address is not set.",
+                         "tesmark config online http://HOST/QelmServlet");
+        return;
+    }
+    const std::string shown = Printable(WithoutPasswords(*url));
+    const std::string fault = FaultOfServiceAddress(*url);
+    if (fault.empty()) {
+        findings.Good(kSource, "the online service at " + shown + " (not asked)");
+    } else {
+        findings.Problem(kSource, "No online service can be asked at " + shown + ": " + fault + ".",
+                         "tesmark config online http://HOST/QelmServlet");
+    }
+}
+
+void ExamineSource(Findings& findings, SealSource source) {
+    if (source == SealSource::kOnline) return ExamineService(findings);
+    findings.Good(kSource, source == SealSource::kName
+                               ? "none: pictures are drawn of the certificate's name"
+                               : "the keys");
+}
+
+// The library asks for the status at exactly 1.
+void ExamineStatus(Findings& findings) {
+    if (ReadNumberSetting("ReqEsealStatus") != 1) {
+        findings.Good(kStatus, "not asked for");
+        return;
+    }
+    constexpr char kAdvice[] = "tesmark config set sEsealStateUrl http://HOST/PATH";
+    const std::string url = ReadSetting(FindSetting("sEsealStateUrl")).value_or("");
+    const std::string fault = url.empty() ? "" : FaultOfAddress(url);
+    const std::string shown = Printable(WithoutPasswords(url));
+    if (url.empty()) {
+        findings.Problem(kStatus, "A seal's status is to be asked for; no address is set.",
+                         kAdvice);
+    } else if (!fault.empty()) {
+        findings.Problem(kStatus, "No status can be asked for at " + shown + ": " + fault + ".",
+                         kAdvice);
+    } else {
+        findings.Good(kStatus, shown + " (not asked)");
+    }
+}
+
+}  // namespace
+
+void ExamineSources(Findings& findings) {
+    ExamineSource(findings, ConfiguredSource());
+    ExamineStatus(findings);
+}
