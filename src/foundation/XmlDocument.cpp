@@ -76,12 +76,12 @@ bool XmlDocument::Load(const char* source) {
 }
 
 inline bool XmlDocument::HasName(const XmlElement& element, std::string_view name) const {
-    const std::size_t tagLength = XmlStartTagLength(m_text, element);
     const char* const begin = m_text.data() + element.start + 1;
-    if ((element.flags & XmlElement::kOnlyName) == 0) {
-        return XmlNameAtFront({begin, tagLength - 1}) == name;
+    if ((element.flags & XmlElement::kOnlyName) != 0) [[likely]] {
+        return XmlShortStartTagLength(element) == name.size() + 2 &&
+               AreEqualXmlNames(begin, name.data(), name.size());
     }
-    return tagLength == name.size() + 2 && AreEqualXmlNames(begin, name.data(), name.size());
+    return XmlNameAtFront({begin, XmlStartTagLength(m_text, element) - 1}) == name;
 }
 
 bool XmlDocument::FindElement(const char* name) {
@@ -118,11 +118,16 @@ inline std::uint32_t XmlDocument::ContentBegin(const XmlElement& element) const 
 
 std::string XmlDocument::GetElementText() const {
     const XmlElement& element = m_elements[m_current];
+    // As it stands in nearly all leaves.
+    if ((element.flags & XmlElement::kNoReference) != 0) [[likely]] {
+        const std::uint32_t startTag = XmlShortStartTagLength(element);
+        return std::string(m_text.data() + element.start + startTag,
+                           element.length - startTag - XmlShortEndTagLength(element));
+    }
     if (m_current == 0 || element.firstChild != 0 || IsXmlTagAlone(m_text, element)) return {};
     const std::uint32_t begin = ContentBegin(element);
     const std::uint32_t end = XmlContentEnd(m_text, element, begin);
     const std::string_view content(m_text.data() + begin, end - begin);
-    if ((element.flags & XmlElement::kNoReference) != 0) return std::string(content);
     return TextOf(content, (element.flags & XmlElement::kOnlyText) == 0);
 }
 

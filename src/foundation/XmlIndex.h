@@ -16,7 +16,8 @@ struct XmlElement {
     static constexpr std::uint32_t kWithoutEndTag = 0x100000;
     static constexpr std::uint32_t kIllFormedBelow = 0x200000;
     static constexpr std::uint32_t kIllFormedDocument = 0x800000;  // in the document's record
-    // Hints for speed; each may be missing where it would hold.
+    // Hints for speed, on elements whose tags' lengths are the true ones; each may be missing where
+    // it would hold.
     static constexpr std::uint32_t kOnlyName = 0x1000000;     // nothing else in the start tag
     static constexpr std::uint32_t kOnlyText = 0x2000000;     // no "<" inside
     static constexpr std::uint32_t kNoReference = 0x4000000;  // no "&" inside

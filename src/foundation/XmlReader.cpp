@@ -105,16 +105,16 @@ bool Reader::Read() {
 const char* Reader::ReadPlainStartTag(const char* tag) {
     if (!StartsXmlName(tag[1])) return nullptr;
     const char* const nameEnd = FindXmlNameEnd(tag + 1, m_end);
-    if (*nameEnd != '>') return nullptr;
-    const XmlTextEnd text = FindXmlTextEnd(nameEnd + 1, m_end);
     const std::uint32_t nameLength = Offset(nameEnd) - Offset(tag + 1);
+    if (*nameEnd != '>' || nameLength > kPlainNameLength) return nullptr;
+    const XmlTextEnd text = FindXmlTextEnd(nameEnd + 1, m_end);
     const char* const end = PlainEndTagEnd(text.place, tag + 1, nameLength);
     if (end == nullptr) {
         Open(tag, nameEnd + 1, nameLength, XmlElement::kOnlyName);
         return text.place;
     }
     const std::uint32_t hints = XmlElement::kOnlyName | XmlElement::kOnlyText;
-    Add(tag, end, PackXmlTagLengths(nameLength + 2, nameLength + 3),
+    Add(tag, end, PackXmlPlainTagLengths(nameLength),
         text.mayHoldReference ? hints : hints | XmlElement::kNoReference);
     return end;
 }
@@ -122,8 +122,9 @@ const char* Reader::ReadPlainStartTag(const char* tag) {
 // The end tag of the innermost open element without white space in it; null for any other.
 const char* Reader::ReadPlainEndTag(const char* tag) {
     const XmlOpenElement& open = m_open.Top();
+    if (open.element == 0) return nullptr;
     const char* const end = PlainEndTagEnd(tag, open.name, open.nameLength);
-    if (end == nullptr || open.element == 0) return nullptr;
+    if (end == nullptr) return nullptr;
     Close(tag, end);
     return end;
 }
