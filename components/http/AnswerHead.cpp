@@ -24,11 +24,14 @@ bool CAnswerHead::Take(std::string_view line) {
     m_size += line.size();
     m_isNew = line.starts_with("HTTP/");
     if (m_isNew) {
+        m_isWhole = false;
         m_status = StatusOf(line);
         m_type.clear();
         m_isEncoded = false;
         return true;
     }
+    // Behind the body there may be more fields, of no more heads.
+    m_isWhole = m_isWhole || line == "\r\n" || line == "\n";
     const std::size_t colon = line.find(':');
     if (colon == line.npos) return true;
     const std::string name = LowerCase(line.substr(0, colon));

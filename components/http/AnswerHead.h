@@ -16,6 +16,9 @@ public:
     bool Take(std::string_view line);
 
     bool IsNew() const { return m_isNew; }  // the line just taken was a status line
+    // The empty line behind the newest head has come. libcurl takes a connection that ends within a
+    // head for the end of an answer without a body.
+    bool IsWhole() const { return m_isWhole; }
     int Status() const { return m_status; }
     // Of the last Content-Type, in lower case and without its parameters; empty without one.
     const std::string& Type() const { return m_type; }
@@ -26,6 +29,7 @@ public:
 private:
     std::size_t m_size = 0;
     bool m_isNew = false;
+    bool m_isWhole = false;
     int m_status = 0;
     std::string m_type;
     bool m_isEncoded = false;

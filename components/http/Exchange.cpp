@@ -168,6 +168,7 @@ ExchangeOutcome PostRequest(const ExchangeSettings& settings, const ExchangeRequ
     const CURLcode code =
         options.Result() != CURLE_OK ? options.Result() : curl.perform(handle.get());
     if (code != CURLE_OK) return Failed(curl, code, arrival, told);
+    if (!arrival.head.IsWhole()) return Failed(curl, CURLE_PARTIAL_FILE, arrival, told);
     return {.end = ExchangeEnd::kAnswered,
             .status = arrival.head.Status(),
             .type = arrival.head.Type(),

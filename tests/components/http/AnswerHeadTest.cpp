@@ -48,6 +48,12 @@ TEST(AnswerHeadTest, OnlyARealEncodingCounts) {
     EXPECT_FALSE(HeadOf({"Content-Encoding: \r\n", "Transfer-Encoding: chunked"}).IsEncoded());
 }
 
+TEST(AnswerHeadTest, AHeadIsWholeWithItsEmptyLine) {
+    EXPECT_FALSE(HeadOf({"HTTP/1.1 200 OK\r\n", "Content-Le"}).IsWhole());
+    EXPECT_TRUE(HeadOf({"HTTP/1.1 200 OK\r\n", "\r\n", "Trailer: x\r\n"}).IsWhole());
+    EXPECT_FALSE(HeadOf({"HTTP/1.1 302 Found\r\n", "\r\n", "HTTP/1.1 200 OK\r\n"}).IsWhole());
+}
+
 TEST(AnswerHeadTest, AHeadHasALimit) {
     const std::string line = "X: " + std::string(1021, 'x');
     CAnswerHead head;
