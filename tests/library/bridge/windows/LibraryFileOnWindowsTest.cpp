@@ -64,9 +64,10 @@ std::vector<ShortImport> ShortImports(const std::string& archive) {
 
 TEST(LibraryFileOnWindows, NeedsNothingButTheSystemAndTheClosedLibraries) {
     constexpr const char* kKnown[] = {
-        "advapi32.dll", "bcrypt.dll", "comctl32.dll", "crypt32.dll",  "dbghelp.dll", "gdi32.dll",
-        "kernel32.dll", "msvcrt.dll", "ole32.dll",    "oleaut32.dll", "shell32.dll", "shlwapi.dll",
-        "user32.dll",   "ws2_32.dll", "tovkx64.dll",  "mirelle.dll"};
+        "advapi32.dll", "bcrypt.dll",       "comctl32.dll", "crypt32.dll", "dbghelp.dll",
+        "gdi32.dll",    "kernel32.dll",     "msvcrt.dll",   "ole32.dll",   "oleaut32.dll",
+        "shell32.dll",  "shlwapi.dll",      "user32.dll",   "ws2_32.dll",  "tovkx64.dll",
+        "mirelle.dll",  "libdwnt-3_x64.dll"};
     for (const std::string& needed : NeededLibraries(LIBRARY_FILE)) {
         EXPECT_TRUE(std::any_of(std::begin(kKnown), std::end(kKnown), [&](const char* known) {
             return lstrcmpiA(known, needed.c_str()) == 0;
