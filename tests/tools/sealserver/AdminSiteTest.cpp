@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/MatchesPattern.h"
 #include "tests/tools/sealserver/StoreFixture.h"
 #include "tools/sealserver/Password.h"
 
@@ -88,8 +89,8 @@ TEST_F(AdminSiteTest, TheRightPasswordGivesACookieThatScriptsCannotRead) {
     EXPECT_EQ(reply.status, 303);
     EXPECT_EQ(PlaceOf(reply), "/certificates");
     EXPECT_THAT(HeaderOf(reply, "Set-Cookie"),
-                testing::MatchesRegex("sealserver-session=[0-9a-f]+; Path=/; HttpOnly; "
-                                      "SameSite=Strict"));
+                MatchesPattern("sealserver-session=[0-9a-f]+; Path=/; HttpOnly; "
+                               "SameSite=Strict"));
     AdminSite encrypted(
         m_store, [this] { return m_now; }, true);
     const WebReply secure =
