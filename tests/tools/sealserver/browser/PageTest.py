@@ -7,10 +7,10 @@ import sys
 import tempfile
 import unittest
 
+from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
-from selenium.webdriver.support.expected_conditions import staleness_of
 from selenium.webdriver.support.wait import WebDriverWait
 
 from Seals import Server, es_seal, open_browser, red_square
@@ -70,10 +70,16 @@ class Page(unittest.TestCase):
         self.one("#" + name).send_keys(value)
 
     def leave_by(self, action):
-        """Until the next page has taken the place of this one."""
+        """Until the next page has taken the place of this one and is there as a whole."""
         page = self.one("html")
         action()
-        WebDriverWait(self.browser, 30).until(staleness_of(page))
+
+        def is_another(browser):
+            return (self.one("html") != page
+                    and browser.execute_script("return document.readyState") == "complete")
+
+        # Between two pages the driver may find neither, and has several errors for it.
+        WebDriverWait(self.browser, 30, ignored_exceptions=[WebDriverException]).until(is_another)
 
     def press(self, label):
         self.leave_by(self.browser.find_element(By.XPATH, f"//button[.='{label}']").click)
