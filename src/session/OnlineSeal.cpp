@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "TesmarkOpt.h"
@@ -21,6 +22,7 @@ constexpr int kCertCapacity = 4096;
 constexpr int kDetailCapacity = 256;
 // Of more entries than these only as many are made as an answer of its length could fill.
 constexpr std::size_t kPromisedEntries = 65'536;
+constexpr std::size_t kShortestEntry = std::string_view("<SEALINFO/>").size();
 
 struct CertDetails {
     std::string dn;
@@ -66,7 +68,8 @@ int ReadSealList(const std::string& answer, std::vector<OnlineSealEntry>& list,
     count = 0;
     if (const int code = ParseSealList(answer, nullptr, &count)) return code;
     if (count == 0) return TESMARK_NO_ONLINE_SEAL;
-    list.resize(std::min<std::size_t>(count, std::max(answer.size(), kPromisedEntries)));
+    list.resize(
+        std::min<std::size_t>(count, std::max(answer.size() / kShortestEntry, kPromisedEntries)));
     return ParseSealList(answer, list.data(), &count);
 }
 

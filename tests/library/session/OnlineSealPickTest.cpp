@@ -97,6 +97,15 @@ TEST_F(OnlineSealPickTest, OneSealAsksNobodyAndLeavesTheOnesOfferedBefore) {
     EXPECT_EQ(g_onlineSealPick, "earlier");
 }
 
+TEST_F(OnlineSealPickTest, NoMoreSealsAreOfferedThanAnAnswerOfThatLengthCouldTell) {
+    m_listAnswer = Success("<COUNT>2147483647</COUNT>" + SealInfo("7001", "one") +
+                           std::string(2'000'000, ' '));
+    const ScriptedDialogs dialogs(nullptr);
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(g_onlineSealNames.size(), m_listAnswer.size() / std::string("<SEALINFO/>").size());
+    EXPECT_EQ(g_onlineSealNames.front(), TextPair("one", "7001"));
+}
+
 TEST_F(OnlineSealPickTest, FewerSealsThanTheListPromisesAreOfferedWithEmptyOnes) {
     m_listAnswer = SealList(3, SealInfo("7001", "one") + SealInfo("7002", "two"));
     const ScriptedDialogs dialogs([](ScriptedDialog& dialog) {
