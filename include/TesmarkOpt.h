@@ -197,7 +197,8 @@ TESMARK_EXPORT int GetDragSealPic(char** base64);
 
 /* Width and height of the selected seal's picture as the seal tells them (national formats: in
  * millimetres), -1 by -1 where it tells none; 0 by 0 for an old "ES" file of the online service and
- * after a failure there. Drawn pictures leave it as it is. Always 0. */
+ * after a failure before that sent a seal; one that it sent and that is refused leaves its own.
+ * Drawn pictures leave it as it is. Always 0. */
 TESMARK_EXPORT int GetSealPicSize(int* width, int* height);
 
 /* Both have the personal seal control draw a picture of the host's own; form 4, but that a set
@@ -386,7 +387,7 @@ TESMARK_EXPORT int Logout(void);
 
 /* Asks the user for the service's address, which he can try there, and stores it whole in the
  * setting sWSURL; the result is 0 also where it can't be written. Where the setting bSealPosition
- * isn't 1, the dialog says that it isn't to be configured, and 0 has stored nothing.
+ * is another than 1, the dialog says that it isn't to be configured, and 0 has stored nothing.
  * TESMARK_FAILED: the user closed the dialog. TESMARK_DIALOG_NOT_SHOWN. */
 TESMARK_EXPORT int SetOnlineUrl(void);
 
