@@ -1,6 +1,5 @@
 #include "foundation/XmlDocument.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "foundation/XmlCharacters.h"
@@ -84,18 +83,21 @@ inline bool XmlDocument::HasName(const XmlElement& element, std::string_view nam
     return XmlNameAtFront({begin, XmlStartTagLength(m_text, element) - 1}) == name;
 }
 
-bool XmlDocument::FindElement(const char* name) {
-    std::uint32_t i =
-        m_current != 0 ? m_elements[m_current].nextSibling : m_elements[m_parent].firstChild;
-    if (name != nullptr) {
-        const std::string_view wanted = name;
-        while (i != 0 && !HasName(m_elements[i], wanted)) i = m_elements[i].nextSibling;
-    }
+[[gnu::noinline]] bool XmlDocument::FindFrom(std::uint32_t i, std::string_view name) {
+    while (i != 0 && !HasName(m_elements[i], name)) i = m_elements[i].nextSibling;
+    return GoTo(i);
+}
+
+// Nearly always the next one is it.
+bool XmlDocument::FindNamed(std::string_view name) {
+    const std::uint32_t i = NextSibling();
     if (i == 0) return false;
-    m_current = i;
-    m_parent = m_elements[i].parent;
-    m_child = 0;
-    return true;
+    const XmlElement& element = m_elements[i];
+    const bool isSo =
+        (element.flags & XmlElement::kOnlyName) != 0 &&
+        XmlShortStartTagLength(element) == name.size() + 2 &&
+        AreEqualShortXmlNames(m_text.data() + element.start + 1, name.data(), name.size());
+    return isSo ? GoTo(i) : FindFrom(i, name);
 }
 
 void XmlDocument::EnterElement() {
@@ -118,12 +120,16 @@ inline std::uint32_t XmlDocument::ContentBegin(const XmlElement& element) const 
 
 std::string XmlDocument::GetElementText() const {
     const XmlElement& element = m_elements[m_current];
+    if ((element.flags & XmlElement::kNoReference) == 0) [[unlikely]]
+        return TextOfCurrent();
     // As it stands in nearly all leaves.
-    if ((element.flags & XmlElement::kNoReference) != 0) [[likely]] {
-        const std::uint32_t startTag = XmlShortStartTagLength(element);
-        return std::string(m_text.data() + element.start + startTag,
-                           element.length - startTag - XmlShortEndTagLength(element));
-    }
+    const std::uint32_t startTag = XmlShortStartTagLength(element);
+    return std::string(m_text.data() + element.start + startTag,
+                       element.length - startTag - XmlShortEndTagLength(element));
+}
+
+[[gnu::noinline]] std::string XmlDocument::TextOfCurrent() const {
+    const XmlElement& element = m_elements[m_current];
     if (m_current == 0 || element.firstChild != 0 || IsXmlTagAlone(m_text, element)) return {};
     const std::uint32_t begin = ContentBegin(element);
     const std::uint32_t end = XmlContentEnd(m_text, element, begin);
@@ -193,12 +199,9 @@ void XmlDocument::OpenUp(std::uint32_t element) {
 void XmlDocument::Link(std::uint32_t added, std::uint32_t previous) {
     XmlElement& parent = m_elements[m_parent];
     XmlElement& element = m_elements[added];
-    const std::uint32_t depth = (parent.flags & XmlElement::kDepth) + 1;
-    element.flags |= std::min(depth, XmlElement::kDepth);
     element.parent = m_parent;
     parent.flags &= ~(XmlElement::kOnlyText | XmlElement::kNoReference);
     if (previous == 0) {
-        element.flags |= XmlElement::kFirstChild;
         element.previousSibling = added;
         parent.firstChild = added;
         return;

@@ -27,7 +27,9 @@ public:
     // Goes forward, never back, to the next sibling of that name, or to the next one whatever its
     // name, if null. If there is none the cursor stays, so that a GetElementText after it reads the
     // element before.
-    bool FindElement(const char* name);
+    bool FindElement(const char* name) {
+        return name != nullptr ? FindNamed(name) : GoTo(NextSibling());
+    }
 
     // Goes inside the current element: before its first child, or to the child on which the cursor
     // stood when it last left. Nothing without a current element.
@@ -47,12 +49,26 @@ public:
     // The whole document.
     std::string GetText() const { return m_text; }
 
-    // What the last Load found wrong, an empty element for each, named by the finding; about 1,000
-    // characters at most.
+    // What the last Load found wrong, an empty element for each, named by the finding; none is
+    // added once there are 1,000 characters.
     const std::string& GetResults() const { return m_results; }
 
 private:
+    // The length of a constant name is told by the compiler.
+    bool FindNamed(std::string_view name);
+    bool FindFrom(std::uint32_t i, std::string_view name);
+    std::uint32_t NextSibling() const {
+        return m_current != 0 ? m_elements[m_current].nextSibling : m_elements[m_parent].firstChild;
+    }
+    bool GoTo(std::uint32_t i) {
+        if (i == 0) return false;
+        m_current = i;
+        m_parent = m_elements[i].parent;
+        m_child = 0;
+        return true;
+    }
     bool HasName(const XmlElement& element, std::string_view name) const;
+    std::string TextOfCurrent() const;
     std::uint32_t LastChild(std::uint32_t parent) const;
     std::uint32_t ContentBegin(const XmlElement& element) const;
     std::uint32_t ContentEnd(const XmlElement& element) const;

@@ -5,14 +5,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <string_view>
-#include <vector>
 
 // One element. Offsets and lengths are bytes of the text; elements are told by their indices in the
 // index, 0 meaning none, or the document as a parent.
 struct XmlElement {
-    static constexpr std::uint32_t kDepth = 0xFFFF;  // how many elements it is in, itself counted
-    static constexpr std::uint32_t kFirstChild = 0x80000;
     static constexpr std::uint32_t kWithoutEndTag = 0x100000;
     static constexpr std::uint32_t kIllFormedBelow = 0x200000;
     static constexpr std::uint32_t kIllFormedDocument = 0x800000;  // in the document's record
@@ -34,8 +30,8 @@ struct XmlElement {
     std::uint32_t previousSibling;  // of a first child the parent's last child
 };
 
-// The records, in segments of 65,536 that stay where they are; only the first grows. Record 0
-// stands for the document. A reference to a record holds until the next Add.
+// The records, one behind the other. Record 0 stands for the document. A reference to a record
+// holds until the next Add.
 class XmlIndex {
 public:
     XmlIndex() { Reset(0); }
@@ -51,36 +47,26 @@ public:
 
     // Takes the next free index for a record, which stays unwritten.
     std::uint32_t Add() {
-        if (m_count >= m_capacity) Grow();
+        if (m_count == m_capacity) Grow(m_capacity + m_capacity / 2);
         return m_count++;
     }
 
     // Of indices below Count() only.
-    XmlElement& operator[](std::uint32_t i) {
-        if (i < kSegment) [[likely]]
-            return m_first[i];
-        return InOthers(i);
-    }
-    const XmlElement& operator[](std::uint32_t i) const { return const_cast<XmlIndex&>(*this)[i]; }
+    XmlElement& operator[](std::uint32_t i) { return m_records[i]; }
+    const XmlElement& operator[](std::uint32_t i) const { return m_records[i]; }
 
 private:
-    static constexpr std::uint32_t kSegment = 65'536;
     static constexpr std::uint32_t kFew = 16;
 
     struct Free {
         void operator()(void* memory) const { std::free(memory); }
     };
 
-    [[gnu::noinline]] XmlElement& InOthers(std::uint32_t i) {
-        return m_others[(i >> 16) - 1][i & (kSegment - 1)];
-    }
-    void Grow();
-    void GrowFirst(std::uint32_t capacity);
+    void Grow(std::uint32_t capacity);
 
     std::uint32_t m_count = 0;
     std::uint32_t m_capacity = 0;
-    XmlElement* m_first = nullptr;
+    XmlElement* m_records = nullptr;
     std::unique_ptr<XmlElement[], Free> m_heap;
-    std::vector<std::unique_ptr<XmlElement[]>> m_others;
-    XmlElement m_few[kFew];  // the first segment of a small document
+    XmlElement m_few[kFew];  // the records of a small document
 };

@@ -9,8 +9,7 @@
 
 struct XmlOpenElement {
     std::uint32_t element;
-    std::uint32_t lastChild;   // 0 for none
-    std::uint32_t childDepth;  // as the flags of its children have it
+    std::uint32_t lastChild;  // 0 for none
     std::uint32_t nameLength;
     const char* name;
 
@@ -20,7 +19,7 @@ struct XmlOpenElement {
 // A stack, at whose bottom the document itself stands under an empty name. Names must outlive it.
 class XmlOpenElements {
 public:
-    XmlOpenElements() { *m_top = {0, 0, 1, 0, nullptr}; }
+    XmlOpenElements() { *m_top = {0, 0, 0, nullptr}; }
     XmlOpenElements(const XmlOpenElements&) = delete;
     XmlOpenElements& operator=(const XmlOpenElements&) = delete;
 

@@ -1,6 +1,5 @@
 #include "foundation/XmlReader.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "foundation/XmlCharacters.h"
@@ -37,7 +36,6 @@ private:
     void EndAllInside(std::size_t outer, const char* where);
     void MoveChildrenUp(std::size_t outer);
     void CheckRoot();
-    void CorrectDepths();
     void Report(const XmlFinding& finding);
 
     std::size_t Offset(const char* place) const {
@@ -51,15 +49,16 @@ private:
     XmlTokenizer m_tokens;
     XmlOpenElements m_open;
     bool m_isWellFormed = true;
-    bool m_isMoved = false;
 };
 
 // Behind the end tag of that name at `tag`, which may be the text's end; null if it is no such tag.
 inline const char* Reader::PlainEndTagEnd(const char* tag, const char* name,
                                           std::size_t nameLength) const {
-    if (static_cast<std::size_t>(m_end - tag) < nameLength + 3 || tag[1] != '/') return nullptr;
+    if (tag == m_end || tag[1] != '/' || !IsXmlNameAgain(tag + 2, m_end, name, nameLength)) {
+        return nullptr;
+    }
     const char* const end = tag + 2 + nameLength;
-    return *end == '>' && AreEqualXmlNames(tag + 2, name, nameLength) ? end + 1 : nullptr;
+    return *end == '>' ? end + 1 : nullptr;
 }
 
 // A record for the element of the start tag at `tag`, from there to `end`.
@@ -68,21 +67,15 @@ inline std::uint32_t Reader::Add(const char* tag, const char* end, std::uint32_t
     const std::uint32_t added = m_index.Add();
     XmlOpenElement& parent = m_open.Top();
     const std::uint32_t previous = parent.lastChild;
-    XmlElement& element = m_index[added];
-    element.start = Offset(tag);
-    element.length = Offset(end) - Offset(tag);
-    element.tagLengths = tagLengths;
-    element.flags = flags | parent.childDepth;
-    element.parent = parent.element;
-    element.firstChild = 0;
-    element.nextSibling = 0;
-    element.previousSibling = previous;
-    if (previous != 0) {
-        m_index[previous].nextSibling = added;
-    } else {
-        element.flags |= XmlElement::kFirstChild;
-        m_index[parent.element].firstChild = added;
-    }
+    m_index[added] = {.start = static_cast<std::uint32_t>(Offset(tag)),
+                      .length = static_cast<std::uint32_t>(end - tag),
+                      .tagLengths = tagLengths,
+                      .flags = flags,
+                      .parent = parent.element,
+                      .firstChild = 0,
+                      .nextSibling = 0,
+                      .previousSibling = previous};
+    (previous != 0 ? m_index[previous].nextSibling : m_index[parent.element].firstChild) = added;
     parent.lastChild = added;
     return added;
 }
@@ -95,7 +88,6 @@ bool Reader::Read() {
         p = *next == '<' ? next : FindXmlByte(next, m_end, '<');
     }
     EndAllInside(0, m_end);
-    if (m_isMoved) CorrectDepths();
     CheckRoot();
     return m_isWellFormed;
 }
@@ -161,11 +153,8 @@ void Reader::ReadEndTag(const XmlToken& token) {
 
 // Until its end tag is found an element is its start tag alone.
 void Reader::Open(const char* tag, const char* end, std::size_t nameLength, std::uint32_t flags) {
-    const std::uint32_t depth = m_open.Top().childDepth;
-    const std::uint32_t length = Offset(end) - Offset(tag);
-    const std::uint32_t added = Add(tag, end, PackXmlTagLengths(length, 0), flags);
-    m_open.Push({added, 0, std::min(depth + 1, XmlElement::kDepth),
-                 static_cast<std::uint32_t>(nameLength), tag + 1});
+    const std::uint32_t added = Add(tag, end, PackXmlTagLengths(end - tag, 0), flags);
+    m_open.Push({added, 0, static_cast<std::uint32_t>(nameLength), tag + 1});
 }
 
 // Ends the innermost element by its end tag.
@@ -204,7 +193,6 @@ void Reader::MoveChildrenUp(std::size_t outer) {
         if (first == 0) continue;
         element.firstChild = 0;
         element.nextSibling = first;
-        m_index[first].flags &= ~XmlElement::kFirstChild;
         m_index[first].previousSibling = m_open[i].element;
         for (std::uint32_t child = first; child != 0; child = m_index[child].nextSibling) {
             m_index[child].parent = parent;
@@ -212,7 +200,6 @@ void Reader::MoveChildrenUp(std::size_t outer) {
         last = m_open[i].lastChild;
     }
     m_open[outer].lastChild = last;
-    m_isMoved = true;
 }
 
 void Reader::CheckRoot() {
@@ -229,16 +216,6 @@ void Reader::CheckRoot() {
     const std::string_view text(m_begin, static_cast<std::size_t>(m_end - m_begin));
     Report({"root_has_sibling", "tagname", XmlNameAtFront(text.substr(place + 1)), place,
             m_index[root].start});
-}
-
-// A parent's index is always below its children's.
-void Reader::CorrectDepths() {
-    for (std::uint32_t i = 1; i < m_index.Count(); ++i) {
-        XmlElement& element = m_index[i];
-        const std::uint32_t above = m_index[element.parent].flags & XmlElement::kDepth;
-        const std::uint32_t depth = std::min(above + 1, XmlElement::kDepth);
-        element.flags = (element.flags & ~XmlElement::kDepth) | depth;
-    }
 }
 
 void Reader::Report(const XmlFinding& finding) {

@@ -1,8 +1,13 @@
 // XmlScan.h - searches in XML text that mostly end within a few bytes, made without a call.
 //
 // None of the bytes looked for is the second of a character in any code page. Sixteen bytes are
-// compared at once, as a vector of the compiler's; no byte outside the text is read.
+// compared at once, as a vector of the compiler's; no byte outside the text is read. Where the
+// processor tells in one step which of them matched, it does.
 #pragma once
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include <bit>
 #include <cstddef>
@@ -16,8 +21,6 @@ namespace xml_scan {
 using Bytes = unsigned char __attribute__((vector_size(16)));
 using Found = decltype(Bytes{} == 0);  // all bits of a byte are set where it is one of those
 
-using Halves = std::uint64_t __attribute__((vector_size(16)));
-
 inline Bytes Load(const char* p) {
     Bytes bytes;
     std::memcpy(&bytes, p, sizeof bytes);
@@ -28,16 +31,20 @@ inline bool HasRoom(const char* p, const char* end) {
     return end - p >= static_cast<std::ptrdiff_t>(sizeof(Bytes));
 }
 
-inline std::size_t FirstIn(std::uint64_t half) {
-    const bool isLittle = std::endian::native == std::endian::little;
-    return static_cast<std::size_t>(isLittle ? std::countr_zero(half) : std::countl_zero(half)) / 8;
+// A bit for each byte, the first byte's the lowest.
+inline unsigned int Bits(Found found) {
+#ifdef __SSE2__
+    return static_cast<unsigned int>(_mm_movemask_epi8(reinterpret_cast<__m128i>(found)));
+#else
+    unsigned int bits = 0;
+    for (unsigned int i = 0; i < sizeof(Bytes); ++i) bits |= (found[i] & 1U) << i;
+    return bits;
+#endif
 }
 
 // The place of the first that was found; the number of bytes if none was.
 inline std::size_t First(Found found) {
-    const auto halves = reinterpret_cast<Halves>(found);
-    if (halves[0] != 0) return FirstIn(halves[0]);
-    return sizeof halves[0] + (halves[1] != 0 ? FirstIn(halves[1]) : sizeof halves[1]);
+    return static_cast<std::size_t>(std::countr_zero(Bits(found) | 1U << sizeof(Bytes)));
 }
 
 template <typename Word>
@@ -89,26 +96,40 @@ inline XmlTextEnd FindXmlTextEnd(const char* p, const char* end) {
 // Where the name that begins at `p` ends. The text has a zero byte at `end`.
 inline const char* FindXmlNameEnd(const char* p, const char* end) {
     using namespace xml_scan;
-    // Whatever ends a name is an angle bracket, which differ in one bit, or stands below the
-    // digits, as a few bytes do that don't.
-    while (HasRoom(p, end)) {
+    if (HasRoom(p, end)) [[likely]] {
+        // Whatever ends a name is an angle bracket, which differ in one bit, or stands below the
+        // digits, as a few bytes do that don't.
         const Bytes bytes = Load(p);
         const std::size_t first = First(((bytes | ('<' ^ '>')) == '>') | (bytes < '0'));
-        p += first;
-        if (first == sizeof(Bytes)) continue;
-        if (EndsXmlName(*p)) return p;
-        ++p;
+        if (first < sizeof(Bytes) && p[first] == '>') return p + first;
     }
     while (!EndsXmlName(*p)) ++p;
     return p;
 }
 
+// Whether the name at `name` stands again at `p`, later in the text; `p` plus its length is then in
+// the text or its end.
+inline bool IsXmlNameAgain(const char* p, const char* end, const char* name, std::size_t length) {
+    using namespace xml_scan;
+    if (HasRoom(p, end) && length < sizeof(Bytes)) [[likely]] {
+        const unsigned int wanted = (1U << length) - 1;
+        return (Bits(Load(p) == Load(name)) & wanted) == wanted;
+    }
+    return static_cast<std::size_t>(end - p) >= length && std::memcmp(p, name, length) == 0;
+}
+
+// True if the `length` bytes at both places are the same and no more than sixteen.
+inline bool AreEqualShortXmlNames(const char* a, const char* b, std::size_t length) {
+    using namespace xml_scan;
+    // From either end, so that no byte outside is read.
+    if (length - 8 <= 8) return AreEqual<std::uint64_t>(a, b, length);
+    if (length - 4 < 4) return AreEqual<std::uint32_t>(a, b, length);
+    if (length - 1 > 2) return false;
+    return a[0] == b[0] && a[length / 2] == b[length / 2] && a[length - 1] == b[length - 1];
+}
+
 // True if the `length` bytes at both places are the same.
 inline bool AreEqualXmlNames(const char* a, const char* b, std::size_t length) {
-    using namespace xml_scan;
     if (length > 16 || length == 0) return std::memcmp(a, b, length) == 0;
-    // From either end, so that no byte outside is read.
-    if (length >= 8) return AreEqual<std::uint64_t>(a, b, length);
-    if (length >= 4) return AreEqual<std::uint32_t>(a, b, length);
-    return a[0] == b[0] && a[length / 2] == b[length / 2] && a[length - 1] == b[length - 1];
+    return AreEqualShortXmlNames(a, b, length);
 }

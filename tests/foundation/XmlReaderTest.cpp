@@ -199,12 +199,10 @@ TEST(XmlReaderTest, RecordsSayWhereAnElementAndItsTagsAre) {
     EXPECT_EQ(index[1].start, 1U);
     EXPECT_EQ(index[1].length, 19U);
     EXPECT_EQ(index[1].tagLengths, 9U | 5U << 22);
-    EXPECT_EQ(index[1].flags & XmlElement::kDepth, 1U);
     EXPECT_EQ(index[1].firstChild, 2U);
     EXPECT_EQ(index[2].start, 11U);
     EXPECT_EQ(index[2].length, 4U);
     EXPECT_EQ(index[2].tagLengths, 4U);
-    EXPECT_EQ(index[2].flags & XmlElement::kDepth, 2U);
     EXPECT_EQ(index[2].parent, 1U);
 }
 
@@ -218,8 +216,6 @@ TEST(XmlReaderTest, AFirstChildPointsToTheLastAndEachOtherToTheOneBefore) {
     EXPECT_EQ(index[4].previousSibling, 3U);
     EXPECT_EQ(index[2].nextSibling, 3U);
     EXPECT_EQ(index[4].nextSibling, 0U);
-    EXPECT_NE(index[2].flags & XmlElement::kFirstChild, 0U);
-    EXPECT_EQ(index[3].flags & XmlElement::kFirstChild, 0U);
 }
 
 TEST(XmlReaderTest, RecordsSayWhatIsIllFormed) {
@@ -234,15 +230,6 @@ TEST(XmlReaderTest, RecordsSayWhatIsIllFormed) {
     EXPECT_EQ(index[4].length, 3U);
     ASSERT_TRUE(ReadXml("<A/>", index, results));
     EXPECT_EQ(index[0].flags & XmlElement::kIllFormedDocument, 0U);
-}
-
-TEST(XmlReaderTest, DepthsAreRightAfterElementsHaveMoved) {
-    XmlIndex index;
-    std::string results;
-    EXPECT_FALSE(ReadXml("<A><B><C><D/></C></A>", index, results));
-    EXPECT_EQ(index[2].flags & XmlElement::kDepth, 2U);
-    EXPECT_EQ(index[3].flags & XmlElement::kDepth, 2U);
-    EXPECT_EQ(index[4].flags & XmlElement::kDepth, 3U);
 }
 
 }  // namespace
