@@ -7,6 +7,7 @@
 #include "dialogs/Resource.h"
 #include "foundation/Registry.h"
 #include "host/ModuleState.h"
+#include "platform/CodePage.h"
 #include "platform/InvalidParameter.h"
 #include "service/Messages.h"
 
@@ -46,10 +47,7 @@ bool IsSpace(char character) { return std::isspace(static_cast<unsigned char>(ch
 
 // 2 for a character of two bytes: the second is never a blank of its own.
 std::size_t CharacterLength(const std::string& text, std::size_t position) {
-    constexpr unsigned char kFirstLead = 0x81, kLastLead = 0xFE;
-    const auto first = static_cast<unsigned char>(text[position]);
-    const bool leads = first >= kFirstLead && first <= kLastLead;
-    return leads && position + 1 < text.size() ? 2 : 1;
+    return platform::IsAnsiLeadByte(text[position]) && position + 1 < text.size() ? 2 : 1;
 }
 
 std::string Trimmed(const std::string& text) {
