@@ -46,6 +46,14 @@ public:
     Options& SetText(CURLoption option, const std::string& text) {
         return text.empty() ? *this : Set(option, text.c_str());
     }
+    // A libcurl that doesn't know the option has nothing in its place.
+    Options& Clear(CURLoption option) {
+        if (m_result != CURLE_OK) return *this;
+        const CURLcode result = m_curl.setOption(m_handle, option, static_cast<char*>(nullptr));
+        const bool known = result != CURLE_NOT_BUILT_IN && result != CURLE_UNKNOWN_OPTION;
+        if (known) m_result = result;
+        return *this;
+    }
     CURLcode Result() const { return m_result; }
 
 private:
@@ -93,15 +101,25 @@ void SetAddress(Options& options, const ExchangeSettings& settings,
         .SetText(CURLOPT_PASSWORD, request.password);
 }
 
+// libcurl has a folder of the system's beside the file, which it would go on to trust.
+void SetTrust(Options& options, const std::string& caFile) {
+    options.Set(CURLOPT_CAINFO, caFile.c_str())
+        .Set(CURLOPT_PROXY_CAINFO, caFile.c_str())
+        .Clear(CURLOPT_CAPATH)
+        .Clear(CURLOPT_PROXY_CAPATH);
+}
+
 void SetSecurity(Options& options, const ExchangeSettings& settings) {
     options.Set(CURLOPT_SSL_VERIFYPEER, 1L)
         .Set(CURLOPT_SSL_VERIFYHOST, 2L)
         .Set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2))
-        .SetText(CURLOPT_CAINFO, settings.caFile);
+        .Set(CURLOPT_PROXY_SSL_VERIFYPEER, 1L)
+        .Set(CURLOPT_PROXY_SSL_VERIFYHOST, 2L)
+        .Set(CURLOPT_PROXY_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    if (!settings.caFile.empty()) return SetTrust(options, settings.caFile);
     // Where OpenSSL brings no certificates of its own.
-    if (settings.caFile.empty()) {
-        options.Set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA));
-    }
+    options.Set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA))
+        .Set(CURLOPT_PROXY_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA));
 }
 
 void SetLimits(Options& options, const ExchangeSettings& settings, const ExchangeRequest& request) {

@@ -33,7 +33,8 @@ struct ExchangeOutcome {
 
 // Posts the request and takes the answer, whatever its status, on a connection of its own. A
 // redirect is followed with the request, to http and https addresses, from https to https alone.
-// Servers' certificates are checked, with TLS 1.2 at least. User and password go to the host of
-// `url` only, once it asks for them; no cookie is kept. Blocks for settings.timeoutMs at the most.
-// Any number of threads may do it at a time.
+// Certificates of servers and of HTTPS proxies are checked, with TLS 1.2 at least; with a CA file
+// none is trusted but its own. User and password go to the host of `url` only, once it asks for
+// them; no cookie is kept. Blocks for settings.timeoutMs at the most. Any number of threads may do
+// it at a time.
 ExchangeOutcome PostRequest(const ExchangeSettings& settings, const ExchangeRequest& request);

@@ -12,7 +12,7 @@ constexpr unsigned int kLongestTimeoutSeconds = 600;
 // Texts are UTF-8.
 struct ExchangeSettings {
     std::string proxy{};   // empty: libcurl's rule, which heeds the environment
-    std::string caFile{};  // PEM; empty: the certificates that the system trusts
+    std::string caFile{};  // PEM, trusted alone; empty: what the system trusts
     long connectTimeoutMs = kDefaultConnectTimeoutMs;
     long timeoutMs = kDefaultTimeoutMs;  // of one whole exchange
 };
