@@ -25,7 +25,8 @@ void* CHandleTable::MakeContext() {
         return entry.second.reader == caller && !IsUnderWay(entry.second);
     });
     if (m_contexts.size() >= kMostContexts && !ReleaseOldest(nullptr)) return nullptr;
-    m_contexts.try_emplace(m_last + kStep);
+    TransportContext& made = m_contexts[m_last + kStep];
+    made.lastUse = ++m_uses;
     m_last += kStep;
     return HandleOf(m_last);
 }
@@ -59,10 +60,29 @@ void CHandleTable::MakeRoom(std::size_t bytes, void* request) {
     while (HeldBytes() + bytes > kMostHeldBytes && ReleaseOldest(kept)) continue;
 }
 
+void CHandleTable::Finish(void* request, int result, std::string answer) {
+    MakeRoom(answer.size(), request);
+    HttpRequest& sent = *FindRequest(request);
+    sent.state = RequestState::kOver;
+    sent.result = result;
+    sent.answer = std::move(answer);
+    OwnerOf(request)->lastUse = ++m_uses;
+}
+
+void CHandleTable::MarkRead(void* request) {
+    TransportContext& owner = *OwnerOf(request);
+    owner.reader = std::this_thread::get_id();
+    owner.lastUse = ++m_uses;
+}
+
 bool CHandleTable::ReleaseOldest(const TransportContext* kept) {
-    const auto oldest = std::find_if(m_contexts.begin(), m_contexts.end(), [kept](auto& entry) {
-        return &entry.second != kept && !IsUnderWay(entry.second);
-    });
+    auto oldest = m_contexts.end();
+    for (auto entry = m_contexts.begin(); entry != m_contexts.end(); ++entry) {
+        const TransportContext& context = entry->second;
+        if (&context == kept || IsUnderWay(context)) continue;
+        const bool isOlder = oldest == m_contexts.end() || context.lastUse < oldest->second.lastUse;
+        if (isOlder) oldest = entry;
+    }
     if (oldest == m_contexts.end()) return false;
     m_contexts.erase(oldest);
     return true;

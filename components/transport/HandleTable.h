@@ -17,16 +17,18 @@ struct TransportContext {
     std::string address{};
     int fault = 0;  // the first step of the configuration that failed
     std::map<std::uintptr_t, HttpRequest> requests{};
-    std::thread::id reader{};  // who read an answer last
+    std::thread::id reader{};    // who read an answer last
+    std::uintptr_t lastUse = 0;  // the larger the later
 };
 
 // Callers release nothing, so the table does. A context goes, with its requests,
 // - when the thread that read an answer of it begins another context;
 // - when it is the oldest, kMostContexts are there and one more is begun;
 // - when it is the oldest, and bodies and answers together would have more than kMostHeldBytes.
-// A context with an exchange under way stays in any case. Handles are numbers, used only once and
-// never followed as pointers. What Find gives stays in its place until the context goes. Not
-// locked: its user does that.
+// The oldest is the one that was begun, had an exchange end or an answer read the longest ago: an
+// answer that was slow to come isn't old when it comes. A context with an exchange under way stays
+// in any case. Handles are numbers, used only once and never followed as pointers. What Find gives
+// stays in its place until the context goes. Not locked: its user does that.
 class CHandleTable {
 public:
     // Null if all kMostContexts have an exchange under way.
@@ -43,6 +45,11 @@ public:
     // Lets old contexts go until `bytes` more have room, all but the owner of `request`.
     void MakeRoom(std::size_t bytes, void* request);
 
+    // The exchange of `request`, which is there, has ended so; room for the answer is made.
+    void Finish(void* request, int result, std::string answer);
+    // The calling thread reads the answer of `request`, which is there.
+    void MarkRead(void* request);
+
     std::size_t Contexts() const { return m_contexts.size(); }
 
 private:
@@ -51,4 +58,5 @@ private:
 
     std::map<std::uintptr_t, TransportContext> m_contexts;
     std::uintptr_t m_last = 0;
+    std::uintptr_t m_uses = 0;
 };

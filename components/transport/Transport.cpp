@@ -159,11 +159,7 @@ int dwnt_http_processEx(void* context, std::uint64_t, void* request) {
     std::string answer;
     const int result = Perform(errand, answer);
     return WithTable([&](CHandleTable& table) {
-        table.MakeRoom(answer.size(), request);
-        HttpRequest& sent = *table.FindRequest(request);
-        sent.state = RequestState::kOver;
-        sent.result = result;
-        sent.answer = std::move(answer);
+        table.Finish(request, result, std::move(answer));
         return result;
     });
 }
@@ -180,7 +176,7 @@ int dwnt_http_response_data_get(void* request, unsigned char** data, int* dataLe
         }
         *data = reinterpret_cast<unsigned char*>(found->answer.data());
         *dataLen = static_cast<int>(found->answer.size());
-        table.OwnerOf(request)->reader = std::this_thread::get_id();
+        table.MarkRead(request);
         return kTransportOk;
     });
 }

@@ -18,7 +18,11 @@ protected:
     }
     void MarkRead(void* request) {
         ASSERT_NE(m_table.OwnerOf(request), nullptr);
-        m_table.OwnerOf(request)->reader = std::this_thread::get_id();
+        m_table.MarkRead(request);
+    }
+    // As many contexts as there may be, but for one.
+    void FillUp() {
+        while (m_table.Contexts() < kMostContexts - 1) ASSERT_NE(m_table.MakeContext(), nullptr);
     }
 
     CHandleTable m_table;
@@ -71,6 +75,32 @@ TEST_F(HandleTableTest, TheOldestOfTooManyContextsGoes) {
     EXPECT_NE(m_table.FindContext(second), nullptr);
 }
 
+TEST_F(HandleTableTest, AContextWhoseExchangeEndsLateIsYoungerThanThoseBegunMeanwhile) {
+    void* const slow = Begin();
+    m_table.FindRequest(slow)->state = RequestState::kUnderWay;
+    void* const meanwhile = Begin();
+    FillUp();
+    m_table.Finish(slow, 0, "<a/>");
+    m_table.MakeContext();
+    m_table.MakeContext();
+    ASSERT_NE(m_table.FindRequest(slow), nullptr);
+    EXPECT_EQ(m_table.FindRequest(slow)->answer, "<a/>");
+    EXPECT_EQ(m_table.FindRequest(meanwhile), nullptr);
+    for (std::size_t i = 0; i < kMostContexts; ++i) m_table.MakeContext();
+    EXPECT_EQ(m_table.FindRequest(slow), nullptr) << "in the end it goes too";
+}
+
+TEST_F(HandleTableTest, AContextWhoseAnswerWasJustReadIsTheYoungest) {
+    void* const read = Begin();
+    void* const other = Begin();
+    FillUp();
+    std::async(std::launch::async, [&] { MarkRead(read); }).get();
+    m_table.MakeContext();
+    m_table.MakeContext();
+    EXPECT_NE(m_table.FindRequest(read), nullptr);
+    EXPECT_EQ(m_table.FindRequest(other), nullptr);
+}
+
 TEST_F(HandleTableTest, AHundredThousandContextsThatNobodyReleasesStayFew) {
     for (int i = 0; i < 100'000; ++i) {
         Begin();
@@ -115,6 +145,17 @@ TEST_F(HandleTableTest, WhereAllAreUnderWayNoneIsBegun) {
     m_table.FindRequest(last)->state = RequestState::kOver;
     EXPECT_NE(m_table.MakeContext(), nullptr);
     EXPECT_EQ(m_table.FindRequest(last), nullptr);
+}
+
+TEST_F(HandleTableTest, AnAnswerThatCameLateMakesRoomLast) {
+    void* const slow = Begin();
+    m_table.FindRequest(slow)->state = RequestState::kUnderWay;
+    void* const quick = Begin();
+    m_table.Finish(quick, 0, std::string(kMostHeldBytes / 4, 'x'));
+    m_table.Finish(slow, 0, std::string(kMostHeldBytes / 4, 'x'));
+    m_table.Finish(Begin(), 0, std::string(kMostHeldBytes * 3 / 4, 'x'));
+    EXPECT_EQ(m_table.FindRequest(quick), nullptr);
+    EXPECT_NE(m_table.FindRequest(slow), nullptr);
 }
 
 TEST_F(HandleTableTest, OldAnswersMakeRoomForNewOnes) {

@@ -249,6 +249,26 @@ TEST_F(TransportTest, TheSizeOfTheStoreLimitsAnAnswer) {
     EXPECT_EQ(Exchange(server.Url("/"), "", answer), kTransportAnswerTooLarge);
 }
 
+TEST_F(TransportTest, AnAnswerThatWasSlowOutlivesTheContextsThatWereBegunMeanwhile) {
+    const auto beginOthers = [](std::size_t count) {
+        void* context = nullptr;
+        for (std::size_t i = 0; i < count; ++i) dwnt_context_init(0, &context);
+    };
+    const LoopbackServer server([&](const Request&) {
+        beginOthers(kMostContexts - 1);
+        return LoopbackServer::Page("200 OK", "<slow/>");
+    });
+    ASSERT_EQ(SetServer(m_context, server.Url("/")), kTransportOk);
+    ASSERT_EQ(dwnt_http_processEx(m_context, 0, m_request), kTransportOk);
+    std::thread(beginOthers, kMostContexts / 2).join();
+    unsigned char* data = nullptr;
+    int length = 0;
+    ASSERT_EQ(dwnt_http_response_data_get(m_request, &data, &length), kTransportOk);
+    std::thread(beginOthers, kMostContexts - 1).join();
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(data), static_cast<std::size_t>(length)),
+              "<slow/>");
+}
+
 // Both servers wait until both requests are there.
 TEST_F(TransportTest, TwoExchangesRunAtATime) {
     std::latch both(2);
