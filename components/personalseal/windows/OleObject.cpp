@@ -2,6 +2,7 @@
 
 #include <cwchar>
 #include <string>
+#include <utility>
 
 #include "components/automation/windows/AutomationServer.h"
 #include "platform/windows/WideText.h"
@@ -20,14 +21,13 @@ HRESULT Refuse(HRESULT status, Interface** object) {
 
 }  // namespace
 
-CWindowlessOleObject::~CWindowlessOleObject() {
-    if (m_site != nullptr) m_site->Release();
-}
+CWindowlessOleObject::~CWindowlessOleObject() { CWindowlessOleObject::SetClientSite(nullptr); }
 
+// A site that is let go may call back at once.
 HRESULT CWindowlessOleObject::SetClientSite(IOleClientSite* site) {
     if (site != nullptr) site->AddRef();
-    if (m_site != nullptr) m_site->Release();
-    m_site = site;
+    IOleClientSite* const former = std::exchange(m_site, site);
+    if (former != nullptr) former->Release();
     return S_OK;
 }
 

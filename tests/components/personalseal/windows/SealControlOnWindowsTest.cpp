@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "components/automation/RegisteredClass.h"
 #include "components/personalseal/SealControlCodes.h"
@@ -21,6 +23,32 @@ GUID ClassId() {
     return id;
 }
 
+// A container's site, which does something once when it is let go. Nobody else ends it.
+class Site final : public IOleClientSite {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++m_references; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --m_references;
+        const auto atEnd = left == 0 ? std::exchange(m_atEnd, nullptr) : nullptr;
+        if (atEnd) atEnd();
+        return left;
+    }
+    HRESULT STDMETHODCALLTYPE SaveObject() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetContainer(IOleContainer**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ShowObject() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnShowWindow(BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE RequestNewObjectLayout() override { return E_NOTIMPL; }
+
+    ULONG References() const { return m_references; }
+    void AtEnd(std::function<void()> step) { m_atEnd = std::move(step); }
+
+private:
+    ULONG m_references = 0;
+    std::function<void()> m_atEnd;
+};
+
 class SealControlOnWindows : public testing::Test {
 protected:
     SealControlOnWindows() {
@@ -31,8 +59,7 @@ protected:
         m_control = static_cast<IDispatch*>(object);
     }
     ~SealControlOnWindows() override {
-        if (m_ole != nullptr) m_ole->Release();
-        if (m_control != nullptr) m_control->Release();
+        LetGo();
         UnregisterClassFile(CONTROL_FILE, kPersonalSealControlClass);
         CoUninitialize();
     }
@@ -42,6 +69,10 @@ protected:
         const HRESULT status = m_control->QueryInterface(IID_IOleObject, &object);
         m_ole = static_cast<IOleObject*>(object);
         return status == S_OK;
+    }
+    void LetGo() {
+        if (m_ole != nullptr) std::exchange(m_ole, nullptr)->Release();
+        if (m_control != nullptr) std::exchange(m_control, nullptr)->Release();
     }
     DISPID Method(const wchar_t* name) {
         std::wstring text = name;
@@ -88,6 +119,43 @@ TEST_F(SealControlOnWindows, AsAnOleObjectItTellsItsClassAndThatItShowsNothing) 
     EXPECT_EQ(m_ole->GetClientSite(&site), S_OK);
     EXPECT_EQ(site, nullptr);
     EXPECT_EQ(m_ole->Close(OLECLOSE_NOSAVE), S_OK);
+}
+
+TEST_F(SealControlOnWindows, TheSiteIsKeptUntilAnotherComesOrTheObjectGoes) {
+    ASSERT_TRUE(AskForOle());
+    Site first;
+    Site second;
+    EXPECT_EQ(m_ole->SetClientSite(&first), S_OK);
+    EXPECT_EQ(m_ole->SetClientSite(&first), S_OK);
+    EXPECT_EQ(first.References(), 1u);
+    IOleClientSite* told = nullptr;
+    EXPECT_EQ(m_ole->GetClientSite(&told), S_OK);
+    EXPECT_EQ(told, &first);
+    EXPECT_EQ(first.References(), 2u);
+    first.Release();
+    EXPECT_EQ(m_ole->SetClientSite(&second), S_OK);
+    EXPECT_EQ(first.References(), 0u);
+    LetGo();
+    EXPECT_EQ(second.References(), 0u);
+}
+
+TEST_F(SealControlOnWindows, ASiteThatIsLetGoMayCallBack) {
+    ASSERT_TRUE(AskForOle());
+    Site first;
+    Site second;
+    Site third;
+    IOleClientSite* told = nullptr;
+    first.AtEnd([&] {
+        m_ole->GetClientSite(&told);
+        m_ole->SetClientSite(&third);
+    });
+    m_ole->SetClientSite(&first);
+    m_ole->SetClientSite(&second);
+    EXPECT_EQ(told, &second);
+    EXPECT_EQ(second.References(), 1u) << "what was told to the site";
+    EXPECT_EQ(third.References(), 1u) << "the site's own choice stays";
+    LetGo();
+    EXPECT_EQ(third.References(), 0u);
 }
 
 TEST_F(SealControlOnWindows, WhatNeedsAWindowOrADocumentIsRefused) {
