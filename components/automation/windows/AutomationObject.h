@@ -7,12 +7,21 @@
 #include "components/automation/windows/AutomationCall.h"
 #include "components/automation/windows/AutomationServer.h"
 
-// An object with these interfaces, of which one is IDispatch or has it as its base. It counts its
-// references, from 1 on, and holds the server while it lives. There is no type library.
-template <typename... Interfaces>
-class CAutomationObject : public Interfaces... {
+class CServerHold {
 public:
-    CAutomationObject() { HoldServer(); }
+    CServerHold() { HoldServer(); }
+    ~CServerHold() { LetServerGo(); }
+    CServerHold(const CServerHold&) = delete;
+    CServerHold& operator=(const CServerHold&) = delete;
+};
+
+// An object with these interfaces, of which one is IDispatch or has it as its base. It counts its
+// references, from 1 on, and holds the server until all its parts have gone, whose ends may call
+// what others made. There is no type library.
+template <typename... Interfaces>
+class CAutomationObject : private CServerHold, public Interfaces... {
+public:
+    CAutomationObject() = default;
     CAutomationObject(const CAutomationObject&) = delete;
     CAutomationObject& operator=(const CAutomationObject&) = delete;
 
@@ -50,7 +59,7 @@ public:
     }
 
 protected:
-    virtual ~CAutomationObject() { LetServerGo(); }
+    virtual ~CAutomationObject() = default;
 
     virtual std::span<const AutomationMethod> Methods() const = 0;
     // May throw std::bad_alloc.

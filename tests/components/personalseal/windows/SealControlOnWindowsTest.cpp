@@ -158,6 +158,21 @@ TEST_F(SealControlOnWindows, ASiteThatIsLetGoMayCallBack) {
     EXPECT_EQ(third.References(), 0u);
 }
 
+TEST_F(SealControlOnWindows, TheFileIsInUseUntilTheObjectsLastPartHasGone) {
+    ASSERT_TRUE(AskForOle());
+    const HMODULE file = GetModuleHandleA(CONTROL_FILE);
+    const auto canUnload = reinterpret_cast<HRESULT(WINAPI*)()>(
+        reinterpret_cast<void*>(GetProcAddress(file, "DllCanUnloadNow")));
+    ASSERT_NE(canUnload, nullptr);
+    Site site;
+    HRESULT atEnd = S_OK;
+    site.AtEnd([&] { atEnd = canUnload(); });
+    m_ole->SetClientSite(&site);
+    LetGo();
+    EXPECT_EQ(site.References(), 0u);
+    EXPECT_EQ(atEnd, S_FALSE);
+}
+
 TEST_F(SealControlOnWindows, WhatNeedsAWindowOrADocumentIsRefused) {
     ASSERT_TRUE(AskForOle());
     EXPECT_TRUE(FAILED(m_ole->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, nullptr, nullptr)));
