@@ -252,6 +252,8 @@ std::optional<std::string> ShownSetting(const Setting& setting) {
     return value;
 }
 
+bool IsUnreadable(const Setting& setting) { return RawValue(setting) && !ReadSetting(setting); }
+
 void WriteSetting(const Setting& setting, const std::string& text) {
     CheckValue(setting, text);
     if (!Store(setting, text)) throw Unwritable(setting);

@@ -50,6 +50,9 @@ std::optional<std::string> ReadSetting(const Setting& setting);
 // of its password.
 std::optional<std::string> ShownSetting(const Setting& setting);
 
+// It is set, to what can't be read as its type: whoever needs it takes the default.
+bool IsUnreadable(const Setting& setting);
+
 // Checks `text` against the type and the largest number (usage Failure) and stores it. A store that
 // can't be written is a setup Failure, and so is one that doesn't give the value back.
 void WriteSetting(const Setting& setting, const std::string& text);

@@ -129,7 +129,19 @@ TEST_F(TimeStampConfigTest, ATimeOutAboveTheLargestIsRefusedAndNamedWhereItStand
     const CRegistry key(platform::CreateRegistryKey(
         platform::RegistryRootKey(platform::RegistryRoot::LocalMachine), kTimeStampSettingsKey));
     ASSERT_TRUE(platform::SetRegistryNumber(key.key, "Timeout", 86'400));
-    EXPECT_EQ(Finding(), "WRONG: TimeStampTimeout is 86400 seconds; the engine waits 600 at most.");
+    EXPECT_EQ(Finding(), "WRONG: TimeStampTimeout is 86400 seconds; the engine takes 600 at most.");
+}
+
+TEST_F(TimeStampConfigTest, ATimeOutThatIsNoNumberOrThatAnotherForestallsIsNamed) {
+    Use("http://127.0.0.1/");
+    Set("TimeStampConnectTimeout", "31");
+    EXPECT_EQ(Finding(),
+              "WRONG: TimeStampConnectTimeout is 31 seconds; the whole exchange ends after 30.");
+    const CRegistry key(platform::CreateRegistryKey(
+        platform::RegistryRootKey(platform::RegistryRoot::LocalMachine), kTimeStampSettingsKey));
+    ASSERT_TRUE(platform::SetRegistryString(key.key, "ConnectTimeout", "soon"));
+    EXPECT_EQ(Finding(),
+              "WRONG: TimeStampConnectTimeout is no number; the engine takes 10 seconds.");
 }
 
 TEST_F(TimeStampConfigTest, WhatIsWrongWithAnEngineThatIsNotInUseIsNoProblem) {

@@ -6,7 +6,9 @@
 #include "Settings.h"
 #include "StampPicture.h"
 #include "TerminalText.h"
+#include "commands/ExamineExchange.h"
 #include "components/http/Address.h"
+#include "components/transport/TransportSettings.h"
 #include "foundation/Registry.h"
 
 namespace {
@@ -39,8 +41,10 @@ void ExamineSource(Findings& findings, SealSource source) {
 }
 
 // The library asks for the status at exactly 1.
+bool StatusIsAskedFor() { return ReadNumberSetting("ReqEsealStatus") == 1; }
+
 void ExamineStatus(Findings& findings) {
-    if (ReadNumberSetting("ReqEsealStatus") != 1) {
+    if (!StatusIsAskedFor()) {
         findings.Good(kStatus, "not asked for");
         return;
     }
@@ -59,9 +63,37 @@ void ExamineStatus(Findings& findings) {
     }
 }
 
+// "10 seconds to reach a server, ..."
+std::string WayText(const TransportSettings& settings) {
+    const std::string certificates = settings.caFile.empty()
+                                         ? "the system's certificates"
+                                         : "the certificates of " + Printable(settings.caFile);
+    const std::string proxy =
+        settings.proxy.empty() ? "" : ", by " + Printable(WithoutPasswords(settings.proxy));
+    return std::to_string(settings.connectTimeoutMs / 1'000) + " seconds to reach a server, " +
+           std::to_string(settings.timeoutMs / 1'000) + " for all, " +
+           std::to_string(settings.largestAnswer >> 20) + " MiB of an answer, " + certificates +
+           proxy;
+}
+
+// The library's exchanges and those of the seal library, as the transport reads its settings.
+void ExamineWay(Findings& findings, bool inUse) {
+    constexpr ExchangeMaker kTransport = {"service exchange", "Service", "the transport"};
+    const std::size_t before = findings.Problems();
+    if (inUse) {
+        ExamineExchange(findings, kTransport);
+        ExamineNumber(findings, kTransport, "ServiceLargestAnswer", "MiB");
+    }
+    if (findings.Problems() > before) return;
+    findings.Good(kTransport.subject,
+                  WayText(ReadTransportSettings()) + (inUse ? "" : " (not in use)"));
+}
+
 }  // namespace
 
 void ExamineSources(Findings& findings) {
-    ExamineSource(findings, ConfiguredSource());
+    const SealSource source = ConfiguredSource();
+    ExamineSource(findings, source);
     ExamineStatus(findings);
+    ExamineWay(findings, source == SealSource::kOnline || StatusIsAskedFor());
 }

@@ -1,4 +1,5 @@
-// ExamineSources.h - the part of `tesmark doctor` about where seals come from.
+// ExamineSources.h - the part of `tesmark doctor` about where seals come from, and how services are
+// reached.
 #pragma once
 
 #include "commands/Findings.h"

@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "LoadedObject.h"
@@ -7,7 +6,7 @@
 #include "Settings.h"
 #include "TerminalText.h"
 #include "TimeStampWish.h"
-#include "commands/Findings.h"
+#include "commands/ExamineExchange.h"
 #include "components/http/Address.h"
 #include "components/timestamp/TimeStampSettings.h"
 #include "platform/Automation.h"
@@ -57,31 +56,6 @@ void ExamineMissing(Findings& findings, bool wanted) {
     }
 }
 
-// libcurl reads it anew for each connection, and makes none without a certificate in it.
-std::string FaultOfCaFile(const std::string& path) {
-    std::error_code error;
-    std::ifstream file(FileAt(path), std::ios::binary);
-    if (!file || std::filesystem::is_directory(FileAt(path), error)) {
-        return "TimeStampCaFile can't be read: " + Printable(path) + ".";
-    }
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("-----BEGIN ") && line.find("CERTIFICATE") != std::string::npos) {
-            return {};
-        }
-    }
-    return "TimeStampCaFile holds no certificate in PEM: " + Printable(path) + ".";
-}
-
-void ExamineTimeout(Findings& findings, const std::string& name) {
-    const auto value = ReadSetting(FindSetting(name));
-    const unsigned long seconds = value ? std::stoul(*value) : 0;
-    if (seconds <= kLongestTimeoutSeconds) return;
-    const std::string most = std::to_string(kLongestTimeoutSeconds);
-    findings.Problem(kSubject,
-                     name + " is " + *value + " seconds; the engine waits " + most + " at most.",
-                     "tesmark config set " + name + " " + most);
-}
-
 // As the engine reads them. Nobody is asked.
 void ExamineSettings(Findings& findings) {
     const TimeStampSettings settings = ReadTimeStampSettings();
@@ -96,12 +70,7 @@ void ExamineSettings(Findings& findings) {
             "No authority can be asked at " + Printable(WithoutPasswords(url)) + ": " + fault + ".",
             kSetAddress);
     }
-    const std::string fault = settings.caFile.empty() ? "" : FaultOfCaFile(settings.caFile);
-    if (!fault.empty()) {
-        findings.Problem(kSubject, fault, "tesmark config set TimeStampCaFile FILE, or unset it");
-    }
-    ExamineTimeout(findings, "TimeStampConnectTimeout");
-    ExamineTimeout(findings, "TimeStampTimeout");
+    ExamineExchange(findings, {kSubject, "TimeStamp", "the engine"});
 }
 
 }  // namespace
