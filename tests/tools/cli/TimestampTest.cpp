@@ -60,6 +60,35 @@ TEST_F(TimestampTest, AStampedPdfCarriesATimeStampThatIsVerified) {
     EXPECT_NE(PdfSig().find("Signature is Valid"), std::string::npos);
 }
 
+TEST_F(TimestampTest, AStampDrawnOfATextCarriesOneToo) {
+    UseAuthority(m_server.Url("/"));
+    ASSERT_EQ(Tesmark({"config", "set", "PersonalSealControl", CLI_PERSONAL_SEAL}).exitCode, 0);
+    const auto stamped = Stamp({"--text", "Approved", "--timestamp", "--pin", "123456"});
+    ASSERT_EQ(stamped.exitCode, 0) << stamped.error;
+    EXPECT_NE(stamped.out.find("drawn of a text"), std::string::npos) << stamped.out;
+    const Json::Value signature = Json({"verify", m_out})["signatures"][0];
+    EXPECT_EQ(signature["verdict"].asString(), "good") << signature;
+    EXPECT_EQ(signature["timeStamp"]["policy"].asString(), kAuthorityPolicy);
+    EXPECT_EQ(Tesmark({"timestamp", m_out}).exitCode, 0);
+    EXPECT_NE(PdfSig().find("Signature is Valid"), std::string::npos);
+}
+
+TEST_F(TimestampTest, AStampDrawnOfATextIsNotWrittenWithoutTheTimeStampThatWasAskedFor) {
+    UseAuthority(LoopbackServer::DeadUrl("/"));
+    ASSERT_EQ(Tesmark({"config", "set", "PersonalSealControl", CLI_PERSONAL_SEAL}).exitCode, 0);
+    EXPECT_EQ(Stamp({"--text", "Approved", "--timestamp", "--pin", "123456"}).exitCode, 1);
+    EXPECT_TRUE(NothingWritten());
+}
+
+TEST_F(TimestampTest, ADrawingOfTheNameCarriesOneToo) {
+    UseAuthority(m_server.Url("/"));
+    ASSERT_EQ(Tesmark({"config", "set", "PersonalSealControl", CLI_PERSONAL_SEAL}).exitCode, 0);
+    ASSERT_EQ(Tesmark({"config", "set", "bSealPosition", "3"}).exitCode, 0);
+    const auto stamped = Stamp({"--timestamp", "--pin", "123456"});
+    ASSERT_EQ(stamped.exitCode, 0) << stamped.error;
+    EXPECT_EQ(Tesmark({"timestamp", m_out}).exitCode, 0);
+}
+
 TEST_F(TimestampTest, ASignatureFileCarriesOneToo) {
     UseAuthority(m_server.Url("/"));
     const std::string file = InPrefix("text.txt");
