@@ -3,12 +3,17 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+// The addresses of `text`, which have ";", white space or zero bytes between them.
+std::vector<std::string> SplitAddresses(const std::string& text);
 
 // `url` without user, password, query and fragment, as it may be told.
 std::string ToldAddress(const std::string& url);
 
-// `text`, one address or several with ";" or white space between them, with "***" in the place of
-// every password in front of a host. All else stays.
+// `text`, one address or several as above, with "***" in the place of every password in front of a
+// host. All else stays. A password that isn't percent-encoded as it must be is a password here,
+// and in ToldAddress, as far as the "@" shows where it ends.
 std::string WithoutPasswords(const std::string& text);
 
 // What keeps an authority from being asked at `url`, as a clause; empty where its form is right:
