@@ -121,5 +121,7 @@ std::string FaultOfAddress(const std::string& url) {
     if (colon < host.size() && !IsPort(host.substr(colon + 1))) {
         return "its port is none from 1 to 65535";
     }
-    return {};
+    const bool isWhole =
+        std::none_of(url.begin(), url.end(), [](unsigned char c) { return c <= ' ' || c == 0x7F; });
+    return isWhole ? "" : "it has a blank or a control character";
 }

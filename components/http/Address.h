@@ -17,5 +17,6 @@ std::string ToldAddress(const std::string& url);
 std::string WithoutPasswords(const std::string& text);
 
 // What keeps an authority from being asked at `url`, as a clause; empty where its form is right:
-// http or https, a host, a port from 1 to 65535 where one is named. Nothing is looked up.
+// http or https, a host, a port from 1 to 65535 where one is named, nowhere a blank or a control
+// character. Nothing is looked up.
 std::string FaultOfAddress(const std::string& url);

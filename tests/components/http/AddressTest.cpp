@@ -83,4 +83,12 @@ TEST(AddressTest, APortThatCannotBeIsFaulty) {
     }
 }
 
+TEST(AddressTest, AnAddressWithABlankOrAControlCharacterIsFaulty) {
+    for (const char* const url : {"http://host/a b", "http://a b/", "http://host/ ",
+                                  "http://host/\r\nX: y", "http://host/\x7F"}) {
+        EXPECT_EQ(FaultOfAddress(url), "it has a blank or a control character") << url;
+    }
+    EXPECT_EQ(FaultOfAddress(reinterpret_cast<const char*>(u8"http://host/印章")), "");
+}
+
 }  // namespace
