@@ -1,6 +1,8 @@
 #include "tools/sealserver/ServiceRequest.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <pugixml.hpp>
@@ -21,14 +23,25 @@ bool Refuse(RequestFault& fault, int status, std::string message) {
     return false;
 }
 
-// A text would end there without a trace.
-bool HasZero(std::string_view body) {
+// The parser counts a reference's number in 32 bits and makes a character of any: 2^32 would be a
+// zero, at which a text ends without a trace, and others would be some other character.
+bool IsCharacter(std::string_view digits, int base) {
+    constexpr std::uint32_t kLastCharacter = 0x10FFFF;
+    std::uint32_t number = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
+    return read.ec == std::errc() && number != 0 && number <= kLastCharacter;
+}
+
+bool HasBadCharacter(std::string_view body) {
     if (body.find('\0') != body.npos) return true;
     for (std::size_t at = 0; (at = body.find("&#", at)) != body.npos;) {
         at += 2;
-        std::string_view digits = body.substr(at, body.find(';', at) - at);
-        if (digits.starts_with('x')) digits.remove_prefix(1);
-        if (digits.find_first_not_of('0') == digits.npos) return true;
+        const bool isHex = body.substr(at).starts_with('x');
+        if (isHex) ++at;
+        const char* const known = isHex ? "0123456789ABCDEFabcdef" : "0123456789";
+        const std::size_t end = std::min(body.find_first_not_of(known, at), body.size());
+        const bool isReference = end > at || body.substr(at).starts_with(';');
+        if (isReference && !IsCharacter(body.substr(at, end - at), isHex ? 16 : 10)) return true;
     }
     return false;
 }
@@ -117,7 +130,7 @@ bool ReadServiceRequest(std::string_view body, ServiceRequest& request, RequestF
     pugi::xml_document document;
     const auto parsed = document.load_buffer(
         body.data(), body.size(), pugi::parse_default | pugi::parse_doctype, pugi::encoding_utf8);
-    if (!parsed || HasZero(body)) return Refuse(fault, kBadRequest, "请求不是有效的XML");
+    if (!parsed || HasBadCharacter(body)) return Refuse(fault, kBadRequest, "请求不是有效的XML");
     Values values;
     if (!ReadValues(document, values, fault)) return false;
     const Shape* const shape = FindShape(values["REQUESTTYPE"]);

@@ -120,6 +120,24 @@ TEST_F(ServiceRequestTest, TextsAreUtf8WithoutControlCharacters) {
     }
 }
 
+TEST_F(ServiceRequestTest, AReferenceIsToACharacterThatThereIs) {
+    const auto refused = [&](const std::string& reference) {
+        return Refusal(Appointed("<SN>1</SN><SEALNUM>7</SEALNUM><DN>a" + reference + "b</DN>"));
+    };
+    for (const char* const good : {"&#x10FFFD;", "&#x0000000010fffd;", "&#1114109;"}) {
+        EXPECT_EQ(refused(good), 0) << good;
+        EXPECT_EQ(m_request.name,
+                  "a\xF4\x8F\xBF\xBD"
+                  "b");
+    }
+    // Zero, and by the bits that are left A and U+50000.
+    for (const char* const bad :
+         {"&#4294967296;", "&#x100000000;", "&#00004294967296;", "&#4294967361;", "&#x100000041;",
+          "&#x450000;", "&#x110000;", "&#1114112;", "&#18446744073709551616;", "&#;", "&#x;"})
+        EXPECT_EQ(refused(bad), 400) << bad;
+    EXPECT_EQ(refused("<![CDATA[&#b]]>"), 0);
+}
+
 TEST_F(ServiceRequestTest, TooMuchIsRefused) {
     const std::string longest(kMaxRequestText, 'x');
     EXPECT_EQ(Refusal(Appointed("<SN>1</SN><SEALNUM>7</SEALNUM><DN>" + longest + "</DN>")), 0);
