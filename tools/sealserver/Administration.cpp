@@ -25,12 +25,6 @@ std::string Checked(const std::string& what, const std::string& text, std::size_
     return trimmed;
 }
 
-std::string FirstFreeNumber(SealStore& store, std::int64_t certificate) {
-    int number = 1;
-    while (store.FindSeal(certificate, std::to_string(number))) ++number;
-    return std::to_string(number);
-}
-
 StoredCertificate CertificateOfTexts(const std::string& serial, const std::string& name) {
     StoredCertificate certificate;
     certificate.serial = Checked("The serial number", serial, kMaxRequestText);
@@ -66,7 +60,7 @@ std::int64_t EnterSeal(SealStore& store, std::int64_t certificate, const SealEnt
     seal.certificate = certificate;
     seal.number = Checked("The number", entry.number, kMaxAnswerText);
     if (seal.number.empty()) seal.number = Checked("The number", offered->sealId, kMaxAnswerText);
-    if (seal.number.empty()) seal.number = FirstFreeNumber(store, certificate);
+    if (seal.number.empty()) seal.number = store.FirstFreeNumber(certificate);
     seal.name = Checked("The name", entry.name, kMaxAnswerText);
     if (seal.name.empty()) seal.name = Checked("The name", offered->name, kMaxAnswerText);
     if (seal.name.empty()) seal.name = kUnnamed;

@@ -1,5 +1,7 @@
 #include "tools/sealserver/SealStore.h"
 
+#include <set>
+
 namespace {
 
 // "VSea": tells the file from those of other programs.
@@ -174,6 +176,17 @@ std::optional<StoredSeal> SealStore::FindSeal(std::int64_t certificate, const st
         std::string(kSealColumns) + ", file FROM seals WHERE certificate = ? AND number = ?";
     Statement rows(m_database, sql.c_str());
     return FirstSealWithFile(rows.Number(certificate).Text(number));
+}
+
+std::string SealStore::FirstFreeNumber(std::int64_t certificate) {
+    const Lock lock(m_mutex);
+    Statement rows(m_database, "SELECT number FROM seals WHERE certificate = ?");
+    rows.Number(certificate);
+    std::set<std::string> taken;
+    while (rows.Step()) taken.insert(rows.Column(0));
+    int number = 1;
+    while (taken.contains(std::to_string(number))) ++number;
+    return std::to_string(number);
 }
 
 std::int64_t SealStore::AddSeal(const StoredSeal& seal) {

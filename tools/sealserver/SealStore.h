@@ -67,6 +67,8 @@ public:
     std::vector<StoredSeal> Seals(std::int64_t certificate);
     std::optional<StoredSeal> Seal(std::int64_t id);
     std::optional<StoredSeal> FindSeal(std::int64_t certificate, const std::string& number);
+    // The first of "1", "2", ... that no seal of the certificate has. Reads no seal's file.
+    std::string FirstFreeNumber(std::int64_t certificate);
     // A conflict if the certificate has a seal of that number. `id` and `added` aren't looked at.
     std::int64_t AddSeal(const StoredSeal& seal);
     // False where there is no such seal.

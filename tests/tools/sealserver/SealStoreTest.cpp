@@ -58,6 +58,15 @@ TEST_F(SealStoreTest, ANumberIsFreeAgainAfterItsSealIsRemovedButIdsAreNot) {
     EXPECT_GT(AddSeal({EsSeal(), "7", ""}), first);
 }
 
+TEST_F(SealStoreTest, TheFirstFreeNumberIsFoundWithoutReadingAFile) {
+    const std::int64_t certificate = AddSigner();
+    EXPECT_EQ(m_store.FirstFreeNumber(certificate), "1");
+    for (const char* const number : {"1", "3", "02", "x"}) AddSeal({EsSeal(), number, ""});
+    EnterSeal(m_store, EnterCertificate(m_store, "", "99", "CN=Other"), {EsSeal(), "2", ""});
+    Database(Path()).Execute("ALTER TABLE seals RENAME COLUMN file TO unread");
+    EXPECT_EQ(m_store.FirstFreeNumber(certificate), "2");
+}
+
 TEST_F(SealStoreTest, SealsGoWithTheirCertificate) {
     const std::int64_t seal = AddSeal({EsSeal(), "7", ""});
     EXPECT_TRUE(m_store.RemoveCertificate(AddSigner()));
