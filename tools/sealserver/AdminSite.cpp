@@ -99,7 +99,7 @@ WebReply AdminSite::Answer(const WebRequest& request) {
     if (request.path == "/icon.svg") return Resource("image/svg+xml", kIcon);
     const bool isPost = request.method == "POST";
     if (isPost && request.path == "/login") return Login(request);
-    const auto session = m_sessions.Find(request.session);
+    const auto session = m_sessions.Find(request.session, m_store.Setting("password"));
     if (request.path == "/login")
         return session ? Redirect("/certificates") : LoginPage(200, DoneText(request), "");
     if (!session)
@@ -125,13 +125,13 @@ WebReply AdminSite::Login(const WebRequest& request) {
         return reply;
     }
     const std::string password = FieldOf(request, "password");
-    if (password.size() > kLongestPassword ||
-        !PasswordMatches(password, m_store.Setting("password"))) {
+    const std::string kept = m_store.Setting("password");
+    if (password.size() > kLongestPassword || !PasswordMatches(password, kept)) {
         WebReply reply = LoginPage(kForbidden, "", "The password is wrong.");
         reply.note = "login failed";
         return reply;
     }
-    const Session session = m_sessions.Begin(request.address);
+    const Session session = m_sessions.Begin(request.address, kept);
     WebReply reply = Redirect("/certificates", "login");
     reply.headers.emplace_back("Set-Cookie", std::string(kSessionCookie) + "=" + session.token +
                                                  "; Path=/; HttpOnly; SameSite=Strict" +
@@ -166,7 +166,6 @@ WebReply AdminSite::ChangePassword(const WebRequest& request, const Session& ses
         return PageReply(kBadRequest, {"Password", session.formToken, "", fault},
                          PasswordContent(session.formToken));
     m_store.SetSetting("password", HashPassword(chosen));
-    m_sessions.EndAll();
     return Redirect("/login?done=password", "password changed");
 }
 

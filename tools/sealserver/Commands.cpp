@@ -125,7 +125,7 @@ std::string AskedPassword() {
     return *first;
 }
 
-// A server that runs goes on with its sessions; the next login needs this one.
+// The sessions of a server that runs end with it: each knows what was kept of its password.
 void SetPassword(const Arguments& arguments) {
     SealStore store(arguments.database);
     const std::string password = AskedPassword();

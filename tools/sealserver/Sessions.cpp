@@ -40,22 +40,22 @@ void Sessions::MakeRoom(std::time_t now) {
         [](const auto& left, const auto& right) { return left.second.used < right.second.used; }));
 }
 
-Session Sessions::Begin(const std::string& address) {
+Session Sessions::Begin(const std::string& address, const std::string& password) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_attempts.erase(address);
     const std::time_t now = m_clock();
     MakeRoom(now);
-    const Session session{RandomHex(kTokenBytes), RandomHex(kTokenBytes), now, now};
+    const Session session{RandomHex(kTokenBytes), RandomHex(kTokenBytes), password, now, now};
     m_sessions[session.token] = session;
     return session;
 }
 
-std::optional<Session> Sessions::Find(const std::string& token) {
+std::optional<Session> Sessions::Find(const std::string& token, const std::string& password) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto found = m_sessions.find(token);
     if (found == m_sessions.end()) return std::nullopt;
     const std::time_t now = m_clock();
-    if (HasEnded(found->second, now)) {
+    if (HasEnded(found->second, now) || found->second.password != password) {
         m_sessions.erase(found);
         return std::nullopt;
     }
@@ -66,9 +66,4 @@ std::optional<Session> Sessions::Find(const std::string& token) {
 void Sessions::End(const std::string& token) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_sessions.erase(token);
-}
-
-void Sessions::EndAll() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_sessions.clear();
 }

@@ -12,12 +12,14 @@
 struct Session {
     std::string token;      // in the cookie
     std::string formToken;  // in every form of the page
+    std::string password;   // what was kept of the password at the login
     std::time_t begun = 0;
     std::time_t used = 0;
 };
 
-// A session ends after half an hour without a request, after eight hours in any case, and with the
-// process. At most kMostSessions stand; a further one takes the place of the one used longest ago.
+// A session ends after half an hour without a request, after eight hours in any case, with the
+// process, and once another password is kept, whoever has set it. At most kMostSessions stand; a
+// further one takes the place of the one used longest ago.
 constexpr std::time_t kIdleSeconds = 30 * 60;
 constexpr std::time_t kSessionSeconds = 8 * 60 * 60;
 constexpr std::size_t kMostSessions = 32;
@@ -36,12 +38,12 @@ public:
 
     // To be asked before a password is looked at: counts the attempt. False if it is refused.
     bool MayTry(const std::string& address);
-    // The password was right: the address's attempts are forgotten.
-    Session Begin(const std::string& address);
-    // The session of that token, used now; none if it has ended.
-    std::optional<Session> Find(const std::string& token);
+    // The password was right, by what is kept of it: the address's attempts are forgotten.
+    Session Begin(const std::string& address, const std::string& password);
+    // The session of that token, used now; none if it has ended. `password` is what is kept of the
+    // password by now.
+    std::optional<Session> Find(const std::string& token, const std::string& password);
     void End(const std::string& token);
-    void EndAll();
 
 private:
     bool HasEnded(const Session& session, std::time_t now) const;

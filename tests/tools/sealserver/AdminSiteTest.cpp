@@ -256,6 +256,16 @@ TEST_F(AdminSiteTest, ANewPasswordEndsAllSessions) {
     EXPECT_EQ(TryLogin("battery staple").status, 303);
 }
 
+TEST_F(AdminSiteTest, APasswordSetByAnotherProcessEndsAllSessions) {
+    LogIn();
+    EXPECT_EQ(Get("/certificates").status, 200);
+    // The same one, but kept anew.
+    SealStore(Path()).SetSetting("password", HashPassword(kPassword));
+    EXPECT_EQ(PlaceOf(Get("/certificates")), "/login");
+    EXPECT_EQ(Post("/certificates", {{"serial", "1"}, {"name", "x"}}).status, 403);
+    EXPECT_EQ(TryLogin(kPassword).status, 303);
+}
+
 TEST_F(AdminSiteTest, APasswordIsChangedByWhoKnowsTheOldOneAlone) {
     LogIn();
     const auto refused = [&](const Fields& fields) {

@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr char kKept[] = "hash";
+
 class SessionsTest : public testing::Test {
 protected:
     std::time_t m_now = 1'800'000'000;
@@ -40,46 +42,53 @@ TEST_F(SessionsTest, MadePasswordsAreLongAndDifferent) {
 }
 
 TEST_F(SessionsTest, ASessionIsFoundByItsTokenAlone) {
-    const Session session = m_sessions.Begin("a");
+    const Session session = m_sessions.Begin("a", kKept);
     EXPECT_EQ(session.token.size(), 64u);
     EXPECT_NE(session.token, session.formToken);
-    const auto found = m_sessions.Find(session.token);
+    const auto found = m_sessions.Find(session.token, kKept);
     ASSERT_TRUE(found);
     EXPECT_EQ(found->formToken, session.formToken);
-    EXPECT_FALSE(m_sessions.Find(session.formToken));
-    EXPECT_FALSE(m_sessions.Find(""));
+    EXPECT_FALSE(m_sessions.Find(session.formToken, kKept));
+    EXPECT_FALSE(m_sessions.Find("", kKept));
     m_sessions.End(session.token);
-    EXPECT_FALSE(m_sessions.Find(session.token));
+    EXPECT_FALSE(m_sessions.Find(session.token, kKept));
 }
 
 TEST_F(SessionsTest, ASessionEndsAfterHalfAnHourWithoutUse) {
-    const Session session = m_sessions.Begin("a");
+    const Session session = m_sessions.Begin("a", kKept);
     m_now += kIdleSeconds - 1;
-    EXPECT_TRUE(m_sessions.Find(session.token));
+    EXPECT_TRUE(m_sessions.Find(session.token, kKept));
     m_now += kIdleSeconds - 1;
-    EXPECT_TRUE(m_sessions.Find(session.token));
+    EXPECT_TRUE(m_sessions.Find(session.token, kKept));
     m_now += kIdleSeconds;
-    EXPECT_FALSE(m_sessions.Find(session.token));
+    EXPECT_FALSE(m_sessions.Find(session.token, kKept));
 }
 
 TEST_F(SessionsTest, ASessionInUseEndsAfterEightHours) {
-    const Session session = m_sessions.Begin("a");
+    const Session session = m_sessions.Begin("a", kKept);
     for (std::time_t passed = 0; passed + 600 < kSessionSeconds; passed += 600) {
         m_now += 600;
-        ASSERT_TRUE(m_sessions.Find(session.token));
+        ASSERT_TRUE(m_sessions.Find(session.token, kKept));
     }
     m_now += 600;
-    EXPECT_FALSE(m_sessions.Find(session.token));
+    EXPECT_FALSE(m_sessions.Find(session.token, kKept));
+}
+
+TEST_F(SessionsTest, ASessionEndsWithThePasswordThatItWasBegunBy) {
+    const Session session = m_sessions.Begin("a", kKept);
+    EXPECT_FALSE(m_sessions.Find(session.token, "another"));
+    EXPECT_FALSE(m_sessions.Find(session.token, kKept));
+    EXPECT_FALSE(m_sessions.Find(m_sessions.Begin("a", kKept).token, ""));
 }
 
 TEST_F(SessionsTest, TheSessionUsedLongestAgoMakesRoom) {
-    const Session first = m_sessions.Begin("a");
-    const Session second = m_sessions.Begin("a");
+    const Session first = m_sessions.Begin("a", kKept);
+    const Session second = m_sessions.Begin("a", kKept);
     ++m_now;
-    EXPECT_TRUE(m_sessions.Find(first.token));
-    for (std::size_t i = 2; i < kMostSessions + 1; ++i) m_sessions.Begin("a");
-    EXPECT_TRUE(m_sessions.Find(first.token));
-    EXPECT_FALSE(m_sessions.Find(second.token));
+    EXPECT_TRUE(m_sessions.Find(first.token, kKept));
+    for (std::size_t i = 2; i < kMostSessions + 1; ++i) m_sessions.Begin("a", kKept);
+    EXPECT_TRUE(m_sessions.Find(first.token, kKept));
+    EXPECT_FALSE(m_sessions.Find(second.token, kKept));
 }
 
 TEST_F(SessionsTest, TheSixthAttemptIsRefusedUntilTheFirstIsOld) {
@@ -98,7 +107,7 @@ TEST_F(SessionsTest, TheSixthAttemptIsRefusedUntilTheFirstIsOld) {
 
 TEST_F(SessionsTest, ALoginForgetsTheAttemptsBeforeIt) {
     for (std::size_t i = 0; i < kMostAttempts; ++i) EXPECT_TRUE(m_sessions.MayTry("a"));
-    m_sessions.Begin("a");
+    m_sessions.Begin("a", kKept);
     EXPECT_TRUE(m_sessions.MayTry("a"));
 }
 
