@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/Clock.h"
+#include "tools/sealserver/PrivateFile.h"
 #include "tools/tesmark/PathText.h"
 
 namespace {
@@ -45,11 +46,17 @@ std::string AccessLine(const AccessRecord& record, std::time_t now) {
 
 AccessLog::AccessLog(const std::string& path) {
     if (path.empty()) return;
+    MakePrivateFile(path);
+    // Without a buffer, so that a line that can't be written is lost alone.
+    m_file.rdbuf()->pubsetbuf(nullptr, 0);
     m_file.open(FileAt(path), std::ios::binary | std::ios::app);
     if (!m_file) throw std::runtime_error("the access log can't be opened: " + path);
 }
 
 void AccessLog::Write(const AccessRecord& record) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_file.is_open()) m_file << AccessLine(record, std::time(nullptr)) << '\n' << std::flush;
+    if (!m_file.is_open()) return;
+    m_file.clear();
+    const std::string line = AccessLine(record, std::time(nullptr)) + '\n';
+    m_file.write(line.data(), static_cast<std::streamsize>(line.size()));
 }

@@ -20,11 +20,12 @@ struct AccessRecord {
 // passwords and cookies are never written.
 std::string AccessLine(const AccessRecord& record, std::time_t now);
 
-// For several threads at a time; each line is in the file when Write comes back.
+// For several threads at a time; each line is in the file when Write comes back, unless the system
+// refused to take it: then that line is lost, and no later one.
 class AccessLog {
 public:
-    // Appends to the file; an empty path: nothing is written. Throws std::runtime_error if it can't
-    // be opened.
+    // Appends to the file, which is made for its owner alone if there is none; an empty path:
+    // nothing is written. Throws std::runtime_error if it can't be opened.
     explicit AccessLog(const std::string& path);
     void Write(const AccessRecord& record);
 

@@ -1,9 +1,6 @@
 #include "tools/sealserver/Database.h"
 
-#include <filesystem>
-#include <fstream>
-
-#include "tools/tesmark/PathText.h"
+#include "tools/sealserver/PrivateFile.h"
 
 namespace {
 
@@ -14,23 +11,13 @@ constexpr int kWaitMs = 5000;
     throw DatabaseFailure(code, std::string("the database: ") + told);
 }
 
-// SQLite's own files beside it get the rights of this one.
-void MakePrivateFile(const std::string& path) {
-    const std::filesystem::path file = FileAt(path);
-    std::error_code ignored;
-    if (std::filesystem::exists(file, ignored)) return;
-    std::ofstream(file, std::ios::binary | std::ios::app).flush();
-    std::filesystem::permissions(
-        file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
-}
-
 }  // namespace
 
 Database::Database(const std::string& path) {
+    // SQLite's own files beside it get its rights; it makes none itself, for it knows the umask's.
     MakePrivateFile(path);
     sqlite3* handle = nullptr;
-    const int code =
-        sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    const int code = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK) Fail(handle, code);
     sqlite3_extended_result_codes(handle, 1);
