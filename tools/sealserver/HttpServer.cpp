@@ -57,6 +57,18 @@ WebRequest WebRequestOf(const Request& request) {
     return web;
 }
 
+// Posted by a page of another site, as a browser tells; other programs tell neither.
+bool ComesFromElsewhere(const Request& request) {
+    if (request.has_header("Sec-Fetch-Site")) {
+        const std::string site = request.get_header_value("Sec-Fetch-Site");
+        if (site != "same-origin" && site != "none") return true;
+    }
+    if (!request.has_header("Origin")) return false;
+    const std::string origin = request.get_header_value("Origin");
+    const std::size_t scheme = origin.find("://");
+    return scheme == origin.npos || origin.substr(scheme + 3) != request.get_header_value("Host");
+}
+
 std::unique_ptr<httplib::Server> MakeTlsServer(const HttpSettings& settings) {
     auto server =
         std::make_unique<httplib::SSLServer>(settings.certificate.c_str(), settings.key.c_str());
@@ -125,7 +137,8 @@ private:
         // connection.
         m_server->set_keep_alive_max_count(1);
         m_server->set_default_headers({{"X-Content-Type-Options", "nosniff"},
-                                       {"Referrer-Policy", "no-referrer"},
+                                       // Without one a browser tells no form's origin.
+                                       {"Referrer-Policy", "same-origin"},
                                        {"Content-Security-Policy", kContentPolicy}});
         m_server->set_pre_routing_handler([this](const Request& request, Response& response) {
             return Admit(request, response) ? Handled::Unhandled : Handled::Handled;
@@ -161,6 +174,8 @@ private:
                                (request.method != "GET" && request.method != "HEAD"))) {
             Refuse(response, 405, "Not a method for this address.\n");
             response.set_header("Allow", request.path == kServicePath ? "POST" : "GET, HEAD, POST");
+        } else if (isPost && request.path != kServicePath && ComesFromElsewhere(request)) {
+            Refuse(response, 403, "The form is another site's.\n");
         } else if (request.has_header("Transfer-Encoding") ||
                    (isPost && !request.has_header("Content-Length"))) {
             Refuse(response, 411, "The body's length has to be told.\n");

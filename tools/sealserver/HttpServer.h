@@ -27,9 +27,10 @@ bool IsLoopback(const std::string& address);
 
 // Listens from the constructor on, answers while Serve runs, on a few threads of its own. Requests
 // to kServicePath go to the service, all others to the site. Refused are hosts by another name
-// (403: a web page of another origin that has its own name lead here), other methods than GET, HEAD
-// and POST (405), bodies that are compressed (415), without a length told at the front (411), or
-// over kMaxBodyBytes (413).
+// (403: a web page of another origin that has its own name lead here), forms of another site's
+// pages (403: they would use up the attempts at the password), other methods than GET, HEAD and
+// POST (405), bodies that are compressed (415), without a length told at the front (411), or over
+// kMaxBodyBytes (413).
 class HttpServer {
 public:
     // Throws std::runtime_error where the address or port can't be had, or the certificate's files

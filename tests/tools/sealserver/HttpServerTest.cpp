@@ -113,6 +113,33 @@ TEST_F(HttpServerTest, OtherNamesOfThisHostAreRefused) {
     EXPECT_EQ(client.Get("/login", {{"Host", "evil.example"}})->status, 403);
 }
 
+TEST_F(HttpServerTest, FormsOfAnotherSiteAreRefusedAndCountAsNoAttempt) {
+    m_store.SetSetting("password", HashPassword("correct horse"));
+    const std::string host = m_running.Address().substr(std::string("http://").size());
+    const auto login = [&](const httplib::Headers& headers, const std::string& password) {
+        const auto answer =
+            m_client.Post("/login", headers, httplib::Params{{"password", password}});
+        return answer ? answer->status : 0;
+    };
+    for (const httplib::Headers& elsewhere : std::initializer_list<httplib::Headers>{
+             {{"Sec-Fetch-Site", "cross-site"}, {"Origin", "http://" + host}},
+             {{"Sec-Fetch-Site", "same-site"}},
+             {{"Origin", "http://evil.example"}},
+             {{"Origin", "http://" + host + "0"}},
+             {{"Origin", "http://127.0.0.1"}},
+             {{"Origin", "null"}}})
+        EXPECT_EQ(login(elsewhere, "wrong"), 403);
+    EXPECT_EQ(Log().find("login failed"), std::string::npos);
+    EXPECT_EQ(
+        login({{"Sec-Fetch-Site", "same-origin"}, {"Origin", "https://" + host}}, "correct horse"),
+        303);
+    EXPECT_EQ(login({{"Sec-Fetch-Site", "none"}}, "correct horse"), 303);
+    EXPECT_EQ(
+        PostHello({{"Origin", "http://evil.example"}, {"Sec-Fetch-Site", "cross-site"}})->body,
+        kHelloAnswer);
+    EXPECT_EQ(m_client.Get("/login", {{"Sec-Fetch-Site", "cross-site"}})->status, 200);
+}
+
 TEST_F(HttpServerTest, PagesComeWithAPolicy) {
     const auto answer = m_client.Get("/login");
     ASSERT_TRUE(answer);
