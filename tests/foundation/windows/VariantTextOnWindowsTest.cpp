@@ -9,35 +9,14 @@
 #include <string>
 
 #include "foundation/StringFailure.h"
-
-namespace {
-
-bool g_noMemory = false;
-
-using Allocation = BSTR(WINAPI*)(const OLECHAR*);
-
-BSTR WINAPI Allocate(const OLECHAR* text) {
-    static const auto allocate = reinterpret_cast<Allocation>(reinterpret_cast<void*>(
-        GetProcAddress(GetModuleHandleA("oleaut32.dll"), "SysAllocString")));
-    return g_noMemory ? nullptr : allocate(text);
-}
-
-}  // namespace
-
-// The pointer through which the program calls the system: defined here, it isn't the loader's.
-extern "C" {
-Allocation __imp_SysAllocString = Allocate;
-}
+#include "support/windows/NoStringMemory.h"
 
 namespace {
 
 class VariantTextOnWindows : public testing::Test {
 protected:
     VariantTextOnWindows() { InitVariant(m_value); }
-    ~VariantTextOnWindows() override {
-        g_noMemory = false;
-        ClearVariant(m_value);
-    }
+    ~VariantTextOnWindows() override { ClearVariant(m_value); }
 
     // What StringFailure carries, 0 if none is thrown.
     std::uint32_t FailureOf(const char* text) {
@@ -95,14 +74,14 @@ TEST_F(VariantTextOnWindows, WhatTheValueHeldBeforeIsReleased) {
 
 TEST_F(VariantTextOnWindows, WithoutMemoryTheValueIsAnErrorAndTheSameCodeIsThrown) {
     SetVariantText(m_value, "before");
-    g_noMemory = true;
+    const NoStringMemory none;
     EXPECT_EQ(FailureOf("text"), 0x8007000E);
     EXPECT_EQ(m_value.vt, VT_ERROR);
     EXPECT_EQ(static_cast<std::uint32_t>(m_value.scode), 0x8007000E);
 }
 
 TEST_F(VariantTextOnWindows, WithoutMemoryANullTextIsNoFailure) {
-    g_noMemory = true;
+    const NoStringMemory none;
     EXPECT_EQ(FailureOf(nullptr), 0u);
     EXPECT_EQ(m_value.vt, VT_BSTR);
 }
