@@ -1,5 +1,6 @@
 // Pictures that a host has drawn of its own texts, through the exports.
 #include "DrawingTest.h"
+#include "foundation/Text.h"
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -242,6 +243,14 @@ TEST_F(ContentPictureTest, NullTextsAreEmptyOnes) {
     ASSERT_EQ(Drawings().size(), 2u);
     EXPECT_TRUE(Drawings()[0].ends_with("</root>|)"));
     EXPECT_EQ(Drawings()[1], "GetPicByContent(1||)");
+}
+
+TEST_F(ContentPictureTest, AContentOfAnotherCodePageGoesThroughUnchangedToTheControl) {
+    EXPECT_EQ(Styled({}, reinterpret_cast<const char*>(u8"张三")), 0);
+    const std::vector<std::string> drawings = Drawings();
+    ASSERT_EQ(drawings.size(), 1u);
+    EXPECT_THAT(drawings[0], testing::EndsWith("|" + Utf8(u8"寮犱笁") + ")"));
+    EXPECT_EQ(Utf8ToAnsi(Utf8(u8"寮犱笁")), Utf8(u8"张三")) << "the same bytes";
 }
 
 TEST_F(ContentPictureTest, ATextOfAnotherCodePageGoesThroughAsTheBytesRead) {

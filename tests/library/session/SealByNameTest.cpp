@@ -238,9 +238,12 @@ void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " "
 constexpr Step kSteps[] = {
     {"GetDeviceCountEx", 1, 77, TESMARK_DEVICE_COUNT_FAILED,
      "[GetUserList]GetDeviceCountEx: failed,error:77"},
-    {"SOF_GetUserList", 1, 77, TESMARK_CERT_LIST_FAILED, nullptr},
-    {"SOF_GetUserList", 2, 77, TESMARK_CERT_LIST_FAILED, nullptr},
-    {"GetDeviceInfo", 1, 77, TESMARK_CERT_LIST_FAILED, nullptr},
+    {"SOF_GetUserList", 1, 77, TESMARK_CERT_LIST_FAILED,
+     "[GetUserList]SOF_GetUserList: failed,error:77"},
+    {"SOF_GetUserList", 2, 77, TESMARK_CERT_LIST_FAILED,
+     "[GetUserList]SOF_GetUserList: failed,error:77"},
+    {"GetDeviceInfo", 1, 77, TESMARK_CERT_LIST_FAILED,
+     "[GetUserList]GetDeviceInfo: failed,error:77"},
     {"SOF_ExportUserCert", 1, 77, TESMARK_CERT_EXPORT_FAILED,
      "[GetKeyCert]SOF_ExportUserCert: failed,error:77"},
     {"SOF_ExportUserCert", 2, 77, TESMARK_CERT_EXPORT_FAILED,
@@ -272,9 +275,7 @@ TEST_P(SealByNameSweepTest, AFailedCallLeavesThePictureAndTheLengthAndTheNextQue
     EXPECT_EQ(GetSealInfo(nullptr, &length), step.result);
     EXPECT_EQ(length, -7);
     const std::vector<std::string> failures = Failures();
-    if (step.lastFailure != nullptr) {
-        EXPECT_EQ(failures.empty() ? "" : failures.back(), step.lastFailure);
-    }
+    EXPECT_EQ(failures.empty() ? "" : failures.back(), step.lastFailure);
     EXPECT_EQ(fakes::CountCalls(step.function), step.number);
     EXPECT_FALSE(DrawingControl::IsHeld());
     EXPECT_EQ(Fetch(9), "drawing 1");
@@ -308,6 +309,19 @@ TEST_F(SealByNameTest, WithoutTheControlTheResultIsItsCodeAndTheSelectionStays) 
         EXPECT_EQ(SelectedCert(), "cert-1");
         EXPECT_THAT(Failures(), IsEmpty());
     }
+}
+
+TEST_F(SealByNameTest, AFailedDrawingBySizeLeavesThePictureTheLengthAndTheSelection) {
+    m_prefix.SetNumber("bSealPosition", 4);
+    ASSERT_EQ(Query(), 0);
+    fakes::On("GetPersonalEsealByCertInfo").ReturnsAt(2, -7);
+    int length = -7;
+    EXPECT_EQ(GetSealInfo(nullptr, &length), TESMARK_DRAWING_FAILED);
+    EXPECT_EQ(length, -7);
+    EXPECT_THAT(Failures(), IsEmpty());
+    EXPECT_FALSE(DrawingControl::IsHeld());
+    EXPECT_EQ(SelectedCert(), "cert-1");
+    EXPECT_EQ(Fetch(9), "drawing 1");
 }
 
 TEST_F(SealByNameTest, AControlThatLacksTheMethodIsAFailedDrawing) {

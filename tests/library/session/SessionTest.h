@@ -68,6 +68,15 @@ protected:
         return 0;
     }
 
+    // The failures but for the copy of a request that has no folder.
+    std::vector<std::string> FailuresOfStamp() const {
+        std::vector<std::string> failures = Failures();
+        std::erase_if(failures, [](const std::string& message) {
+            return message.starts_with("[WriteContent2File]:fopen error:");
+        });
+        return failures;
+    }
+
     // The calls that touch a key's signature or judge a seal.
     static std::vector<std::string> ProbesAndChecks() {
         std::vector<std::string> names;

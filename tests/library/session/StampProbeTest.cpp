@@ -26,15 +26,6 @@ protected:
         EXPECT_EQ(SelectedCert(), "");
         EXPECT_TRUE(m_engine.IsLetGo());
     }
-    // The failures but for the copy of a request that has no folder.
-    std::vector<std::string> FailuresOfStamp() const {
-        std::vector<std::string> failures = Failures();
-        std::erase_if(failures, [](const std::string& message) {
-            return message.starts_with("[WriteContent2File]:fopen error:");
-        });
-        return failures;
-    }
-
     StampEngine m_engine;
 };
 
