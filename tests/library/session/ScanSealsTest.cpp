@@ -47,6 +47,14 @@ TEST_F(ScanSealsTest, AListThatCannotBeReadIsReturnedAsTheServiceTellsIt) {
     EXPECT_THAT(Failures(), ElementsAre("EnumFilesInKey2 error:77"));
 }
 
+TEST_F(ScanSealsTest, AServiceThatIsNotUpAnyMoreIsToldByTheList) {
+    KVLUnInitialize(g_appOpt);
+    m_prefix.RegisterCertService("/nowhere/libKVLAppCOM.so");
+    ExpectNothingRead(TESMARK_SERVICE_FAILED);
+    EXPECT_EQ(Failures().back(), "EnumFilesInKey1 error:-3022");
+    EXPECT_FALSE(Called("EnumFilesInDevice"));
+}
+
 TEST_F(ScanSealsTest, AListOfImpossibleSizeIsMemoryThatCannotBeHad) {
     fakes::On("EnumFilesInDevice").ReportsSizeAt(1, -5);
     ExpectNothingRead(TESMARK_NO_MEMORY);
@@ -233,21 +241,29 @@ struct Step {
     const char* function;
     int number;
     int result;
+    const char* failures;  // in the log, one after the other
 };
 
 void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
 
+constexpr char kPictureUnmeasured[] =
+    "TVK_Get_Pic_From_Eseal error:77; PraseEseal error:77; GetPZMEsealList error : 0; ";
+constexpr char kNameUnmeasured[] =
+    "TVK_Get_SealName_From_Eseal error:77; PraseEseal error:77; GetPZMEsealList error : 0; ";
+constexpr char kPictureUnread[] = "TVK_Get_Pic_From_Eseal error:77; GetPZMEsealList error : 77; ";
+constexpr char kNameUnread[] = "TVK_Get_SealName_From_Eseal error:77; GetPZMEsealList error : 77; ";
+
 constexpr Step kSteps[] = {
-    {"EnumFilesInDevice", 1, kFailure},
-    {"EnumFilesInDevice", 2, kFailure},
-    {"SOF_ReadFile", 1, -1},
-    {"SOF_ReadFile", 2, -2},
-    {"TVK_Get_Pic_From_Eseal_Ex", 1, TESMARK_NO_SCANNED_SEAL},
-    {"TVK_Get_Pic_From_Eseal_Ex", 2, TESMARK_NO_SCANNED_SEAL},
-    {"TVK_Get_SealName_From_Eseal", 2, TESMARK_NO_SCANNED_SEAL},
-    {"TVK_Get_Pic_From_Eseal_Ex", 3, kFailure},
-    {"TVK_Get_Pic_From_Eseal_Ex", 4, kFailure},
-    {"TVK_Get_SealName_From_Eseal", 4, kFailure},
+    {"EnumFilesInDevice", 1, kFailure, "EnumFilesInKey1 error:77; "},
+    {"EnumFilesInDevice", 2, kFailure, "EnumFilesInKey2 error:77; "},
+    {"SOF_ReadFile", 1, -1, "[ReadKeyFile]SOF_ReadFile: error:77; GetPZMEsealList error : -1; "},
+    {"SOF_ReadFile", 2, -2, "[ReadKeyFile]SOF_ReadFile: error:77; GetPZMEsealList error : -2; "},
+    {"TVK_Get_Pic_From_Eseal_Ex", 1, TESMARK_NO_SCANNED_SEAL, kPictureUnmeasured},
+    {"TVK_Get_Pic_From_Eseal_Ex", 2, TESMARK_NO_SCANNED_SEAL, kPictureUnmeasured},
+    {"TVK_Get_SealName_From_Eseal", 2, TESMARK_NO_SCANNED_SEAL, kNameUnmeasured},
+    {"TVK_Get_Pic_From_Eseal_Ex", 3, kFailure, kPictureUnread},
+    {"TVK_Get_Pic_From_Eseal_Ex", 4, kFailure, kPictureUnread},
+    {"TVK_Get_SealName_From_Eseal", 4, kFailure, kNameUnread},
 };
 
 class ScanFailureSweepTest : public ScanSealsTest, public testing::WithParamInterface<Step> {};
@@ -257,6 +273,9 @@ TEST_P(ScanFailureSweepTest, AFailedCallSelectsNothingAndTheNextScanWorks) {
     Add("SEAL01", "national seal");
     fakes::On(step.function).ReturnsAt(step.number, kFailure);
     ExpectNothingRead(step.result);
+    std::string failures;
+    for (const std::string& failure : Failures()) failures += failure + "; ";
+    EXPECT_EQ(failures, step.failures);
     EXPECT_TRUE(g_selectedSeal.Empty());
     EXPECT_GE(fakes::CountCalls(step.function), step.number);
     fakes::ClearCalls();
