@@ -91,10 +91,11 @@ TEST(XmlDocumentTest, ATruncatedAnswerReadsAsEmpty) {
     EXPECT_TRUE(document.FindElement("STATUSCODE"));
 }
 
-TEST(XmlDocumentTest, AnEndTagOfNothingIsDropped) {
+TEST(XmlDocumentTest, AnEndTagOfNothingIsDroppedAndTheElementBehindItIsTheRoot) {
     XmlDocument document;
     EXPECT_FALSE(document.Load("</X><A/>"));
-    ASSERT_TRUE(document.FindElement(nullptr));
+    EXPECT_FALSE(document.FindElement("X"));
+    ASSERT_TRUE(document.FindElement("A"));
     EXPECT_FALSE(document.FindElement(nullptr));
     EXPECT_EQ(document.GetText(), "</X><A/>");
     EXPECT_EQ(TextIn("<A>x</X>y</A>"), "xy");

@@ -36,6 +36,11 @@ void TemporaryPrefix::SetText(const char* name, const std::string& value) const 
     Check(platform::SetRegistryString(settings.key, name, value));
 }
 
+void TemporaryPrefix::Remove(const char* name) const {
+    const CRegistry settings = Created(platform::RegistryRoot::LocalMachine, kSettingsKey);
+    Check(platform::DeleteRegistryValue(settings.key, name));
+}
+
 void TemporaryPrefix::SetBytes(const char* name, const std::string& bytes) const {
     SetBytes(platform::RegistryRoot::LocalMachine, kSettingsKey, name, bytes);
 }

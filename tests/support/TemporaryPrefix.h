@@ -30,6 +30,7 @@ public:
     // Values of the product's settings key.
     void SetNumber(const char* name, unsigned int value) const;
     void SetText(const char* name, const std::string& value) const;
+    void Remove(const char* name) const;
     // The same with bytes as they are, which neither is text nor a number.
     void SetBytes(const char* name, const std::string& bytes) const;
     void SetBytes(platform::RegistryRoot root, const char* key, const char* name,

@@ -88,8 +88,12 @@ TEST_F(OnlineUrlTest, TheHostPartOfTheStoredAddressStandsInTheField) {
     EXPECT_EQ(g_sealPositionMode, 1);
 }
 
-TEST_F(OnlineUrlTest, TheFirstSevenCharactersAreDroppedWhateverTheyAre) {
+TEST_F(OnlineUrlTest, OfALongerSchemeTheFirstSevenCharactersAreDroppedAndTheRestShows) {
     EXPECT_EQ(FieldFor("https://192.0.2.45/QelmServlet"), "/192.0.2.45");
+    EXPECT_EQ(FieldFor("gopher+http://192.0.2.45/QelmServlet"), "http://192.0.2.45");
+}
+
+TEST_F(OnlineUrlTest, TheFirstSevenCharactersAreDroppedWhateverTheyAre) {
     EXPECT_EQ(FieldFor("ftp://192.0.2.45/QelmServlet"), "92.0.2.45");
     EXPECT_EQ(FieldFor("192.0.2.45/QelmServlet"), ".45");
     EXPECT_EQ(FieldFor("x/QelmServlet"), "");

@@ -114,6 +114,16 @@ TEST_F(SetOnlineUrlTest, WithoutTheSettingTheModeThatAnEarlierDialogReadStays) {
     for (const unsigned mode : {1u, 0u}) {
         m_prefix.SetNumber("bSealPosition", mode);
         Show({Cancel()});
+        m_prefix.Remove("bSealPosition");
+        Show({Cancel()});
+        EXPECT_EQ(m_seen.field, mode == 1 ? "192.0.2.45/qelm42" : kOfflineNotice);
+    }
+}
+
+TEST_F(SetOnlineUrlTest, ASettingThatIsNoNumberLeavesTheModeThatAnEarlierDialogRead) {
+    for (const unsigned mode : {1u, 0u}) {
+        m_prefix.SetNumber("bSealPosition", mode);
+        Show({Cancel()});
         m_prefix.SetBytes("bSealPosition", "longer than a number");
         Show({Cancel()});
         EXPECT_EQ(m_seen.field, mode == 1 ? "192.0.2.45/qelm42" : kOfflineNotice);

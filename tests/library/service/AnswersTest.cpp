@@ -234,6 +234,9 @@ TEST_F(SealListAnswerTest, AnotherStatusShowsTheMessageOfTheService) {
 
 TEST_F(SealListAnswerTest, WithoutAMessageTheUserSeesTheStatus) {
     ExpectRefused("<ROOT><STATUSCODE>404</STATUSCODE></ROOT>", "404", "404", "404");
+}
+
+TEST_F(SealListAnswerTest, AMessageAheadOfTheStatusIsNotFoundAndTheUserSeesTheStatus) {
     ExpectRefused("<ROOT><MESSAGE>text</MESSAGE><STATUSCODE>404</STATUSCODE></ROOT>", "404", "404",
                   "404");
 }
@@ -280,6 +283,11 @@ TEST_F(AppointedSealAnswerTest, TheTextOfTheSealIsGivenWithoutAWord) {
     EXPECT_THAT(g_boxes, IsEmpty());
 }
 
+TEST_F(AppointedSealAnswerTest, TheNameOfTheFirstElementDoesNotCount) {
+    EXPECT_EQ(Parse("<Answer><STATUSCODE>200</STATUSCODE><SEAL>QUJD</SEAL></Answer>"), 0);
+    EXPECT_EQ(m_seal, "QUJD");
+}
+
 TEST_F(AppointedSealAnswerTest, WithoutASealItsTextIsTheStatus) {
     EXPECT_EQ(Parse(Success("")), 0);
     EXPECT_EQ(m_seal, "200");
@@ -287,11 +295,20 @@ TEST_F(AppointedSealAnswerTest, WithoutASealItsTextIsTheStatus) {
     EXPECT_EQ(m_seal, "200");
 }
 
+TEST_F(AppointedSealAnswerTest, OnlyTheWholeTextOf200IsASuccess) {
+    for (const char* status : {" 200", "200 ", "0200", "2000", "20"}) {
+        EXPECT_EQ(Parse("<ROOT><STATUSCODE>" + std::string(status) +
+                        "</STATUSCODE><SEAL>QUJD</SEAL></ROOT>"),
+                  TESMARK_SERVICE_ANSWER)
+            << status;
+        EXPECT_EQ(m_seal, "before");
+    }
+}
+
 TEST_F(AppointedSealAnswerTest, AnotherStatusIsAFailureAboutWhichNobodyIsTold) {
     for (const char* answer :
-         {"<ROOT><STATUSCODE>404</STATUSCODE><MESSAGE>text</MESSAGE><SEAL>QUJD</SEAL></ROOT>",
-          "<ROOT><STATUSCODE> 200</STATUSCODE><SEAL>QUJD</SEAL></ROOT>", "", "no document",
-          "<ROOT><SEAL>QUJD</SEAL></ROOT>"}) {
+         {"<ROOT><STATUSCODE>404</STATUSCODE><MESSAGE>text</MESSAGE><SEAL>QUJD</SEAL></ROOT>", "",
+          "no document", "<ROOT><SEAL>QUJD</SEAL></ROOT>"}) {
         EXPECT_EQ(Parse(answer), TESMARK_SERVICE_ANSWER) << answer;
         EXPECT_EQ(m_seal, "before");
     }
@@ -325,8 +342,14 @@ TEST_F(HelloAnswerTest, AnotherStatusShowsTheMessageOrElseTheStatus) {
     ExpectAnswer("<ROOT><STATUSCODE>500</STATUSCODE><MESSAGE>服务停用</MESSAGE></ROOT>",
                  TESMARK_SERVICE_ANSWER, "服务停用");
     ExpectAnswer("<ROOT><STATUSCODE>500</STATUSCODE></ROOT>", TESMARK_SERVICE_ANSWER, "500");
+}
+
+TEST_F(HelloAnswerTest, AMessageAheadOfTheStatusIsNotFoundAndTheUserSeesTheStatus) {
     ExpectAnswer("<ROOT><MESSAGE>text</MESSAGE><STATUSCODE>500</STATUSCODE></ROOT>",
                  TESMARK_SERVICE_ANSWER, "500");
+}
+
+TEST_F(HelloAnswerTest, OnlyTheWholeTextOf200IsASuccess) {
     ExpectAnswer("<ROOT><STATUSCODE> 200</STATUSCODE></ROOT>", TESMARK_SERVICE_ANSWER, " 200");
     ExpectAnswer("<ROOT><STATUSCODE>0200</STATUSCODE></ROOT>", TESMARK_SERVICE_ANSWER, "0200");
 }

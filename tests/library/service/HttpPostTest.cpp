@@ -64,14 +64,14 @@ TEST_F(HttpPostTest, AnAddressWithoutAPathIsHandedOverAsItStands) {
     }
 }
 
-TEST_F(HttpPostTest, TextGoesOverAsUtf8AndComesBackAsAnsi) {
+TEST_F(HttpPostTest, ChineseTextGoesOverAsUtf8AndComesBackAsAnsi) {
     ServiceAnswers(AnsiToUtf8("答复"));
     EXPECT_EQ(Post("印章"), 0);
     EXPECT_THAT(Bodies(), ElementsAre("\xE5\x8D\xB0\xE7\xAB\xA0"));
     EXPECT_EQ(m_answer, "答复");
 }
 
-TEST_F(HttpPostTest, RawBytesGoOverAndComeBackAsTheyAre) {
+TEST_F(HttpPostTest, RawBytesGoOverAndComeBackInWhateverEncodingTheyAre) {
     const std::string bytes("印章\0\xFF", 6);
     ServiceAnswers(bytes);
     EXPECT_EQ(PostRaw(bytes), 0);
