@@ -1,32 +1,15 @@
 #include "EnumerationTest.h"
+#include "library/MadeList.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
 
-// What the bridge gives in place of the list that it makes of the service's.
-std::string g_list;
-
-}  // namespace
-
-// Stands in for CAppOpt::GetUserList: the linker sends the enumeration's calls here. The bridge's
-// own lists always have their separators.
-extern "C" int BridgesList(CAppOpt*,
-                           CBuffer& list) asm("__wrap__ZN7CAppOpt11GetUserListER7CBuffer");
-int BridgesList(CAppOpt*, CBuffer& list) {
-    list = CBuffer(g_list.size() + 1);
-    g_list.copy(list.Text(), g_list.size());
-    *list.LengthPointer() = static_cast<int>(g_list.size());
-    return 0;
-}
-
-namespace {
-
 class ListFormatTest : public EnumerationTest {
 protected:
     ListFormatTest() {
-        g_list = "old||cert-1&&&";
+        g_madeList = "old||cert-1&&&";
         EXPECT_EQ(m_list.GetCertAndPic(), 0);
         ForgetLog();
     }
@@ -34,7 +17,7 @@ protected:
 
 TEST_F(ListFormatTest, AListWithoutBarsIsRefusedAndLeavesTheOldList) {
     for (const char* list : {"no bars&&&", "one bar|cert-2&&&", ""}) {
-        g_list = list;
+        g_madeList = list;
         ForgetLog();
         EXPECT_EQ(m_list.GetUserList(), TESMARK_CERT_LIST_FORMAT) << list;
         EXPECT_THAT(Errors(), ElementsAre("Cert error:ERROR_TESMARK_CERT_FORMAT"));
@@ -43,7 +26,7 @@ TEST_F(ListFormatTest, AListWithoutBarsIsRefusedAndLeavesTheOldList) {
 }
 
 TEST_F(ListFormatTest, AListWithoutBarsEndsTheEnumerationWithItsCode) {
-    g_list = "no bars&&&";
+    g_madeList = "no bars&&&";
     fakes::ClearCalls();
     EXPECT_EQ(m_list.GetCertAndPic(), TESMARK_CERT_LIST_FORMAT);
     EXPECT_THAT(Errors(),
@@ -52,7 +35,7 @@ TEST_F(ListFormatTest, AListWithoutBarsEndsTheEnumerationWithItsCode) {
 }
 
 TEST_F(ListFormatTest, AListWithBarsAndNoEndClearsTheOldListAndSucceeds) {
-    g_list = "label||cert-2";
+    g_madeList = "label||cert-2";
     EXPECT_EQ(m_list.GetUserList(), 0);
     EXPECT_THAT(Labels(), IsEmpty());
     EXPECT_THAT(Errors(), IsEmpty());
