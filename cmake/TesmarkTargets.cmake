@@ -14,7 +14,7 @@ add_library(tesmark_options INTERFACE)
 target_compile_options(tesmark_options INTERFACE
     -finput-charset=UTF-8 -fexec-charset=GBK
     -Wall -Wextra -Werror -Wformat=2
-    -fstack-protector-strong -gdwarf-4
+    -fstack-protector-strong -gdwarf-4 $<$<BOOL:${TESMARK_SANITIZE}>:-g1>
     -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
 target_compile_definitions(tesmark_options INTERFACE
     $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>
