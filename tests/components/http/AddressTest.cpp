@@ -14,7 +14,7 @@ TEST(AddressTest, ItIsToldWithoutUserPasswordQueryAndFragment) {
 }
 
 TEST(AddressTest, AListIsSplitAtSemicolonsWhiteSpaceAndZeroBytes) {
-    const std::string list(" http://a/;;b \t\r\nc\0d\0\0", 24);
+    const std::string list(" http://a/;;b \t\r\nc\0d\0\0", 22);
     EXPECT_EQ(SplitAddresses(list), (std::vector<std::string>{"http://a/", "b", "c", "d"}));
     EXPECT_TRUE(SplitAddresses(" ; ").empty());
     EXPECT_TRUE(SplitAddresses("").empty());
