@@ -23,8 +23,10 @@ GdImage Load(PictureFormat format, std::string_view bytes) {
     return {};
 }
 
-// libgd's alpha runs from 0 (opaque) to 127.
-std::uint8_t AlphaOf(int colour) {
+// libgd's alpha runs from 0 (opaque) to 127. A PNG without an alpha channel may name one of its
+// colours as transparent.
+std::uint8_t AlphaOf(gdImagePtr image, int colour) {
+    if (image->trueColor != 0 && colour == image->transparent) return 0;
     const int transparency = gdTrueColorGetAlpha(colour);
     return static_cast<std::uint8_t>(255 - (transparency * 255 + 63) / 127);
 }
@@ -39,7 +41,7 @@ void CopyPixels(gdImagePtr image, Picture& picture) {
             picture.rgba.push_back(static_cast<std::uint8_t>(gdTrueColorGetRed(colour)));
             picture.rgba.push_back(static_cast<std::uint8_t>(gdTrueColorGetGreen(colour)));
             picture.rgba.push_back(static_cast<std::uint8_t>(gdTrueColorGetBlue(colour)));
-            picture.rgba.push_back(AlphaOf(colour));
+            picture.rgba.push_back(AlphaOf(image, colour));
         }
     }
 }

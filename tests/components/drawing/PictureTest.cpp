@@ -32,6 +32,14 @@ std::string Bmp() {
     return head + "\0\0\xFF\xFF\xFF\xFF\0\0"s + "\xFF\0\0\0\xFF\0\0\0"s;
 }
 
+// Two by one pixels of 24 bits, the colours (1, 2, 3), which tRNS names as transparent, and red.
+std::string PngWithATransparentColour() {
+    return "\211PNG\015\012\032\012\000\000\000\015IHDR\000\000\000\002\000\000\000\001\010\002"
+           "\000\000\000{@\350\335\000\000\000\006tRNS\000\001\000\002\000\003\311K\253\365\000"
+           "\000\000\017IDATx\332c`db\376\317\300\000\000\003 \001\006\304/\231j\000\000\000\000"
+           "IEND\256B`\202"s;
+}
+
 std::string Problem(std::string_view bytes) {
     Picture picture;
     std::string problem;
@@ -64,6 +72,13 @@ TEST(PictureTest, APngKeepsItsAlphaToSevenBits) {
     for (int i = 0; i < 256; ++i) EXPECT_NEAR(decoded.rgba[4 * i + 3], i, 2) << i;
     EXPECT_EQ(decoded.rgba[3], 0);
     EXPECT_EQ(decoded.rgba[4 * 255 + 3], 255);
+}
+
+TEST(PictureTest, AColourThatAPngWithoutAlphaNamesAsTransparentIs) {
+    Picture decoded;
+    std::string problem;
+    ASSERT_TRUE(DecodePicture(PngWithATransparentColour(), decoded, problem)) << problem;
+    EXPECT_EQ(decoded.rgba, (std::vector<std::uint8_t>{1, 2, 3, 0, 255, 0, 0, 255}));
 }
 
 TEST(PictureTest, AGifIsEitherTransparentOrPaintedOverWhite) {
