@@ -5,31 +5,25 @@
 
 #include "platform/linux/SystemLibrary.h"
 
-// Calls `name` of `module` with these arguments; it is looked up once and kept in `function`.
-// `missing` comes out where there is no such module or function.
+// The function `name` of `module`; null where there is no such module or function.
+template <typename Function>
+Function FindFunction(platform::ModuleHandle module, const char* name) {
+    return module ? reinterpret_cast<Function>(platform::FindSymbol(module, name)) : nullptr;
+}
+
+// Calls `function`; `missing` comes out where it is null.
 template <typename Result, typename... Arguments>
-Result Forward(platform::ModuleHandle module, const char* name, Result (*&function)(Arguments...),
-               std::type_identity_t<Result> missing, std::type_identity_t<Arguments>... arguments) {
-    if (!function && module) {
-        function = reinterpret_cast<Result (*)(Arguments...)>(platform::FindSymbol(module, name));
-    }
+Result Forward(Result (*function)(Arguments...), std::type_identity_t<Result> missing,
+               std::type_identity_t<Arguments>... arguments) {
     return function ? function(arguments...) : missing;
 }
 
+// The whole body of the function `name`, with its parameters; Module() tells the library. Looked up
+// once, by whichever thread comes first.
+#define FORWARD(name, missing, ...)                                                \
+    static const auto function = FindFunction<decltype(&::name)>(Module(), #name); \
+    return Forward(function, missing __VA_OPT__(, ) __VA_ARGS__)
 // The same of a function without a result.
-template <typename... Arguments>
-void ForwardVoid(platform::ModuleHandle module, const char* name, void (*&function)(Arguments...),
-                 std::type_identity_t<Arguments>... arguments) {
-    if (!function && module) {
-        function = reinterpret_cast<void (*)(Arguments...)>(platform::FindSymbol(module, name));
-    }
-    if (function) function(arguments...);
-}
-
-// The whole body of the function `name`, with its parameters; Module() tells the library.
-#define FORWARD(name, missing, ...)              \
-    static decltype(&::name) function = nullptr; \
-    return Forward(Module(), #name, function, missing __VA_OPT__(, ) __VA_ARGS__)
-#define FORWARD_VOID(name, ...)                  \
-    static decltype(&::name) function = nullptr; \
-    ForwardVoid(Module(), #name, function, __VA_ARGS__)
+#define FORWARD_VOID(name, ...)                                                    \
+    static const auto function = FindFunction<decltype(&::name)>(Module(), #name); \
+    if (function) function(__VA_ARGS__)

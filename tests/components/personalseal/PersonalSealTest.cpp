@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <future>
+#include <vector>
+
 #include "components/personalseal/DrawnPicture.h"
 #include "components/personalseal/SealControlCodes.h"
 
@@ -29,6 +32,18 @@ TEST(PersonalSealTest, ATextThatIsNotUtf8IsRefused) {
     EXPECT_EQ(DrawNameSeal("\xFF", 300, 100, png), kSealBadText);
     EXPECT_EQ(DrawContentPicture(0, "\xFF", "x", png), kSealDrawn) << "it isn't looked at";
     EXPECT_EQ(DrawContentPicture(1, "\xFF", "x", png), kSealBadText);
+}
+
+TEST(PersonalSealTest, ThreadsDrawAtATime) {
+    const auto draw = [] {
+        std::string png;
+        EXPECT_EQ(DrawNameSeal(Utf8(u8"张三"), 300, 100, png), kSealDrawn);
+        return png;
+    };
+    std::vector<std::future<std::string>> drawings;
+    for (int i = 0; i < 4; ++i) drawings.push_back(std::async(std::launch::async, draw));
+    const std::string alone = draw();
+    for (auto& drawing : drawings) EXPECT_TRUE(drawing.get() == alone);
 }
 
 TEST(PersonalSealTest, DescendersAreNotCutOff) {
