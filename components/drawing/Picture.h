@@ -22,17 +22,12 @@ struct PictureInfo {
     int height = 0;
 };
 
-// No side is longer than kPictureMaxSide pixels, and no picture has more than kPictureMaxPixels
-// (a seal of 170 mm at 600 dpi). What is larger is refused before it is decoded.
-inline constexpr int kPictureMaxSide = 16'384;
-inline constexpr std::int64_t kPictureMaxPixels = 16 * 1024 * 1024;
-
 // Reads format and size from the headers alone. False if it is none of the four formats, or its
 // header is cut off or tells a size that is not positive; `info.format` tells which it would be.
 bool ReadPictureInfo(std::string_view bytes, PictureInfo& info);
 
 // Decodes GIF (the first image), PNG, JPEG or BMP. False with `picture` empty and one English
-// sentence in `problem` where the bytes are not a picture, damaged, or larger than the bounds.
+// sentence in `problem` where the bytes are not a picture, damaged, or too large.
 bool DecodePicture(std::string_view bytes, Picture& picture, std::string& problem);
 
 // A GIF with one transparent index. GIF knows no half transparency: a pixel with an alpha below

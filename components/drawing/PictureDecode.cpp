@@ -46,11 +46,6 @@ void CopyPixels(gdImagePtr image, Picture& picture) {
     }
 }
 
-bool TooLarge(const PictureInfo& info) {
-    return info.width > kPictureMaxSide || info.height > kPictureMaxSide ||
-           std::int64_t{info.width} * info.height > kPictureMaxPixels;
-}
-
 }  // namespace
 
 bool DecodePicture(std::string_view bytes, Picture& picture, std::string& problem) {
@@ -62,7 +57,7 @@ bool DecodePicture(std::string_view bytes, Picture& picture, std::string& proble
                       : "The picture is damaged: its header tells no size.";
         return false;
     }
-    if (TooLarge(info)) {
+    if (IsPictureTooLarge(info.width, info.height)) {
         problem = "The picture is too large: " + std::to_string(info.width) + " by " +
                   std::to_string(info.height) + " pixels.";
         return false;

@@ -64,9 +64,7 @@ Picture Coloured(const CSealCanvas& canvas, const SealSheet& sheet) {
 }
 
 bool IsPossible(const SealSheet& sheet) {
-    return sheet.width > 0 && sheet.height > 0 && sheet.width <= kPictureMaxSide &&
-           sheet.height <= kPictureMaxSide &&
-           std::int64_t{sheet.width} * sheet.height <= kPictureMaxPixels;
+    return sheet.width > 0 && sheet.height > 0 && !IsPictureTooLarge(sheet.width, sheet.height);
 }
 
 }  // namespace

@@ -95,6 +95,11 @@ PictureHeader Jpeg(std::string_view file) {
 
 }  // namespace
 
+bool IsPictureTooLarge(std::int64_t width, std::int64_t height) {
+    return width > kPictureMaxSide || height > kPictureMaxSide ||
+           width * height > kPictureMaxPixels;
+}
+
 PictureHeader ReadPictureHeader(std::string_view file) {
     if (file.starts_with("GIF87a") || file.starts_with("GIF89a")) return Gif(file);
     if (file.starts_with("\x89PNG\r\n\x1A\n"sv)) return Png(file);

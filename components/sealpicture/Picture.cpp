@@ -9,9 +9,7 @@ namespace {
 int CheckHeader(const PictureHeader& header) {
     if (header.format == PictureFormat::kUnknown) return kPictureUnknownFormat;
     if (header.width <= 0 || header.height <= 0) return kPictureDamaged;
-    if (header.width > kMaxPictureSide || header.height > kMaxPictureSide ||
-        header.width * header.height > kMaxPicturePixels)
-        return kPictureTooLarge;
+    if (IsPictureTooLarge(header.width, header.height)) return kPictureTooLarge;
     return header.complete ? kPictureOk : kPictureDamaged;
 }
 

@@ -1,15 +1,10 @@
 // Picture.h - a picture file that has been found readable, and its pixels.
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
 #include "components/picture/PictureHeader.h"
 #include "components/sealpicture/GdLibrary.h"
-
-// What is larger is refused by its header, before anything is decoded.
-constexpr std::int64_t kMaxPictureSide = 16'384;
-constexpr std::int64_t kMaxPicturePixels = 16 * 1024 * 1024;
 
 struct Picture {
     PictureHeader header{};

@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view picture(reinterpret_cast<const char*>(data), size);
     const PictureHeader header = ReadPictureHeader(picture);
     // Larger ones only take longer.
-    if (header.width <= kMaxPictureSide && header.height <= kMaxPictureSide &&
+    if (header.width <= kPictureMaxSide && header.height <= kPictureMaxSide &&
         header.width * header.height > kMostPixels)
         return 0;
     std::string gif;

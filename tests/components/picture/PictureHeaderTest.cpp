@@ -46,6 +46,15 @@ TEST(PictureHeaderTest, AJpegTellsItsSizeBehindItsOtherSegments) {
     ExpectHeader("\xFF\xD8\xFF"s, PictureFormat::kJpeg, 0, 0);
 }
 
+TEST(PictureHeaderTest, ASideAndTheWholeHaveTheirLimits) {
+    EXPECT_FALSE(IsPictureTooLarge(16'384, 1'024));
+    EXPECT_FALSE(IsPictureTooLarge(4'096, 4'096));
+    EXPECT_TRUE(IsPictureTooLarge(4'096, 4'097));
+    EXPECT_TRUE(IsPictureTooLarge(16'385, 1));
+    EXPECT_TRUE(IsPictureTooLarge(1, 0xFFFFFFFF));
+    EXPECT_TRUE(IsPictureTooLarge(0xFFFFFFFF, 0xFFFFFFFF));
+}
+
 TEST(PictureHeaderTest, AnythingElseIsUnknown) {
     ExpectHeader("", PictureFormat::kUnknown, 0, 0);
     ExpectHeader("%PDF-1.7", PictureFormat::kUnknown, 0, 0);
