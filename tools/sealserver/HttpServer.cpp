@@ -1,7 +1,5 @@
 #include "tools/sealserver/HttpServer.h"
 
-#include <httplib.h>
-
 #include <algorithm>
 #include <stdexcept>
 #include <thread>
@@ -9,6 +7,7 @@
 
 #include "tools/sealserver/AccessLog.h"
 #include "tools/sealserver/AdminSite.h"
+#include "tools/sealserver/BoundedServer.h"
 #include "tools/sealserver/ListeningSocket.h"
 #include "tools/sealserver/SealService.h"
 
@@ -69,15 +68,6 @@ bool ComesFromElsewhere(const Request& request) {
     return scheme == origin.npos || origin.substr(scheme + 3) != request.get_header_value("Host");
 }
 
-std::unique_ptr<httplib::Server> MakeTlsServer(const HttpSettings& settings) {
-    auto server =
-        std::make_unique<httplib::SSLServer>(settings.certificate.c_str(), settings.key.c_str());
-    if (!server->is_valid())
-        throw std::runtime_error("the certificate's file or the key's is unfit");
-    SSL_CTX_set_min_proto_version(server->ssl_context(), TLS1_2_VERSION);
-    return server;
-}
-
 void Refuse(Response& response, int status, const char* text) {
     response.status = status;
     response.set_content(text, "text/plain; charset=utf-8");
@@ -94,11 +84,13 @@ class HttpServer::Front {
 public:
     Front(HttpSettings settings, SealService& service, AdminSite& site, AccessLog& log)
         : m_settings(std::move(settings)), m_service(service), m_site(site), m_log(log) {
-        if (m_settings.certificate.empty()) {
-            m_server = std::make_unique<httplib::Server>();
-        } else {
-            m_server = MakeTlsServer(m_settings);
-        }
+        TlsContext tls;
+        if (!m_settings.certificate.empty())
+            tls = MakeTlsContext(m_settings.certificate, m_settings.key);
+        m_server = std::make_unique<BoundedServer>(
+            std::move(tls), m_settings.limits, [this](const BoundedServer::RefusedHead& head) {
+                m_log.Write({head.address, head.method, head.target, head.status, 0, ""});
+            });
         SetUp();
         Bind();
     }
@@ -127,15 +119,13 @@ private:
         if (!bound)
             throw std::runtime_error("can't listen at " + address + ", port " +
                                      std::to_string(m_settings.port));
+        m_server->KeepBursts();
     }
 
     void SetUp() {
         m_server->set_socket_options(
             [](socket_t socket) { SetListeningOptions(static_cast<std::uintptr_t>(socket)); });
         m_server->set_payload_max_length(kMaxBodyBytes);
-        // What is refused at its head leaves its body unread, so nothing may follow on a
-        // connection.
-        m_server->set_keep_alive_max_count(1);
         m_server->set_default_headers({{"X-Content-Type-Options", "nosniff"},
                                        // Without one a browser tells no form's origin.
                                        {"Referrer-Policy", "same-origin"},
@@ -212,7 +202,7 @@ private:
     SealService& m_service;
     AdminSite& m_site;
     AccessLog& m_log;
-    std::unique_ptr<httplib::Server> m_server;
+    std::unique_ptr<BoundedServer> m_server;
     int m_port = 0;
 };
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/sealserver/ServerLimits.h"
+
 class AccessLog;
 class AdminSite;
 class SealService;
@@ -20,17 +22,18 @@ struct HttpSettings {
     std::string key;          // a PEM file
     // Names by which browsers and clients reach it, beside "localhost" and numeric addresses.
     std::vector<std::string> names;
+    ServerLimits limits{};
 };
 
 // "127.0.0.0/8", "::1" and "localhost".
 bool IsLoopback(const std::string& address);
 
-// Listens from the constructor on, answers while Serve runs, on a few threads of its own. Requests
-// to kServicePath go to the service, all others to the site. Refused are hosts by another name
+// Listens from the constructor on, answers while Serve runs, on threads of its own. Requests to
+// kServicePath go to the service, all others to the site. Refused are hosts by another name
 // (403: a web page of another origin that has its own name lead here), forms of another site's
 // pages (403: they would use up the attempts at the password), other methods than GET, HEAD and
 // POST (405), bodies that are compressed (415), without a length told at the front (411), or over
-// kMaxBodyBytes (413).
+// kMaxBodyBytes (413), and heads that RequestHead.h doesn't let pass (414, 416, 431).
 class HttpServer {
 public:
     // Throws std::runtime_error where the address or port can't be had, or the certificate's files

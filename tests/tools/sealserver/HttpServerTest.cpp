@@ -98,6 +98,38 @@ TEST_F(HttpServerTest, ABodyWithoutItsLengthOrCompressedIsRefused) {
     EXPECT_THAT(Log(), HasSubstr(" POST /QelmServlet 411 "));
 }
 
+TEST_F(HttpServerTest, ATargetMayHave1024BytesAndNoMore) {
+    EXPECT_EQ(m_client.Get("/" + std::string(1023, 'x'))->status, 303);
+    for (const std::size_t length : {1024u, 8'000u, 9'000u}) {
+        const std::string target = "/" + std::string(length, 'x');
+        for (const auto& answer : {m_client.Get(target), m_client.Head(target),
+                                   m_client.Post(target, "x", "text/plain")}) {
+            ASSERT_TRUE(answer) << length;
+            EXPECT_EQ(answer->status, 414);
+        }
+    }
+    EXPECT_THAT(Log(), HasSubstr(" GET /xxxx"));
+    EXPECT_EQ(PostHello({})->body, kHelloAnswer);
+}
+
+TEST_F(HttpServerTest, NoPartIsGivenWhateverTheMethod) {
+    std::string many = "bytes=0-0";
+    while (many.size() < 8'000) many += ",0-0";
+    for (const std::string& range : {std::string("bytes=0-0"), many, "bytes=" + many}) {
+        const httplib::Headers headers = {{"Range", range}};
+        for (const auto& answer :
+             {m_client.Get("/style.css", headers), m_client.Head("/style.css", headers),
+              m_client.Post("/login", headers, "x", "text/plain"),
+              m_client.Options("/login", headers), PostHello(headers)}) {
+            ASSERT_TRUE(answer);
+            EXPECT_EQ(answer->status, 416);
+            EXPECT_EQ(answer->body, "");
+        }
+    }
+    EXPECT_THAT(Log(), HasSubstr(" GET /style.css 416 0\n"));
+    EXPECT_EQ(PostHello({})->body, kHelloAnswer);
+}
+
 TEST_F(HttpServerTest, OtherNamesOfThisHostAreRefused) {
     const auto evil = PostHello({{"Host", "evil.example:80"}});
     ASSERT_TRUE(evil);
