@@ -126,4 +126,20 @@ TEST_F(ConnectionsTest, AnAnswerReachesWhoIsStillSending) {
     EXPECT_THAT(answer, HasSubstr("This host is known by another name."));
 }
 
+// A line of it goes through an expression that recurses for each character, for blanks the deepest.
+TEST_F(ConnectionsTest, TheLongestHeadOfAPartIsSurvived) {
+    Start();
+    for (const std::size_t length : {1'000u, 4'000u, 6'000u, 8'000u, 12'000u}) {
+        const std::string body = "--b\r\na: b\r\nContent-Disposition: form-data; name=\"n\";" +
+                                 std::string(length, ' ') + "filename=\"f\"\r\n\r\nx\r\n--b--\r\n";
+        const std::string answer = AnswerTo(
+            "POST /login HTTP/1.1\r\nHost: localhost\r\nContent-Type: multipart/form-data; "
+            "boundary=b\r\nContent-Length: " +
+            std::to_string(body.size()) + "\r\n\r\n" + body);
+        EXPECT_THAT(answer, StartsWith("HTTP/1.1 4")) << length;
+    }
+    EXPECT_THAT(AnswerTo("GET /login HTTP/1.1\r\nHost: localhost\r\n\r\n"),
+                StartsWith("HTTP/1.1 200 "));
+}
+
 }  // namespace
