@@ -262,7 +262,7 @@ WebReply AdminSite::Change(const Route& route, const WebRequest& request, const 
         m_store.RemoveCertificate(route.id);
         return Redirect("/certificates?done=removed", "certificate removed");
     }
-    if (route.kind == "seals" && m_store.Seal(route.id)) return ChangeSeal(route);
+    if (route.kind == "seals") return ChangeSeal(route, session);
     return NotFound(session);
 }
 
@@ -289,10 +289,10 @@ WebReply AdminSite::AddSeal(std::int64_t certificate, const WebRequest& request,
     }
 }
 
-WebReply AdminSite::ChangeSeal(const Route& route) {
+WebReply AdminSite::ChangeSeal(const Route& route, const Session& session) {
     const auto seal = m_store.Seal(route.id);
-    const std::string place =
-        "/certificates/" + std::to_string(seal ? seal->certificate : 0) + "?done=";
+    if (!seal) return NotFound(session);
+    const std::string place = "/certificates/" + std::to_string(seal->certificate) + "?done=";
     if (route.action == "remove") {
         m_store.RemoveSeal(route.id);
         return Redirect(place + "removed", "seal removed");
@@ -305,5 +305,5 @@ WebReply AdminSite::ChangeSeal(const Route& route) {
         m_store.SetSuspended(route.id, false);
         return Redirect(place + "resumed", "seal resumed");
     }
-    return {kNotFound, "text/plain; charset=utf-8", "There is no such action.\n", {}, ""};
+    return NotFound(session);
 }

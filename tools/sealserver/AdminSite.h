@@ -41,7 +41,7 @@ private:
     WebReply Change(const Route& route, const WebRequest& request, const Session& session);
     WebReply AddCertificate(const WebRequest& request, const Session& session);
     WebReply AddSeal(std::int64_t certificate, const WebRequest& request, const Session& session);
-    WebReply ChangeSeal(const Route& route);
+    WebReply ChangeSeal(const Route& route, const Session& session);
 
     SealStore& m_store;
     Sessions m_sessions;
