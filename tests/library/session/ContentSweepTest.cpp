@@ -1,7 +1,6 @@
 // Each call of a closed library on the way to a drawn picture fails in turn.
-#include <ostream>
-
 #include "DrawingTest.h"
+#include "SweptCall.h"
 
 using testing::IsEmpty;
 
@@ -12,14 +11,10 @@ constexpr int kDrawingFailure = -7;
 
 // One call on the way to a picture where signatures carry a time stamp, and what comes of its
 // failure.
-struct Step {
-    const char* function;
-    int number;
+struct Step : SweptCall {
     int result;
     const char* lastFailure;  // empty: none is logged
 };
-
-void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
 
 constexpr char kExport[] = "[SignData]GetKeyType: error:-3033";
 constexpr char kField[] = "[SignData]GetKeyType: error:-3010";
@@ -123,9 +118,7 @@ TEST_F(ContentSweepTest, EveryCallOnTheWayIsOneOfTheSweep) {
         ASSERT_EQ(Draw(method), 0);
         for (const fakes::Call& call : fakes::Calls()) {
             const std::string function = call.function == method ? kDrawing : call.function;
-            EXPECT_TRUE(std::any_of(std::begin(kSteps), std::end(kSteps), [&](const Step& step) {
-                return function == step.function && step.number == call.number;
-            })) << call.text;
+            EXPECT_TRUE(IsSwept(kSteps, function, call.number)) << call.text;
         }
     }
 }

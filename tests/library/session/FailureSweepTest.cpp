@@ -1,20 +1,15 @@
-#include <ostream>
-
 #include "FlowTest.h"
+#include "SweptCall.h"
 
 namespace {
 
 constexpr int kFailure = 77;
 
 // One call on the way to a seal of type 2 whose status is asked for, and what comes of its failure.
-struct Step {
-    const char* function;
-    int number;
+struct Step : SweptCall {
     int result;
     const char* lastFailure;  // empty: none is logged
 };
-
-void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
 
 constexpr char kNoSeal[] = "user cancel dlg -3004";
 
@@ -87,9 +82,7 @@ TEST_F(SweptCallsTest, EveryCallOnTheWayIsOneOfTheSweep) {
     fakes::ClearCalls();
     ASSERT_EQ(Query(), 0);
     for (const fakes::Call& call : fakes::Calls()) {
-        const bool swept = std::any_of(std::begin(kSteps), std::end(kSteps), [&](const Step& step) {
-            return call.function == step.function && call.number == step.number;
-        });
+        const bool swept = IsSwept(kSteps, call);
         // The reset of the method and the size query of a name don't count, whatever they say.
         const bool ignored = call.text == "SOF_SetSignMethod(ctx, 0)" ||
                              (call.function == "TVK_Get_SealName_From_Eseal" && call.query);

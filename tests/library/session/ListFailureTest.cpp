@@ -1,7 +1,6 @@
 // What the exports that list the certificates make of each failure of that, and of reading one.
-#include <ostream>
-
 #include "SessionTest.h"
+#include "SweptCall.h"
 #include "foundation/Text.h"
 
 using testing::ElementsAre;
@@ -10,14 +9,10 @@ namespace {
 
 constexpr int kFailure = 77;
 
-struct Step {
-    const char* function;
-    int number;
+struct Step : SweptCall {
     int result;
     const char* failure;
 };
-
-void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
 
 constexpr Step kListing[] = {
     {"GetDeviceCountEx", 1, TESMARK_DEVICE_COUNT_FAILED,

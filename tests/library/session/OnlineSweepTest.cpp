@@ -1,22 +1,17 @@
 // Each call of a closed library on the way to an online seal fails in turn.
-#include <ostream>
-
 #include "OnlineTest.h"
+#include "SweptCall.h"
 
 namespace {
 
 enum class Left { Kept, Cleared, Done };
 
 // One call on the way to a seal of mode 1, and what comes of its failure.
-struct Step {
-    const char* function;
-    int number;
+struct Step : SweptCall {
     int result;
     Left left;
     const char* lastFailure;  // empty: none is logged
 };
-
-void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
 
 constexpr char kSignExport[] = "SignData error -3033";
 constexpr char kSignField[] = "SignData error -3010";
@@ -119,9 +114,7 @@ TEST_F(OnlineSweptCallsTest, EveryCallOnTheWayButForThePictureIsOneOfTheSweep) {
     ASSERT_EQ(Query(), 0);
     for (const fakes::Call& call : fakes::Calls()) {
         if (call.function == "TVK_Get_Pic_From_Eseal_Ex") continue;
-        EXPECT_TRUE(std::any_of(std::begin(kSteps), std::end(kSteps), [&](const Step& step) {
-            return call.function == step.function && call.number == step.number;
-        })) << call.text;
+        EXPECT_TRUE(IsSwept(kSteps, call)) << call.text;
     }
 }
 

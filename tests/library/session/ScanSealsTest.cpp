@@ -1,6 +1,7 @@
 #include "session/ScanSeals.h"
 
 #include "ScanTest.h"
+#include "SweptCall.h"
 #include "session/ScanFiles.h"
 
 using testing::Contains;
@@ -237,14 +238,10 @@ TEST_F(ScanSealsTest, ScopesOfTheirOwnNamesStandInTheLog) {
 }
 
 // One call behind the login, and what comes of its failure for a device with one national seal.
-struct Step {
-    const char* function;
-    int number;
+struct Step : SweptCall {
     int result;
     const char* failures;  // in the log, one after the other
 };
-
-void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
 
 constexpr char kPictureUnmeasured[] =
     "TVK_Get_Pic_From_Eseal error:77; PraseEseal error:77; GetPZMEsealList error : 0; ";
@@ -290,9 +287,7 @@ TEST_F(ScanSealsTest, EveryCallBehindTheLoginIsOneOfTheSweep) {
     Add("SEAL01", "national seal");
     ASSERT_EQ(Read(), 0);
     for (const fakes::Call& call : fakes::Calls()) {
-        const bool swept = std::any_of(std::begin(kSteps), std::end(kSteps), [&](const Step& step) {
-            return call.function == step.function && call.number == step.number;
-        });
+        const bool swept = IsSwept(kSteps, call);
         // The size query of a name doesn't count, whatever it says.
         const bool ignored = call.function == "TVK_Get_SealName_From_Eseal" && call.query;
         EXPECT_TRUE(swept || ignored) << call.text;

@@ -1,8 +1,6 @@
 // Seals drawn from a certificate's name: bSealPosition 3 and 4.
-#include <cstdlib>
-#include <ostream>
-
 #include "DrawingTest.h"
+#include "SweptCall.h"
 
 using testing::Each;
 using testing::ElementsAre;
@@ -29,13 +27,6 @@ protected:
     }
     static std::string SizedDrawing(const char8_t* name) {
         return "GetPersonalEsealByCertInfo(" + Utf8(name) + "|300|100)";
-    }
-    static std::string DragPicture() {
-        char* base64 = nullptr;
-        if (GetDragSealPic(&base64) != 0) return "failed";
-        const std::string text = base64;
-        std::free(base64);
-        return text;
     }
 };
 
@@ -225,15 +216,11 @@ TEST_F(SealByNameTest, ADragFailsWithTheCodeOfEitherDrawingAndLeavesThePointer) 
 }
 
 // One call on the way to a drawing, and what comes of its failure.
-struct Step {
-    const char* function;
-    int number;
+struct Step : SweptCall {
     int failure;
     int result;
     const char* lastFailure;  // empty: none is logged
 };
-
-void PrintTo(const Step& step, std::ostream* out) { *out << step.function << " " << step.number; }
 
 constexpr Step kSteps[] = {
     {"GetDeviceCountEx", 1, 77, TESMARK_DEVICE_COUNT_FAILED,
@@ -293,9 +280,7 @@ TEST_F(SealByNameTest, EveryCallOnTheWayIsOneOfTheSweep) {
     fakes::ClearCalls();
     ASSERT_EQ(Query(), 0);
     for (const fakes::Call& call : fakes::Calls()) {
-        EXPECT_TRUE(std::any_of(std::begin(kSteps), std::end(kSteps), [&](const Step& step) {
-            return call.function == step.function && call.number == step.number;
-        })) << call.text;
+        EXPECT_TRUE(IsSwept(kSteps, call)) << call.text;
     }
 }
 

@@ -1,5 +1,3 @@
-#include <cstdlib>
-
 #include "SessionTest.h"
 #include "support/LockedStore.h"
 
@@ -8,16 +6,7 @@ using testing::IsEmpty;
 
 namespace {
 
-class SealRetrievalTest : public SessionTest {
-protected:
-    static std::string DragPicture() {
-        char* base64 = nullptr;
-        if (GetDragSealPic(&base64) != 0) return "failed";
-        const std::string text = base64;
-        std::free(base64);
-        return text;
-    }
-};
+class SealRetrievalTest : public SessionTest {};
 
 TEST_F(SealRetrievalTest, OneCertificateWithOneSealIsDeliveredWithoutADialog) {
     AddGbKey();

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 
 #include "fakes/LibraryTest.h"
@@ -35,6 +36,15 @@ protected:
         std::string picture(static_cast<std::size_t>(length), '?');
         const int code = GetSealInfo(reinterpret_cast<unsigned char*>(picture.data()), &length);
         return code == 0 ? picture : "failed";
+    }
+
+    // The text that GetDragSealPic gives.
+    static std::string DragPicture() {
+        char* base64 = nullptr;
+        if (GetDragSealPic(&base64) != 0) return "failed";
+        const std::string text = base64;
+        std::free(base64);
+        return text;
     }
 
     static std::string SelectedSeal() {
