@@ -92,6 +92,17 @@ protected:
         return platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kCrlTimesKey,
                                          platform::RegistryAccess::AllAccess);
     }
+    // Of a list that is fetched at this time of 2026-11-14.
+    void ExpectStaleOneSecondAfterMidnight(const std::string& fetched) {
+        m_clock.Set(fetched);
+        ASSERT_EQ(Get(), 0);
+        m_clock.Set("2026-11-15 00:00:00");
+        ASSERT_EQ(Get(), 0);
+        EXPECT_EQ(Downloads(), 1u);
+        m_clock.Set("2026-11-15 00:00:01");
+        ASSERT_EQ(Get(), 0);
+        EXPECT_EQ(Downloads(), 2u);
+    }
 
     FakeDownloader m_downloader;
     FakeClock m_clock;
@@ -127,25 +138,11 @@ TEST_F(CrlCacheTest, AFreshListIsReadFromTheFileWithoutADownload) {
 }
 
 TEST_F(CrlCacheTest, AListFetchedBeforeMidnightIsStaleOneSecondAfterIt) {
-    m_clock.Set("2026-11-14 23:59:00");
-    ASSERT_EQ(Get(), 0);
-    m_clock.Set("2026-11-15 00:00:00");
-    ASSERT_EQ(Get(), 0);
-    EXPECT_EQ(Downloads(), 1u);
-    m_clock.Set("2026-11-15 00:00:01");
-    ASSERT_EQ(Get(), 0);
-    EXPECT_EQ(Downloads(), 2u);
+    ExpectStaleOneSecondAfterMidnight("2026-11-14 23:59:00");
 }
 
 TEST_F(CrlCacheTest, AListFetchedJustAfterMidnightIsFreshUntilTheNextOne) {
-    m_clock.Set("2026-11-14 00:01:00");
-    ASSERT_EQ(Get(), 0);
-    m_clock.Set("2026-11-15 00:00:00");
-    ASSERT_EQ(Get(), 0);
-    EXPECT_EQ(Downloads(), 1u);
-    m_clock.Set("2026-11-15 00:00:01");
-    ASSERT_EQ(Get(), 0);
-    EXPECT_EQ(Downloads(), 2u);
+    ExpectStaleOneSecondAfterMidnight("2026-11-14 00:01:00");
 }
 
 TEST_F(CrlCacheTest, TheStoredTimeOfDayMakesNoDifference) {

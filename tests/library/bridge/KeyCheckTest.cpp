@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "ExportCalls.h"
+#include "Verdicts.h"
 #include "fakes/LibraryTest.h"
 #include "foundation/StringFailure.h"
 #include "platform/Clock.h"
@@ -141,15 +142,7 @@ TEST_F(KeyCheckTest, ATextBehindTheSecondsIsNotLookedAt) {
 }
 
 TEST_F(KeyCheckTest, TheServicesVerdictDecides) {
-    const struct {
-        int verdict;
-        int code;
-    } cases[] = {{-1, TESMARK_NOT_TRUSTED},
-                 {-2, TESMARK_CERT_EXPIRED},
-                 {-5, TESMARK_CERT_EXPIRED},
-                 {-3, TESMARK_CERT_REVOKED},
-                 {-6, TESMARK_CERT_REVOKED}};
-    for (const auto& [verdict, code] : cases) {
+    for (const auto& [verdict, code] : kRefusals) {
         ForgetLog();
         m_certificate.validity = verdict;
         EXPECT_EQ(Check(), code);

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "ExportCalls.h"
+#include "Verdicts.h"
 #include "fakes/LibraryTest.h"
 #include "support/LoopbackServer.h"
 #include "support/ShownBoxes.h"
@@ -38,15 +39,7 @@ TEST_F(VerifyCertTest, AGoodCertificateIsOneQuestionToTheService) {
 }
 
 TEST_F(VerifyCertTest, TheServicesVerdictDecides) {
-    const struct {
-        int verdict;
-        int code;
-    } cases[] = {{-1, TESMARK_NOT_TRUSTED},
-                 {-2, TESMARK_CERT_EXPIRED},
-                 {-5, TESMARK_CERT_EXPIRED},
-                 {-3, TESMARK_CERT_REVOKED},
-                 {-6, TESMARK_CERT_REVOKED}};
-    for (const auto& [verdict, code] : cases) {
+    for (const auto& [verdict, code] : kRefusals) {
         ForgetLog();
         m_certificate.validity = verdict;
         EXPECT_EQ(Verify(), code);

@@ -37,4 +37,16 @@ protected:
         EXPECT_FALSE(asked) << "a signature was made for nothing";
         return result.message;
     }
+
+    // Begins the copy for an output of that name in the folder, which is the input: nothing is
+    // written, and nothing is left beside it while the copy lives.
+    void ExpectIsInput(StampRequest request, const char* name) {
+        request.outputPath = Path(name);
+        const auto listing = Listing();
+        CInputCopy copy(request.inputPath, request.outputPath);
+        copy.Begin();
+        EXPECT_TRUE(copy.OutputIsInput());
+        ExpectFailure(request, copy, StampError::kOutputIsInput);
+        EXPECT_EQ(Listing(), listing) << "the copy still lives";
+    }
 };

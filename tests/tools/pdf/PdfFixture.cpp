@@ -210,6 +210,11 @@ std::vector<std::string> PdfFixture::Listing() const {
     return names;
 }
 
+std::string WithoutContents(std::string pdf) {
+    const auto hole = pdf.find("/Contents <") + 10;
+    return pdf.erase(hole, pdf.find('>', hole) + 1 - hole);
+}
+
 int Count(std::string_view text, std::string_view part) {
     int count = 0;
     for (auto at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1)) {

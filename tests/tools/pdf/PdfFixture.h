@@ -54,3 +54,5 @@ protected:
 };
 
 int Count(std::string_view text, std::string_view part);
+// The PDF's bytes but for the value of its first /Contents in angle brackets, and these.
+std::string WithoutContents(std::string pdf);

@@ -221,39 +221,42 @@ TEST_F(DialogProcessOnLinux, AHostWithoutStandardStreamsIsServed) {
     EXPECT_EQ(Log()[0], "descriptors 0 1 2");
 }
 
+// While it lives, this process can open so many descriptors and no more.
+class FewDescriptors {
+public:
+    explicit FewDescriptors(std::size_t spare) {
+        getrlimit(RLIMIT_NOFILE, &m_limit);
+        const rlimit narrow{64, m_limit.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &narrow);
+        for (int taken = dup(2); taken >= 0; taken = dup(2)) m_taken.push_back(taken);
+        for (; spare > 0 && !m_taken.empty(); --spare) {
+            close(m_taken.back());
+            m_taken.pop_back();
+        }
+    }
+    ~FewDescriptors() {
+        for (const int taken : m_taken) close(taken);
+        setrlimit(RLIMIT_NOFILE, &m_limit);
+    }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+private:
+    rlimit m_limit{};
+    std::vector<int> m_taken;
+};
+
 TEST_F(DialogProcessOnLinux, AHostWithoutADescriptorToSpareShowsNothing) {
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    std::vector<int> open;
-    const rlimit narrow{64, limit.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &narrow);
-    for (int descriptor = dup(2); descriptor >= 0; descriptor = dup(2)) open.push_back(descriptor);
-    const auto process = platform::DialogProcess::Start(SCRIPTED_PROGRAM, kPatient);
-    for (const int descriptor : open) close(descriptor);
-    setrlimit(RLIMIT_NOFILE, &limit);
-    EXPECT_EQ(process, nullptr);
+    const FewDescriptors few(0);
+    EXPECT_EQ(platform::DialogProcess::Start(SCRIPTED_PROGRAM, kPatient), nullptr);
 }
 
 // Four descriptors are enough for the streams, and none is left for the process.
 TEST_F(DialogProcessOnLinux, AProgramWhoseProcessHasNoDescriptorIsEndedAndShowsNothing) {
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    std::vector<int> open;
-    const rlimit narrow{64, limit.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &narrow);
-    for (int descriptor = dup(2); descriptor >= 0; descriptor = dup(2)) open.push_back(descriptor);
-    for (int spare = 0; spare < 4; ++spare) {
-        close(open.back());
-        open.pop_back();
-    }
     SetVariable("DIALOG_SCRIPT", "hang");
-    const auto process = platform::DialogProcess::Start(SCRIPTED_PROGRAM, kPatient);
-    const bool isThere = process != nullptr;
-    const pid_t left = waitpid(-1, nullptr, WNOHANG);
-    for (const int descriptor : open) close(descriptor);
-    setrlimit(RLIMIT_NOFILE, &limit);
-    EXPECT_FALSE(isThere);
-    EXPECT_EQ(left, -1);
+    const FewDescriptors few(4);
+    EXPECT_EQ(platform::DialogProcess::Start(SCRIPTED_PROGRAM, kPatient), nullptr);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
 }
 
 TEST_F(DialogProcessOnLinux, AFileOfTheHostsInStandardErrorsPlaceIsNotForTheProgram) {

@@ -64,13 +64,7 @@ TEST_F(InputCopyOnLinux, ADiskThatFillsUpMeanwhileIsToldAtTheEnd) {
 TEST_F(InputCopyOnLinux, AnOutputThatIsALinkToTheInputIsNeverWritten) {
     auto request = LargeRequest();
     std::filesystem::create_symlink(request.inputPath, Path("soft.pdf"));
-    const auto listing = Listing();
-    request.outputPath = Path("soft.pdf");
-    CInputCopy copy(request.inputPath, request.outputPath);
-    copy.Begin();
-    EXPECT_TRUE(copy.OutputIsInput());
-    ExpectFailure(request, copy, StampError::kOutputIsInput);
-    EXPECT_EQ(Listing(), listing) << "the copy still lives";
+    ExpectIsInput(request, "soft.pdf");
 }
 
 }  // namespace
