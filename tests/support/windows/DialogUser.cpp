@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "support/windows/ThreadHook.h"
+
 namespace {
 
 bool IsDialog(HWND window) {
@@ -33,15 +35,8 @@ void CALLBACK Due(HWND, UINT, UINT_PTR timer, DWORD) {
 
 class DialogUser::Watch {
 public:
-    explicit Watch(Act act)
-        : m_act(std::move(act)),
-          m_hook(SetWindowsHookExA(WH_CBT, Watched, nullptr, GetCurrentThreadId())) {
-        g_watch = this;
-    }
-    ~Watch() {
-        UnhookWindowsHookEx(m_hook);
-        g_watch = nullptr;
-    }
+    explicit Watch(Act act) : m_act(std::move(act)), m_hook(WH_CBT, Watched) { g_watch = this; }
+    ~Watch() { g_watch = nullptr; }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
 
@@ -59,7 +54,7 @@ private:
 
     Act m_act;
     std::set<HWND> m_seen;
-    HHOOK m_hook;
+    ThreadHook m_hook;
 };
 
 DialogUser::Watch* DialogUser::Watch::g_watch = nullptr;

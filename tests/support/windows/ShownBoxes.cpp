@@ -1,8 +1,7 @@
 #include "support/ShownBoxes.h"
 
-#include <windows.h>
-
 #include "platform/CodePage.h"
+#include "support/windows/ThreadHook.h"
 
 namespace {
 
@@ -43,20 +42,15 @@ LRESULT CALLBACK Watched(int code, WPARAM window, LPARAM data) {
 
 class ShownBoxes::Watch {
 public:
-    Watch() : m_hook(SetWindowsHookExA(WH_CBT, Watched, nullptr, GetCurrentThreadId())) {
-        g_shown = &m_shown;
-    }
-    ~Watch() {
-        UnhookWindowsHookEx(m_hook);
-        g_shown = nullptr;
-    }
+    Watch() : m_hook(WH_CBT, Watched) { g_shown = &m_shown; }
+    ~Watch() { g_shown = nullptr; }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
 
     const std::string& Shown() const { return m_shown; }
 
 private:
-    HHOOK m_hook;
+    ThreadHook m_hook;
     std::string m_shown;
 };
 

@@ -1,6 +1,7 @@
 #include "AddressUser.h"
 
 #include "support/windows/DialogUser.h"
+#include "support/windows/ThreadHook.h"
 
 namespace {
 
@@ -54,13 +55,10 @@ public:
     explicit Watch(std::vector<Act> acts)
         : m_acts(std::move(acts)),
           m_user([this](HWND window) { Meet(window); }),
-          m_hook(SetWindowsHookExA(WH_CALLWNDPROC, Watched, nullptr, GetCurrentThreadId())) {
+          m_hook(WH_CALLWNDPROC, Watched) {
         g_watch = this;
     }
-    ~Watch() {
-        UnhookWindowsHookEx(m_hook);
-        g_watch = nullptr;
-    }
+    ~Watch() { g_watch = nullptr; }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
 
@@ -94,7 +92,7 @@ private:
     std::vector<Act> m_acts;
     Seen m_seen;
     DialogUser m_user;
-    HHOOK m_hook;
+    ThreadHook m_hook;
 };
 
 AddressUser::Watch* AddressUser::Watch::g_watch = nullptr;
