@@ -77,6 +77,18 @@ TEST_F(PickedInDialogsTest, ASealOutOfTheTreeIsDelivered) {
     EXPECT_EQ(g_currentCertId.Text(), "cert-1");
 }
 
+TEST_F(PickedInDialogsTest, ACertificateWithoutSealsStandsAloneInTheTreeAndOkWithItIsACancel) {
+    fakes::ResetWorld();
+    fakes::AddCertificate("key", "cert-1");
+    const ScriptedDialogs dialogs([](ScriptedDialog& dialog) {
+        ASSERT_EQ(dialog[TESMARK_SEAL_TREE].nodes.size(), 2u) << "the root and the certificate";
+        PickNodeAndConfirm(dialog, "证书：key");
+    });
+    ExpectQueryFails(TESMARK_CANCELLED);
+    EXPECT_THAT(dialogs.Asked(), ElementsAre("TesmarkOpt_x64 104"));
+    EXPECT_FALSE(Called("SOF_SignData"));
+}
+
 TEST_F(PickedInDialogsTest, TheScanOutOfTheTreeBringsASealThatIsPickedInASecondOne) {
     fakes::AddCertificate("key", "cert-1");
     AddNationalSeal();

@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include "dialogs/CertSealTree.h"
 #include "dialogs/CertSelect.h"
 #include "dialogs/DialogFrame.h"
 #include "dialogs/OnlineSealSelect.h"
 #include "dialogs/OnlineUrl.h"
+#include "dialogs/PzmSealTree.h"
 #include "library/dialogs/linux/DialogProcessTest.h"
 #include "platform/Module.h"
 #include "platform/RegistryStore.h"
@@ -132,6 +134,12 @@ TEST_F(RenamedLibraryOnLinux, NoneOfItsOpenersStartsAProgram) {
     EXPECT_EQ(ShowCertSelect(), kDialogNotShown);
     EXPECT_EQ(ShowOnlineSealSelect(), kDialogNotShown);
     EXPECT_EQ(ShowOnlineUrl(), kDialogNotShown);
+    CertSealPick picked{7, 8};
+    EXPECT_EQ(ShowCertSealTree(&picked), DialogEnd::Failed);
+    EXPECT_EQ(picked.certIndex, 7);
+    EXPECT_EQ(picked.sealIndex, 8);
+    PzmSealPick scanned;
+    EXPECT_EQ(ShowPzmSealTree(&scanned), DialogEnd::Failed);
     EXPECT_EQ(m_library.SetOnlineUrl(), -2);
     EXPECT_THAT(Log(), IsEmpty());
 }

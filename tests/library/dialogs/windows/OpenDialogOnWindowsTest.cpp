@@ -2,6 +2,11 @@
 
 #include <stdexcept>
 
+#include "dialogs/CertSealTree.h"
+#include "dialogs/CertSelect.h"
+#include "dialogs/OnlineSealSelect.h"
+#include "dialogs/OnlineUrl.h"
+#include "dialogs/PzmSealTree.h"
 #include "foundation/StringFailure.h"
 
 namespace {
@@ -196,6 +201,25 @@ TEST_F(RenamedLibraryOnWindows, ALibraryUnderAnotherNameShowsNoDialogUnderTheOld
         EXPECT_EQ(Show(id, [](HWND dialog) { Click(dialog, IDOK); }), platform::kDialogNotShown);
     }
     EXPECT_EQ(m_dialog.m_opened, 0);
+}
+
+TEST_F(RenamedLibraryOnWindows, NoneOfItsOpenersShowsADialog) {
+    LoadLibraryAs("TesmarkOpt_x64_2.dll");
+    int shown = 0;
+    const DialogUser user([&](HWND dialog) {
+        ++shown;
+        Click(dialog, IDCANCEL);
+    });
+    EXPECT_EQ(ShowCertSelect(), platform::kDialogNotShown);
+    EXPECT_EQ(ShowOnlineSealSelect(), platform::kDialogNotShown);
+    EXPECT_EQ(ShowOnlineUrl(), platform::kDialogNotShown);
+    CertSealPick picked{7, 8};
+    EXPECT_EQ(ShowCertSealTree(&picked), DialogEnd::Failed);
+    EXPECT_EQ(picked.certIndex, 7);
+    EXPECT_EQ(picked.sealIndex, 8);
+    PzmSealPick scanned;
+    EXPECT_EQ(ShowPzmSealTree(&scanned), DialogEnd::Failed);
+    EXPECT_EQ(shown, 0);
 }
 
 TEST_F(RenamedLibraryOnWindows, ItsOwnAddressCannotBeAskedForEither) {
