@@ -109,7 +109,7 @@ void CheckResult(int code, const std::string& sentence, const LogMark& mark) {
     const int inner = HidesInnerCode(code) ? mark.InnerCode() : 0;
     const int told = inner ? inner : code;
     throw Failure{ExitCodeFor(told), sentence, told,
-                  code == TESMARK_TIME_STAMP_FAILED ? TimeStampHint(mark) : ""};
+                  code == TESMARK_TIME_STAMP_FAILED ? TimeStampHint(mark) : ResultHint(told)};
 }
 
 void LogIn(const std::string& certId, const std::string& pin) {

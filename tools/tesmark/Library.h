@@ -36,7 +36,7 @@ private:
 };
 
 // Throws a Failure with `sentence`, unless `code` is 0. Where the code hides another one, that one
-// is told; of a time stamp that failed also what the engine told.
+// is told; of a time stamp that failed also what the engine told, of others ResultHint.
 void CheckResult(int code, const std::string& sentence, const LogMark& mark);
 
 // Opens the key; the certificate is selected then. Throws a Failure that tells a wrong PIN from a

@@ -9,6 +9,9 @@
 // service and of the open seal library; for another code the words say so.
 std::string ResultText(int code);
 
+// What to do about it: lines of a hint, empty for most codes.
+std::string ResultHint(int code);
+
 // -3027, or 0x0B000020 for a component's.
 std::string ResultNumber(int code);
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include "Failure.h"
 #include "Library.h"
 #include "Output.h"
@@ -75,6 +77,26 @@ TEST(ResultTextTest, EveryKindOfCodeHasItsSentenceAndItsExitCode) {
     EXPECT_EQ(ExitCodeFor(kServicePinWrong), ExitCode::kPin);
     EXPECT_EQ(ResultText(kSealExpired), "the seal has expired");
     EXPECT_EQ(ExitCodeFor(kSealExpired), ExitCode::kFailed);
+}
+
+TEST(ResultTextTest, ASealsStatusHasItsSentenceAndWhatTheMachineLacksItsExitCode) {
+    const std::string unknown = ResultText(0x0A000001);
+    for (const SealCode code :
+         {kSealServiceFailed, kSealNoStatusService, kSealStatusBadAddress, kSealStatusUnreachable,
+          kSealStatusBadAnswer, kSealStatusUnknown, kSealStatusSuspended, kSealStatusReplaced}) {
+        EXPECT_NE(ResultText(code), unknown) << ResultNumber(code);
+    }
+    for (const SealCode code : {kSealServiceFailed, kSealNoStatusService, kSealStatusBadAddress}) {
+        EXPECT_EQ(ExitCodeFor(code), ExitCode::kSetup) << ResultNumber(code);
+    }
+    EXPECT_EQ(ExitCodeFor(kSealStatusSuspended), ExitCode::kFailed);
+}
+
+TEST(ResultTextTest, NumbersAtTheEndsOfTheRangesAreUnknown) {
+    const std::string unknown = ResultText(0x0A000001);
+    for (const int code : {INT_MIN, -0x2001, -0x2000, 0x1FFF, 0x2000, 0x0B000000, INT_MAX}) {
+        EXPECT_EQ(ResultText(code), unknown) << code;
+    }
 }
 
 TEST(ResultTextTest, ACodeOfAnotherMakersComponentIsToldAsSuch) {
