@@ -5,6 +5,7 @@
 #include "TesmarkOpt.h"
 #include "foundation/Logger.h"
 #include "foundation/Registry.h"
+#include "foundation/SealSettings.h"
 #include "host/ModuleState.h"
 #include "platform/closed/SealLibrary.h"
 #include "session/CertificateChoice.h"

@@ -7,6 +7,7 @@
 #include "TesmarkOpt.h"
 #include "dialogs/CertSealTree.h"
 #include "foundation/Logger.h"
+#include "foundation/SealSettings.h"
 #include "host/ModuleState.h"
 #include "platform/closed/SealLibrary.h"
 #include "seal/CertKinds.h"

@@ -4,12 +4,12 @@
 #include "foundation/HeapBuffer.h"
 #include "foundation/Logger.h"
 #include "foundation/Registry.h"
+#include "foundation/SealSettings.h"
 #include "host/ModuleState.h"
 #include "seal/SealReaders.h"
 #include "session/SealByName.h"
 #include "session/SealByUrl.h"
 #include "session/SealFlows.h"
-#include "session/SealPosition.h"
 
 namespace {
 

@@ -3,9 +3,6 @@
 
 #include <string_view>
 
-// The setting `ReqEsealStatus` at which the status is asked for; no other value counts.
-constexpr int kRequestStatus = 1;
-
 // Takes two fields out of the seal's file and has the seal library ask for the status that belongs
 // to them. 0 with `permitted`; otherwise the result of the call that failed, -3015 for fields that
 // can't be had, and 0 with `permitted` false where a field is empty. Logs nothing.

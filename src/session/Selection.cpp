@@ -7,10 +7,10 @@
 #include "TesmarkOpt.h"
 #include "foundation/Logger.h"
 #include "foundation/Registry.h"
+#include "foundation/SealSettings.h"
 #include "foundation/Text.h"
 #include "host/ModuleState.h"
 #include "session/HostBytes.h"
-#include "session/SealPosition.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include "Terminal.h"
 #include "TwoStep.h"
 #include "foundation/Registry.h"
+#include "foundation/SealSettings.h"
 #include "include/TesmarkOpt.h"
-#include "session/SealPosition.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include "components/http/Address.h"
 #include "components/transport/TransportSettings.h"
 #include "foundation/Registry.h"
+#include "foundation/SealSettings.h"
 
 namespace {
 
@@ -40,8 +41,8 @@ void ExamineSource(Findings& findings, SealSource source) {
                                : "the keys");
 }
 
-// The library asks for the status at exactly 1.
-bool StatusIsAskedFor() { return ReadNumberSetting("ReqEsealStatus") == 1; }
+// The library asks for the status at exactly that.
+bool StatusIsAskedFor() { return ReadNumberSetting("ReqEsealStatus") == kRequestStatus; }
 
 void ExamineStatus(Findings& findings) {
     if (!StatusIsAskedFor()) {
