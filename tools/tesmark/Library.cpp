@@ -130,6 +130,17 @@ std::string SelectedCertificate() {
     return certId;
 }
 
+std::string SelectedSealFile() {
+    const LogMark mark;
+    std::string seal;
+    const int code = FetchInTwoSteps(
+        [](unsigned char* out, int* outLen) { return GetSelectedSeal(out, outLen); }, seal);
+    constexpr char kSentence[] = "The seal that was selected can't be had from the library.";
+    CheckResult(code, kSentence, mark);
+    if (seal.empty()) throw Failure{ExitCode::kFailed, kSentence};
+    return seal;
+}
+
 int MakeSignature(std::string_view data, const std::string& property, std::string& signature) {
     const auto sign = [&](unsigned char* out, int* outLen) {
         return P7SignData(reinterpret_cast<const unsigned char*>(data.data()),

@@ -50,6 +50,9 @@ void Scan();
 // The certificate that is selected; empty if none is.
 std::string SelectedCertificate();
 
+// The file of the seal that is selected. Throws a Failure where the library doesn't give it out.
+std::string SelectedSealFile();
+
 // A signature by what is selected: a PKCS#7, or a seal signature with `property`, of data or of a
 // file by its path, the file system's bytes. Without what a service may leave behind the DER. A
 // code, with `signature` empty, on failure.

@@ -149,10 +149,11 @@ StampRequest MakeRequest(const Options& options, const PdfPageSize& page,
     request.heightMm = selected.heightMm;
     Place(options, page, request);
     request.picture = selected.picture;
-    const StampSubFilter& form = SubFilterOf(selected.mode);
+    const std::string seal = IsSealSignature(selected.mode) ? SelectedSealFile() : "";
+    const StampSubFilter& form = SubFilterOf(selected.mode, seal);
     request.filter = form.filter;
     request.subFilter = form.subFilter;
-    request.contentsSize = ContentsSizeFor(selected.mode);
+    request.contentsSize = ContentsSizeFor(selected.mode, seal);
     request.name = selected.commonName;
     request.reason = options.reason;
     request.location = options.location;

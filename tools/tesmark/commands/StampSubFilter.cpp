@@ -1,10 +1,8 @@
 #include "commands/StampSubFilter.h"
 
-#include <string>
+#include <optional>
 
-#include "TwoStep.h"
-#include "components/seallibrary/Seal.h"
-#include "include/TesmarkOpt.h"
+#include "Library.h"
 
 namespace {
 
@@ -17,23 +15,43 @@ constexpr StampSubFilter kGb = {"Velmora.Tesmark", "GBT38540.SESeal"};
 // Certificate, signature value, attributes, and a time stamp with its chain.
 constexpr std::size_t kBesideTheSeal = 32 * 1024;
 
-bool IsGbSealSelected() {
-    std::string file;
-    FetchInTwoSteps([](unsigned char* out, int* outLen) { return GetSelectedSeal(out, outLen); },
-                    file);
-    Seal seal;
-    return ReadSeal(file, seal) == 0 && seal.form == SealForm::kGb2020;
+constexpr char kOctetString = '\x04';
+// The first version of GM/T 0031 that has the outer form of GB/T 38540.
+constexpr unsigned char kVersionOfGm2025 = 5;
+
+struct DerElement {
+    std::string_view content;
+    std::string_view behind;
+};
+
+std::optional<DerElement> FirstElement(std::string_view bytes) {
+    const std::size_t length = DerLength(bytes);
+    if (length == 0) return {};
+    const auto second = static_cast<unsigned char>(bytes[1]);
+    const std::size_t header = second > 0x80 ? 2u + (second - 0x80u) : 2u;
+    return DerElement{bytes.substr(header, length - header), bytes.substr(length)};
+}
+
+// SESeal { eSealInfo { header { ID, version, ... }, ... }, cert OCTET STRING, ... }; in GM/T 0031
+// of 2014 a SEQUENCE follows eSealInfo.
+bool IsGbSeal(std::string_view file) {
+    const auto seal = FirstElement(file);
+    const auto info = seal ? FirstElement(seal->content) : std::nullopt;
+    if (!info || !info->behind.starts_with(kOctetString)) return false;
+    const auto header = FirstElement(info->content);
+    const auto id = header ? FirstElement(header->content) : std::nullopt;
+    const auto version = id ? FirstElement(id->behind) : std::nullopt;
+    return version && version->content.size() == 1 &&
+           static_cast<unsigned char>(version->content.front()) < kVersionOfGm2025;
 }
 
 }  // namespace
 
-const StampSubFilter& SubFilterOf(int mode) {
-    if (mode == 1) return IsGbSealSelected() ? kGb : kGm;
+const StampSubFilter& SubFilterOf(int mode, std::string_view seal) {
+    if (mode == 1) return IsGbSeal(seal) ? kGb : kGm;
     return mode == 2 ? kGb : kPkcs7;
 }
 
-std::size_t ContentsSizeFor(int mode) {
-    int sealLength = 0;
-    if (mode == 1 || mode == 2) GetSelectedSeal(nullptr, &sealLength);
-    return kBesideTheSeal + static_cast<std::size_t>(sealLength);
+std::size_t ContentsSizeFor(int mode, std::string_view seal) {
+    return kBesideTheSeal + (IsSealSignature(mode) ? seal.size() : 0);
 }
