@@ -1,7 +1,9 @@
 # Fails on an include that goes up: cmake -DROOT=<source folder> -P CheckLayers.cmake
 #
 # A folder of src/ includes only its own files and what stands below it; include/TesmarkOpt.h and
-# the prototypes of the closed interfaces may be included from anywhere.
+# the prototypes of the closed interfaces may be included from anywhere. Of src/ the tools take the
+# foundation and the platform, and what stamps and signs takes no component behind a closed
+# interface: it goes by the exports, as any host does.
 
 set(order platform foundation include/Util service revocation bridge seal host/ModuleState dialogs
     session host)
@@ -81,6 +83,27 @@ foreach(source IN LISTS sources)
         if(NOT EXISTS ${ROOT}/${folder}/${header} AND
            NOT header MATCHES "^(foundation|platform|components)/")
             list(APPEND faults "${source}: ${header} is neither foundation, platform nor component")
+        endif()
+    endforeach()
+endforeach()
+
+set(closed certservice|personalseal|seallibrary|sealpicture|timestamp|transport)
+set(stamping ContentPicture|DrawingControl|Library|Selection|StampPicture|commands/Hash|commands/Login)
+set(stamping ${stamping}|commands/Sign|commands/Stamp|commands/StampSubFilter)
+# What the dialog program and the library have to agree about.
+set(templates dialogs/Resource.h)
+
+file(GLOB_RECURSE sources RELATIVE ${ROOT} ${ROOT}/tools/*.h ${ROOT}/tools/*.cpp)
+foreach(source IN LISTS sources)
+    includes_of(${ROOT}/${source} included)
+    foreach(header IN LISTS included)
+        layer_of(${header} other)
+        if(NOT other MATCHES "^(foundation|platform)?$" AND
+           NOT (source MATCHES "^tools/dialog/" AND header STREQUAL templates))
+            list(APPEND faults "${source}: ${header} is the library's own")
+        elseif(source MATCHES "^tools/tesmark/(${stamping})\\.(h|cpp)$" AND
+               header MATCHES "^components/(${closed})/")
+            list(APPEND faults "${source}: ${header} is behind a closed interface")
         endif()
     endforeach()
 endforeach()
