@@ -6,7 +6,6 @@
 #include "Failure.h"
 #include "Library.h"
 #include "ResultText.h"
-#include "Settings.h"
 #include "Terminal.h"
 #include "TerminalText.h"
 #include "components/http/Address.h"
@@ -28,19 +27,12 @@ std::string Hello() {
     return document.GetText();
 }
 
-// The library doesn't measure the room for an answer: it has to do for the largest.
-std::size_t RoomForAnswer() {
-    const auto value = ReadSetting(FindSetting("ServiceLargestAnswer"));
-    const unsigned long mib = value ? std::stoul(*value) : 0;
-    const unsigned long most = kMostLargestAnswerMib;
-    return static_cast<std::size_t>(mib == 0 ? kDefaultLargestAnswerMib : std::min(mib, most))
-           << 20;
-}
-
 std::string Exchange(const std::string& url, const std::string& request) {
     const Progress progress("Waiting for the online seal service");
-    // Untouched until something is written there.
-    const std::unique_ptr<unsigned char[]> room(new unsigned char[RoomForAnswer()]);
+    // The library doesn't measure the room: it has to do for the largest answer. Untouched until
+    // something is written there.
+    const std::size_t largest = ReadTransportSettings().largestAnswer;
+    const std::unique_ptr<unsigned char[]> room(new unsigned char[largest]);
     int length = 0;
     const LogMark mark;
     const int code = HttpPostData(GbkFromArgument(url, "The address").c_str(),
