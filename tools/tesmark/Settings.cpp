@@ -6,6 +6,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 #include "Failure.h"
 #include "PlatformText.h"
@@ -16,6 +17,8 @@
 #include "components/transport/TransportSettings.h"
 #include "foundation/Registry.h"
 #include "platform/Files.h"
+#include "platform/closed/PersonalSealControl.h"
+#include "platform/closed/TimeStampEngine.h"
 
 namespace {
 
@@ -24,8 +27,21 @@ using platform::RegistryRoot;
 
 constexpr char kPlatformKey[] = "software\\Velmora\\platform\\";
 constexpr char kServiceClassKey[] = "CLSID\\{7B1D40E2-6C55-4A9E-9F10-5E2C8D3A71B4}\\InprocServer32";
-constexpr char kEngineClassKey[] = "CLSID\\{2D8C4E07-91BA-4F36-A4D2-7C16E05B3F9A}\\InprocServer32";
-constexpr char kControlClassKey[] = "CLSID\\{D7A3E1C2-58B4-4F06-93C1-7E2A6B0D4F19}\\InprocServer32";
+
+// The key, with its terminator, that names the file of an automation class.
+template <std::size_t N>
+consteval auto FileKeyOf(const char (&classId)[N]) {
+    constexpr std::string_view kAbove = "CLSID\\";
+    constexpr std::string_view kBelow = "\\InprocServer32";
+    std::array<char, kAbove.size() + N + kBelow.size()> key{};
+    auto end = std::copy(kAbove.begin(), kAbove.end(), key.begin());
+    end = std::copy_n(classId, N - 1, end);
+    std::copy(kBelow.begin(), kBelow.end(), end);
+    return key;
+}
+
+constexpr auto kEngineClassKey = FileKeyOf(kTimeStampEngineClass);
+constexpr auto kControlClassKey = FileKeyOf(kPersonalSealControlClass);
 constexpr char kThreadingModel[] = "ThreadingModel";
 constexpr char kInstallPathKey[] = "Software\\Velmora\\InstallPath";
 
@@ -91,9 +107,9 @@ constexpr auto kSettings = std::to_array<Setting>({
      "the program that shows the dialogs"},
     {"CertService", RegistryRoot::ClassesRoot, kServiceClassKey, "", kPath, "",
      "the certificate service's file (InprocServer32 of its class)"},
-    {"TimeStampEngine", RegistryRoot::ClassesRoot, kEngineClassKey, "", kPath, "",
+    {"TimeStampEngine", RegistryRoot::ClassesRoot, kEngineClassKey.data(), "", kPath, "",
      "the time-stamp engine's file (InprocServer32 of its class)"},
-    {"PersonalSealControl", RegistryRoot::ClassesRoot, kControlClassKey, "", kPath, "",
+    {"PersonalSealControl", RegistryRoot::ClassesRoot, kControlClassKey.data(), "", kPath, "",
      "the file of the drawing control for personal seals (InprocServer32 of its class)"},
     {"InstallPath", RegistryRoot::CurrentUser, kInstallPathKey, "InstallPath", kPath, "",
      "installation folder; the certificate service is looked for in Program below it"},
@@ -151,7 +167,7 @@ bool IsAddress(const Setting& setting) {
 }
 
 bool IsAutomationClass(const Setting& setting) {
-    return setting.key == kEngineClassKey || setting.key == kControlClassKey;
+    return setting.key == kEngineClassKey.data() || setting.key == kControlClassKey.data();
 }
 
 // A class without its threading model would live in the first thread's apartment alone.

@@ -9,11 +9,14 @@
 #include "Output.h"
 #include "ResultText.h"
 #include "SealFile.h"
+#include "Settings.h"
 #include "TerminalText.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/seallibrary/EsSeal.h"
 #include "components/seallibrary/SealCodes.h"
 #include "include/TesmarkOpt.h"
+#include "platform/closed/PersonalSealControl.h"
+#include "platform/closed/TimeStampEngine.h"
 
 namespace {
 
@@ -108,6 +111,15 @@ TEST(ResultTextTest, ComponentsCodesAreHexadecimal) {
     EXPECT_EQ(ResultNumber(-3004), "-3004");
     EXPECT_EQ(ResultNumber(4354), "4354");
     EXPECT_EQ(ResultNumber(kServicePinWrong), "0x0B000020");
+}
+
+TEST(SettingsTest, AClassIsRegisteredUnderTheIdThatTheLibraryMakesItBy) {
+    EXPECT_EQ(
+        SettingPlace(FindSetting("PersonalSealControl")),
+        std::string("HKEY_CLASSES_ROOT\\CLSID\\") + kPersonalSealControlClass + "\\InprocServer32");
+    EXPECT_EQ(
+        SettingPlace(FindSetting("TimeStampEngine")),
+        std::string("HKEY_CLASSES_ROOT\\CLSID\\") + kTimeStampEngineClass + "\\InprocServer32");
 }
 
 TEST(DerLengthTest, TheOuterElementEndsTheSignature) {
