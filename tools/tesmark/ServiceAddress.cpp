@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <memory>
+#include <string_view>
 
 #include "Failure.h"
 #include "Library.h"
 #include "ResultText.h"
+#include "Settings.h"
 #include "Terminal.h"
 #include "TerminalText.h"
 #include "components/http/Address.h"
@@ -48,6 +50,12 @@ std::string ReadText(XmlDocument& document, const char* name) {
     return Printable(Utf8FromGbk(document.GetElementText()));
 }
 
+// An address that is written by the library's dialog, or past this program, may be longer.
+std::string FaultOfLength(const char* setting, const std::string& url) {
+    if (!IsBeyondReading(FindSetting(setting), url)) return {};
+    return "it has more than 199 bytes, and the library takes it for none";
+}
+
 }  // namespace
 
 std::string FaultOfServiceAddress(const std::string& url) {
@@ -58,7 +66,12 @@ std::string FaultOfServiceAddress(const std::string& url) {
     if (!url.ends_with(kServicePath)) {
         return std::string("it doesn't end with ") + kServicePath;
     }
-    return {};
+    return FaultOfLength("sWSURL", url);
+}
+
+std::string FaultOfStatusAddress(const std::string& url) {
+    const std::string fault = FaultOfAddress(url);
+    return fault.empty() ? FaultOfLength("sEsealStateUrl", url) : fault;
 }
 
 Greeting GreetService(const std::string& url) {

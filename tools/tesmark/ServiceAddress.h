@@ -4,8 +4,11 @@
 #include <string>
 
 // Why no online seal service is asked at `url` (UTF-8), as a clause; empty for
-// http(s)://HOST[/PATH]/QelmServlet. Nothing is looked up.
+// http(s)://HOST[/PATH]/QelmServlet that the library reads whole. Nothing is looked up.
 std::string FaultOfServiceAddress(const std::string& url);
+
+// The same for the status of seals: http(s)://HOST, and any path.
+std::string FaultOfStatusAddress(const std::string& url);
 
 struct Greeting {
     std::string status;   // STATUSCODE of the answer, printable; empty where it has none

@@ -16,6 +16,7 @@
 #include "components/timestamp/TimeStampSettings.h"
 #include "components/transport/TransportSettings.h"
 #include "foundation/Registry.h"
+#include "foundation/Text.h"
 #include "platform/Files.h"
 #include "platform/closed/PersonalSealControl.h"
 #include "platform/closed/TimeStampEngine.h"
@@ -200,8 +201,9 @@ void CheckValue(const Setting& setting, const std::string& text) {
         throw Refused(setting, "is a number from 0 to " + std::to_string(setting.largest) + ": \"" +
                                    text + "\" is none.");
     }
-    if ((setting.type == kText || setting.type == kAddress) &&
-        GbkFromArgument(text, setting.name).size() > kLargestText) {
+    // What GBK lacks is refused before it is counted.
+    if (IsText(setting)) GbkFromArgument(text, setting.name);
+    if (IsBeyondReading(setting, text)) {
         throw Refused(setting, "has at most 199 bytes of GBK; a longer text is never read.");
     }
     if (setting.type == kPath && text.empty()) {
@@ -237,6 +239,11 @@ const Setting& FindSetting(const std::string& name) {
     for (const Setting& setting : kSettings) names += std::string("  ") + setting.name + "\n";
     names.pop_back();
     throw Failure{ExitCode::kUsage, "No setting is called \"" + name + "\". There are:", {}, names};
+}
+
+bool IsBeyondReading(const Setting& setting, const std::string& text) {
+    return (setting.type == kText || setting.type == kAddress) &&
+           Utf8ToAnsi(text).size() > kLargestText;
 }
 
 std::string SettingPlace(const Setting& setting) {

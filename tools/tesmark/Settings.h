@@ -53,6 +53,9 @@ std::optional<std::string> ShownSetting(const Setting& setting);
 // It is set, to what can't be read as its type: whoever needs it takes the default.
 bool IsUnreadable(const Setting& setting);
 
+// True for a text (UTF-8) that the library, which reads 199 bytes of GBK, takes for none.
+bool IsBeyondReading(const Setting& setting, const std::string& text);
+
 // Checks `text` against the type and the largest number (usage Failure) and stores it. A store that
 // can't be written is a setup Failure, and so is one that doesn't give the value back.
 void WriteSetting(const Setting& setting, const std::string& text);

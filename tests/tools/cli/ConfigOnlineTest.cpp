@@ -88,6 +88,16 @@ TEST_F(ConfigOnlineTest, WithoutAnAddressThereIsNothingToTest) {
     EXPECT_THAT(outcome.error, HasSubstr("is not set"));
 }
 
+TEST_F(ConfigOnlineTest, AnAddressOfAnotherFormThatIsSetIsNotAsked) {
+    LoopbackServer server(
+        [](const std::string&) { return Answer("<ROOT><STATUSCODE>200</STATUSCODE></ROOT>"); });
+    Set("sWSURL", server.Url("/other"));
+    const auto outcome = Online({"--test"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_THAT(outcome.error, HasSubstr("it doesn't end with /QelmServlet"));
+    EXPECT_TRUE(server.Requests().empty());
+}
+
 TEST_F(ConfigOnlineTest, AnAnswerThatIsNoServicesIsTold) {
     for (const char* const body : {"", "<html><STATUSCODE>200</STATUSCODE></html>", "200",
                                    "<ROOT></ROOT>", "<ROOT><MESSAGE>200</MESSAGE></ROOT>"}) {

@@ -10,6 +10,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 
 class SealSourceDoctorTest : public SourceFixture {
@@ -41,6 +42,19 @@ TEST_F(SealSourceDoctorTest, TheOnlineServiceNeedsAnAddressOfItsForm) {
     Set("sWSURL", "http://seals.example/QelmServlet");
     EXPECT_EQ(Finding("seal source"),
               "the online service at http://seals.example/QelmServlet (not asked)");
+}
+
+TEST_F(SealSourceDoctorTest, AnAddressThatTheLibraryTakesForNoneIsAProblem) {
+    Set("bSealPosition", "1");
+    Set("ReqEsealStatus", "1");
+    const std::string longest = "http://" + std::string(180, 'a') + "/QelmServlet";
+    for (const char* const name : {"sWSURL", "sEsealStateUrl"}) {
+        const std::string subject = name == std::string("sWSURL") ? "seal source" : "seal status";
+        m_prefix.SetText(name, longest);
+        EXPECT_THAT(Finding(subject), HasSubstr("(not asked)"));
+        m_prefix.SetText(name, "http://a" + longest.substr(7));
+        EXPECT_THAT(Finding(subject), AllOf(HasSubstr("WRONG: "), HasSubstr("takes it for none")));
+    }
 }
 
 TEST_F(SealSourceDoctorTest, AnAddressThatIsNotInUseIsNoProblem) {

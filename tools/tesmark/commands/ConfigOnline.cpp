@@ -7,6 +7,7 @@
 #include "Settings.h"
 #include "StampPicture.h"
 #include "TerminalText.h"
+#include "components/http/Address.h"
 #include "include/TesmarkOpt.h"
 
 namespace {
@@ -23,14 +24,15 @@ const Setting& AddressSetting() { return FindSetting("sWSURL"); }
 
 std::string StoredAddress() { return ReadSetting(AddressSetting()).value_or(""); }
 
-void CheckForm(const std::string& url) {
+// `exitCode` for an address that isn't of the form.
+void CheckForm(const std::string& url, ExitCode exitCode) {
     const std::string fault = FaultOfServiceAddress(url);
     if (fault.empty()) return;
-    throw Failure{
-        ExitCode::kUsage,
-        "No online seal service can be asked at \"" + Printable(url) + "\": " + fault + ".",
-        {},
-        "  its form: http://HOST[:PORT][/PATH]/QelmServlet, or https://..."};
+    throw Failure{exitCode,
+                  "No online seal service can be asked at \"" + Printable(WithoutPasswords(url)) +
+                      "\": " + fault + ".",
+                  {},
+                  "  its form: http://HOST[:PORT][/PATH]/QelmServlet, or https://..."};
 }
 
 void AskInDialog() {
@@ -39,11 +41,13 @@ void AskInDialog() {
         throw Failure{ExitCode::kSetup, "The dialog can't be shown here.", {}, kNameIt};
     }
     if (code) throw Failure{ExitCode::kFailed, "The dialog was closed; nothing was stored."};
-    if (ConfiguredSource() == SealSource::kOnline) return;
-    throw Failure{ExitCode::kSetup,
-                  "Nothing was stored: this machine takes its seals from another place.",
-                  {},
-                  std::string("  to take them from the online service: ") + kUseIt};
+    if (ConfiguredSource() != SealSource::kOnline) {
+        throw Failure{ExitCode::kSetup,
+                      "Nothing was stored: this machine takes its seals from another place.",
+                      {},
+                      std::string("  to take them from the online service: ") + kUseIt};
+    }
+    CheckForm(StoredAddress(), ExitCode::kSetup);
 }
 
 void Test(const std::string& url, Report& report) {
@@ -51,6 +55,7 @@ void Test(const std::string& url, Report& report) {
         throw Failure{
             ExitCode::kSetup, "The address of the online seal service is not set.", {}, kNameIt};
     }
+    CheckForm(url, ExitCode::kSetup);
     const Greeting greeting = GreetService(url);
     report.json["status"] = greeting.status;
     report.text += "the online seal service answers: status " + greeting.status + "\n";
@@ -60,18 +65,16 @@ void Test(const std::string& url, Report& report) {
 void Tell(Report& report) {
     const std::string shown = ShownSetting(AddressSetting()).value_or("");
     const bool inUse = ConfiguredSource() == SealSource::kOnline;
-    const std::string fault = FaultOfServiceAddress(StoredAddress());
     report.json["address"] = shown;
     report.json["inUse"] = inUse;
     report.text += "sWSURL = " + Printable(shown) + "\n";
-    if (!fault.empty()) report.text += "note   no service can be asked there: " + fault + "\n";
     if (!inUse) report.text += std::string("note   not in use; to use it: ") + kUseIt + "\n";
 }
 
 // What doesn't answer isn't stored where it is to be tested.
 Report Online(const Options& options) {
     Report report;
-    if (!options.url.empty()) CheckForm(options.url);
+    if (!options.url.empty()) CheckForm(options.url, ExitCode::kUsage);
     if (options.test) Test(options.url.empty() ? StoredAddress() : options.url, report);
     if (!options.url.empty()) {
         WriteSetting(AddressSetting(), options.url);
@@ -100,6 +103,8 @@ void DeclareConfigOnline(CLI::App& config, Invocation& invocation) {
         "  tesmark config set bSealPosition 1\n"
         "\n"
         "Seals come from the service where the setting bSealPosition is 1; this command doesn't\n"
-        "change it. The dialog is the library's own and knows addresses of http:// alone.",
+        "change it. The dialog is the library's own and knows addresses of http:// alone; it "
+        "isn't\n"
+        "opened while another one is set.",
         Bind, Online);
 }

@@ -51,7 +51,7 @@ void ExamineStatus(Findings& findings) {
     }
     constexpr char kAdvice[] = "tesmark config set sEsealStateUrl http://HOST/PATH";
     const std::string url = ReadSetting(FindSetting("sEsealStateUrl")).value_or("");
-    const std::string fault = url.empty() ? "" : FaultOfAddress(url);
+    const std::string fault = url.empty() ? "" : FaultOfStatusAddress(url);
     const std::string shown = Printable(WithoutPasswords(url));
     if (url.empty()) {
         findings.Problem(kStatus, "A seal's status is to be asked for; no address is set.",

@@ -55,8 +55,22 @@ TEST_F(OnlineOnLinux, TheAddressThatIsTypedIntoTheDialogIsStored) {
 TEST_F(OnlineOnLinux, AFieldThatNamesNoHostIsStoredAndTold) {
     LetUser("say 'text\\t1003\\t'\n" + PressesOk());
     const auto outcome = Tesmark({"config", "online"});
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.error;
-    EXPECT_THAT(outcome.out, HasSubstr("no service can be asked there: it names no host"));
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_THAT(outcome.error, HasSubstr("\"http:///QelmServlet\": it names no host"));
+    EXPECT_THAT(outcome.error, HasSubstr("its form: http://HOST"));
+}
+
+TEST_F(OnlineOnLinux, AFieldThatMakesALongerAddressThanTheLibraryReadsIsToldToo) {
+    LetUser("say 'text\\t1003\\t" + std::string(181, 'a') + "'\n" + PressesOk());
+    const auto outcome = Tesmark({"config", "online"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_EQ(Address().size(), 200u);
+    EXPECT_THAT(outcome.error, HasSubstr("the library takes it for none"));
+    EXPECT_THAT(Tesmark({"doctor"}).out, HasSubstr("the library takes it for none"));
+    EXPECT_EQ(Tesmark({"config", "online", "--test"}).exitCode, 3);
+    LetUser("say 'text\\t1003\\t" + std::string(180, 'a') + "'\n" + PressesOk());
+    EXPECT_EQ(Tesmark({"config", "online"}).exitCode, 0);
+    EXPECT_EQ(Address().size(), 199u);
 }
 
 TEST_F(OnlineOnLinux, AClosedDialogStoresNothing) {
