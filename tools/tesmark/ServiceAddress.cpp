@@ -19,6 +19,7 @@
 namespace {
 
 constexpr char kServicePath[] = "/QelmServlet";
+constexpr std::string_view kDialogScheme = "http://";
 constexpr char kGranted[] = "200";
 
 std::string Hello() {
@@ -72,6 +73,13 @@ std::string FaultOfServiceAddress(const std::string& url) {
 std::string FaultOfStatusAddress(const std::string& url) {
     const std::string fault = FaultOfAddress(url);
     return fault.empty() ? FaultOfLength("sEsealStateUrl", url) : fault;
+}
+
+bool IsKeptByDialog(const std::string& url) {
+    if (!url.starts_with(kDialogScheme)) return false;
+    // The dialog ends the host part at the first one.
+    const std::size_t path = url.find(kServicePath, kDialogScheme.size());
+    return path != url.npos && url.substr(path) == kServicePath;
 }
 
 Greeting GreetService(const std::string& url) {

@@ -10,6 +10,10 @@ std::string FaultOfServiceAddress(const std::string& url);
 // The same for the status of seals: http(s)://HOST, and any path.
 std::string FaultOfStatusAddress(const std::string& url);
 
+// True where the library's dialog for the address shows all that `url` tells but for the scheme and
+// the service's own path, and stores it as it was; it knows http://HOST[/PATH]/QelmServlet alone.
+bool IsKeptByDialog(const std::string& url);
+
 struct Greeting {
     std::string status;   // STATUSCODE of the answer, printable; empty where it has none
     std::string message;  // MESSAGE, the same

@@ -8,6 +8,7 @@
 #include "StampPicture.h"
 #include "TerminalText.h"
 #include "components/http/Address.h"
+#include "foundation/Registry.h"
 #include "include/TesmarkOpt.h"
 
 namespace {
@@ -35,7 +36,24 @@ void CheckForm(const std::string& url, ExitCode exitCode) {
                   "  its form: http://HOST[:PORT][/PATH]/QelmServlet, or https://..."};
 }
 
+// The dialog that is only looked at and confirmed stores what it shows.
+void CheckDialogKeepsAddress() {
+    // Nothing is stored then.
+    if (ConfiguredSource() != SealSource::kOnline) return;
+    // As the dialog reads it: one that is too long is none.
+    const std::string url = Utf8FromGbk(ReadTextSetting(AddressSetting().value));
+    if (url.empty() || IsKeptByDialog(url)) return;
+    throw Failure{ExitCode::kSetup,
+                  "The dialog would spoil the address that is set, " +
+                      Printable(WithoutPasswords(url)) +
+                      ": it knows http://HOST[:PORT][/PATH]/QelmServlet alone.",
+                  {},
+                  "  to change it: tesmark config online ADDRESS\n"
+                  "  to begin anew in the dialog: tesmark config unset sWSURL"};
+}
+
 void AskInDialog() {
+    CheckDialogKeepsAddress();
     const int code = SetOnlineUrl();
     if (code == TESMARK_DIALOG_NOT_SHOWN) {
         throw Failure{ExitCode::kSetup, "The dialog can't be shown here.", {}, kNameIt};

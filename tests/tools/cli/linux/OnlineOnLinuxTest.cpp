@@ -73,6 +73,31 @@ TEST_F(OnlineOnLinux, AFieldThatMakesALongerAddressThanTheLibraryReadsIsToldToo)
     EXPECT_EQ(Address().size(), 199u);
 }
 
+TEST_F(OnlineOnLinux, TheDialogIsNotOpenedOnAnAddressThatItWouldSpoil) {
+    LetUser(PressesOk());
+    for (const char* const address :
+         {"https://seals.example/QelmServlet", "http://seals.example/other", "seals.example",
+          "http://seals.example/QelmServlet/QelmServlet", "http://QelmServlet"}) {
+        Set("sWSURL", address);
+        const auto outcome = Tesmark({"config", "online"});
+        EXPECT_EQ(outcome.exitCode, 3) << address;
+        EXPECT_THAT(outcome.error, HasSubstr("would spoil the address"));
+        EXPECT_THAT(outcome.error, HasSubstr("tesmark config unset sWSURL"));
+        EXPECT_EQ(Address(), address);
+    }
+    EXPECT_FALSE(std::filesystem::exists(InPrefix("user.shown")));
+}
+
+TEST_F(OnlineOnLinux, AnAddressThatIsOnlyLookedAtStaysAsItIs) {
+    LetUser(PressesOk());
+    for (const char* const address :
+         {"http://seals.example/QelmServlet", "http://me@seals.example:81/a/QelmServlet"}) {
+        Set("sWSURL", address);
+        EXPECT_EQ(Tesmark({"config", "online"}).exitCode, 0);
+        EXPECT_EQ(Address(), address);
+    }
+}
+
 TEST_F(OnlineOnLinux, AClosedDialogStoresNothing) {
     const std::string before = Address();
     LetUser("say 'text\\t1003\\tother'\n" + PressesCancel());
