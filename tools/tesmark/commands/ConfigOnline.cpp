@@ -54,6 +54,7 @@ void CheckDialogKeepsAddress() {
 
 void AskInDialog() {
     CheckDialogKeepsAddress();
+    const auto before = ReadSetting(AddressSetting());
     const int code = SetOnlineUrl();
     if (code == TESMARK_DIALOG_NOT_SHOWN) {
         throw Failure{ExitCode::kSetup, "The dialog can't be shown here.", {}, kNameIt};
@@ -64,6 +65,10 @@ void AskInDialog() {
                       "Nothing was stored: this machine takes its seals from another place.",
                       {},
                       std::string("  to take them from the online service: ") + kUseIt};
+    }
+    // The dialog says nothing of a write that failed: what stands there as before is written again.
+    if (ReadSetting(AddressSetting()) == before) {
+        WriteSetting(AddressSetting(), before.value_or(""));
     }
     CheckForm(StoredAddress(), ExitCode::kSetup);
 }

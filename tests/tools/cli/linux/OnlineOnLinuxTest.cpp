@@ -98,6 +98,17 @@ TEST_F(OnlineOnLinux, AnAddressThatIsOnlyLookedAtStaysAsItIs) {
     }
 }
 
+TEST_F(OnlineOnLinux, WhereTheDialogCannotStoreTheAddressThatIsTold) {
+    LetUser("say 'text\\t1003\\tseals.example'\n" + PressesOk());
+    const std::string before = Address();
+    std::filesystem::remove(InPrefix("machine.reg.lock"));
+    std::filesystem::create_directory(InPrefix("machine.reg.lock"));
+    const auto outcome = Tesmark({"config", "online"});
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_THAT(outcome.error, HasSubstr("sWSURL can't be written"));
+    EXPECT_EQ(Address(), before);
+}
+
 TEST_F(OnlineOnLinux, AClosedDialogStoresNothing) {
     const std::string before = Address();
     LetUser("say 'text\\t1003\\tother'\n" + PressesCancel());
