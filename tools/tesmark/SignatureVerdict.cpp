@@ -7,7 +7,6 @@
 #include "FailedStep.h"
 #include "ResultText.h"
 #include "SealTimeStampVerdict.h"
-#include "Settings.h"
 #include "SignatureTime.h"
 #include "TerminalText.h"
 #include "TwoStep.h"
@@ -16,6 +15,7 @@
 #include "components/picture/PictureHeader.h"
 #include "components/seallibrary/SealSignature.h"
 #include "components/seallibrary/SealTime.h"
+#include "foundation/Registry.h"
 #include "include/TesmarkOpt.h"
 #include "platform/closed/SealLibrary.h"
 
@@ -216,8 +216,8 @@ bool IsGood(const SignatureVerdict& verdict, std::string_view name) {
 
 // Whether the list was there when the certificate was judged with this code.
 bool WasRevocationChecked(int code) {
-    const auto value = ReadSetting(FindSetting("bVerifyCRL"));
-    return value && *value != "0" && code != TESMARK_CRL_FAILED && code != TESMARK_CRL_NOT_ACCEPTED;
+    return ReadNumberSetting("bVerifyCRL") != 0 && code != TESMARK_CRL_FAILED &&
+           code != TESMARK_CRL_NOT_ACCEPTED;
 }
 
 // `judgeStamp` runs between the two judgements of the certificate: the first hands its

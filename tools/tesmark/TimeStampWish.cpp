@@ -2,10 +2,10 @@
 
 #include "Failure.h"
 #include "ResultText.h"
-#include "Settings.h"
 #include "SignatureVerdict.h"
 #include "TwoStep.h"
 #include "commands/VerdictOutput.h"
+#include "foundation/Registry.h"
 #include "include/TesmarkOpt.h"
 
 namespace {
@@ -18,9 +18,7 @@ std::string TellNone(const std::string& why, Json::Value& json) {
 
 }  // namespace
 
-bool TimeStampsAreOn() {
-    return ReadSetting(FindSetting("bSignWithTimeStamp")).value_or("0") != "0";
-}
+bool TimeStampsAreOn() { return ReadNumberSetting("bSignWithTimeStamp") != 0; }
 
 void RequireTimeStamps() {
     if (TimeStampsAreOn()) return;

@@ -2,6 +2,7 @@
 
 #include "DrawingControl.h"
 #include "Settings.h"
+#include "StampPicture.h"
 #include "TerminalText.h"
 #include "commands/Findings.h"
 
@@ -9,16 +10,10 @@ namespace {
 
 constexpr char kSubject[] = "personal seals";
 
-// Seals are drawn from the certificate's name instead of being fetched.
-bool SealsAreDrawn() {
-    const auto position = ReadSetting(FindSetting("bSealPosition"));
-    return position == "3" || position == "4";
-}
-
 }  // namespace
 
 void ExaminePersonalSeals(Findings& findings) {
-    const bool wanted = SealsAreDrawn();
+    const bool wanted = ConfiguredSource() == SealSource::kName;
     const auto control = ReadSetting(FindSetting("PersonalSealControl"));
     if (control && DrawingControlCanBeMade()) {
         findings.Good(kSubject, Printable(*control) + (wanted ? "" : " (not in use)"));
