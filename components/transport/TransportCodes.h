@@ -16,7 +16,7 @@ enum TransportCode : int {
     kTransportTooMany = 0x0E00000A,       // contexts with an exchange under way, or requests
     kTransportNoMemory = 0x0E00000B,
     kTransportBadAddress = 0x0E00000C,  // neither http nor https, no host, an impossible port
-    kTransportBadSetting = 0x0E00000D,  // CaFile can't be read, or Proxy is none
+    kTransportBadSetting = 0x0E00000D,  // CaFile can't be read
     // The way there.
     kTransportNoHost = 0x0E000010,        // the server's or the proxy's name isn't known
     kTransportNoConnection = 0x0E000011,  // nobody listens, or nothing gets through

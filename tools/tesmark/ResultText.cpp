@@ -289,8 +289,7 @@ Meaning OfTransport(TransportCode code) {
         case kTransportNoMemory: return {kFailed, "there is not enough memory"};
         case kTransportBadAddress:
             return {kSetup, "the address is none of http or https, or has no host"};
-        case kTransportBadSetting:
-            return {kSetup, "ServiceCaFile can't be read, or ServiceProxy is none"};
+        case kTransportBadSetting: return {kSetup, "ServiceCaFile can't be read"};
         case kTransportNoHost: return {kFailed, "the server's or the proxy's name isn't known"};
         case kTransportNoConnection:
             return {kFailed, "nobody listens there, or a firewall is between"};
