@@ -8,7 +8,7 @@
 // Where the library takes seals from on this machine, by the setting bSealPosition; never kText.
 SealSource ConfiguredSource();
 
-// "from the online seal service" and the like: a clause about the picture.
+// "of a seal in a key" and the like: a clause about the picture.
 const char* SourceText(SealSource source);
 // "key", "online", "name", "text".
 const char* SourceName(SealSource source);
