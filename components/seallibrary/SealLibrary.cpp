@@ -264,8 +264,8 @@ int TVK_Request_Eseal_Status(const unsigned char* field1, int field1Len,
     const int code = AskSealStatus(address, number, hash, fault);
     ERR_pop_to_mark();
     if (code)
-        TESMARK_LOG(kLogError, "[TVK_Request_Eseal_Status]: %s, error:0x%X",
-                    Utf8ToAnsi(fault).c_str(), static_cast<unsigned int>(code));
+        TESMARK_LOG(kLogError, "[TVK_Request_Eseal_Status]: %s, error:0x%X", fault.c_str(),
+                    static_cast<unsigned int>(code));
     return code;
 }
 

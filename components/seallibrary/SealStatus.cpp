@@ -3,6 +3,7 @@
 #include "components/http/Address.h"
 #include "components/http/Exchange.h"
 #include "components/seallibrary/SealCodes.h"
+#include "components/text/RecordText.h"
 #include "components/transport/TransportSettings.h"
 #include "foundation/Text.h"
 #include "foundation/XmlDocument.h"
@@ -75,11 +76,8 @@ int CodeOfOutcome(const ExchangeOutcome& outcome, std::string& fault) {
     return CodeOfAnswer(outcome.body, fault);
 }
 
-}  // namespace
-
-int AskSealStatus(std::string_view address, std::string_view number, std::string_view hash,
-                  std::string& fault) {
-    fault.clear();
+int Ask(std::string_view address, std::string_view number, std::string_view hash,
+        std::string& fault) {
     if (address.empty()) return kSealNoStatusService;
     if (number.empty() || hash.empty()) return kSealBadArgument;
     if (number.size() > kMaxStatusField || hash.size() > kMaxStatusField) return kSealTooLarge;
@@ -94,4 +92,14 @@ int AskSealStatus(std::string_view address, std::string_view number, std::string
                                               .body = request,
                                               .largestAnswer = kLargestAnswer}),
         fault);
+}
+
+}  // namespace
+
+int AskSealStatus(std::string_view address, std::string_view number, std::string_view hash,
+                  std::string& fault) {
+    std::string told;
+    const int code = Ask(address, number, hash, told);
+    fault = RecordText(told);
+    return code;
 }

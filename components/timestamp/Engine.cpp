@@ -4,25 +4,17 @@
 
 #include "components/crypto/KeepLoaded.h"
 #include "components/http/Address.h"
+#include "components/text/RecordText.h"
 #include "components/timestamp/AuthorityClient.h"
 #include "components/timestamp/ResponseCheck.h"
 #include "foundation/Logger.h"
 #include "foundation/Text.h"
-#include "platform/CodePage.h"
 
 namespace {
 
-constexpr std::size_t kLongestRecord = 600;
 constexpr std::size_t kLongestRequest = 1 << 16;
 
-// A server's text must not begin records of its own, nor fill the log.
-EngineRecord Record(int level, std::string text) {
-    if (text.size() > kLongestRecord) text.resize(kLongestRecord);
-    for (char& c : text) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-    }
-    return {level, platform::AnsiFromUtf8(text)};
-}
+EngineRecord Record(int level, std::string_view utf8) { return {level, RecordText(utf8)}; }
 
 // The faults of one authority after another, until one's response fits.
 bool AskOne(const TimeStampSettings& settings, const std::string& url, const std::string& request,

@@ -21,7 +21,7 @@ struct EngineOutcome {
 
 // The first response that fits the request; an authority is asked once the one before has failed.
 // None if there is no request in `requestBase64`, no authority is set, or all have failed. Records
-// are single lines of the ANSI code page, made of at most 600 bytes of UTF-8, without a password.
+// are made by RecordText, without a password.
 EngineOutcome AskAuthorities(const TimeStampSettings& settings, std::string_view requestBase64);
 
 // The same with the machine's settings, with its records in the log. Never throws: what can't go on

@@ -85,6 +85,19 @@ TEST_F(SealStatusTest, OnlyTheWordItselfMakesASealUsable) {
     }
 }
 
+TEST_F(SealStatusTest, AServersTextStaysOneShortPartOfARecord) {
+    const LoopbackServer server([](const std::string&) {
+        return LoopbackServer::Page("200 OK", "<ROOT><STATUSCODE>500&#10;[forged]&#13;" +
+                                                  std::string(60'000, 'x') +
+                                                  "</STATUSCODE></ROOT>");
+    });
+    std::string fault;
+    EXPECT_EQ(AskSealStatus(server.Url("/QelmServlet"), "1101", "AB", fault), kSealStatusBadAnswer);
+    EXPECT_EQ(fault.find_first_of("\r\n"), fault.npos);
+    EXPECT_THAT(fault, HasSubstr("the status 500 [forged] xxx"));
+    EXPECT_LE(fault.size(), 600u);
+}
+
 TEST_F(SealStatusTest, OtherHttpStatusesTellNothing) {
     for (const char* const status :
          {"204 No Content", "302 Found", "403 Forbidden", "500 Internal Server Error"}) {
