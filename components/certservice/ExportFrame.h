@@ -1,8 +1,6 @@
 // ExportFrame.h - what every entry point of the service has around its call of CertService.
 #pragma once
 
-#include <openssl/err.h>
-
 #include <exception>
 #include <string>
 #include <string_view>
@@ -10,19 +8,17 @@
 #include "components/certservice/DataOut.h"
 #include "components/certservice/Process.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/crypto/ErrorMark.h"
 
 // No exception crosses the border, and the host's own OpenSSL finds none of our errors.
 template <typename Body>
-int Guard(Body body) {
-    ERR_set_mark();
-    int code = kServiceUnknownFailure;
+int Guard(Body body) noexcept {
+    const ErrorMark mark;
     try {
-        code = body();
+        return body();
     } catch (const std::exception&) {
-        code = kServiceUnknownFailure;
+        return kServiceUnknownFailure;
     }
-    ERR_pop_to_mark();
-    return code;
 }
 
 template <typename Body>

@@ -1,6 +1,5 @@
 #include "components/certservice/KeyImport.h"
 
-#include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/pkcs12.h>
 #include <openssl/provider.h>
@@ -12,6 +11,7 @@
 
 #include "components/certservice/Certificate.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/crypto/ErrorMark.h"
 
 namespace {
 
@@ -85,11 +85,8 @@ int ReadPem(std::string_view content, const std::string& password, ImportedKey& 
 
 int ReadKeyImport(std::string_view content, const std::string& password, ImportedKey& imported) {
     if (content.empty() || content.size() > INT_MAX) return kServiceKeyDamaged;
-    ERR_set_mark();
+    const ErrorMark mark;
     const auto* cursor = reinterpret_cast<const unsigned char*>(content.data());
     const Pkcs12Handle file(d2i_PKCS12(nullptr, &cursor, static_cast<long>(content.size())));
-    const int code =
-        file ? ReadPkcs12(file.get(), password, imported) : ReadPem(content, password, imported);
-    ERR_pop_to_mark();
-    return code;
+    return file ? ReadPkcs12(file.get(), password, imported) : ReadPem(content, password, imported);
 }

@@ -1,6 +1,7 @@
 #include "components/http/Exchange.h"
 
 #include <memory>
+#include <new>
 
 #include "components/http/AnswerHead.h"
 #include "components/http/HttpText.h"
@@ -15,22 +16,31 @@ struct Arrival {
     std::string body{};
     bool tooLarge = false;
     bool headTooLarge = false;
+    bool noMemory = false;
 };
 
-std::size_t TakeBody(const char* data, std::size_t size, std::size_t count, void* target) {
-    auto& arrival = *static_cast<Arrival*>(target);
-    arrival.tooLarge = size * count > arrival.largest - arrival.body.size();
-    if (arrival.tooLarge) return 0;
-    arrival.body.append(data, size * count);
-    return size * count;
+bool TakeBody(Arrival& arrival, std::string_view data) {
+    arrival.tooLarge = data.size() > arrival.largest - arrival.body.size();
+    if (!arrival.tooLarge) arrival.body.append(data);
+    return !arrival.tooLarge;
 }
 
-std::size_t TakeHead(const char* data, std::size_t size, std::size_t count, void* target) {
+bool TakeHead(Arrival& arrival, std::string_view line) {
+    arrival.headTooLarge = !arrival.head.Take(line);
+    if (!arrival.headTooLarge && arrival.head.IsNew()) arrival.body.clear();
+    return !arrival.headTooLarge;
+}
+
+// Nothing may be thrown through libcurl, whose frames know no exceptions. 0 ends the exchange.
+template <bool (*take)(Arrival&, std::string_view)>
+std::size_t Take(const char* data, std::size_t size, std::size_t count, void* target) noexcept {
     auto& arrival = *static_cast<Arrival*>(target);
-    arrival.headTooLarge = !arrival.head.Take({data, size * count});
-    if (arrival.headTooLarge) return 0;
-    if (arrival.head.IsNew()) arrival.body.clear();
-    return size * count;
+    try {
+        return take(arrival, {data, size * count}) ? size * count : 0;
+    } catch (const std::bad_alloc&) {
+        arrival.noMemory = true;
+        return 0;
+    }
 }
 
 // Sets option after option, until one fails.
@@ -137,9 +147,9 @@ void SetMessages(Options& options, HeaderList& headers, const ExchangeRequest& r
     options.Set(CURLOPT_HTTPHEADER, headers.First())
         .Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()))
         .Set(CURLOPT_POSTFIELDS, request.body.empty() ? "" : request.body.data())
-        .Set(CURLOPT_WRITEFUNCTION, &TakeBody)
+        .Set(CURLOPT_WRITEFUNCTION, &Take<TakeBody>)
         .Set(CURLOPT_WRITEDATA, &arrival)
-        .Set(CURLOPT_HEADERFUNCTION, &TakeHead)
+        .Set(CURLOPT_HEADERFUNCTION, &Take<TakeHead>)
         .Set(CURLOPT_HEADERDATA, &arrival);
 }
 
@@ -185,6 +195,7 @@ ExchangeOutcome PostRequest(const ExchangeSettings& settings, const ExchangeRequ
     SetMessages(options, headers, request, arrival);
     const CURLcode code =
         options.Result() != CURLE_OK ? options.Result() : curl.perform(handle.get());
+    if (arrival.noMemory) throw std::bad_alloc();
     if (code != CURLE_OK) return Failed(curl, code, arrival, told);
     if (!arrival.head.IsWhole()) return Failed(curl, CURLE_PARTIAL_FILE, arrival, told);
     return {.end = ExchangeEnd::kAnswered,

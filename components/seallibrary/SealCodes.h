@@ -10,6 +10,7 @@ enum SealCode : int {
     kSealBufferTooSmall = 0x0C000002,  // the length needed has been told
     kSealNotSupported = 0x0C000003,
     kSealTooLarge = 0x0C000004,  // over the limits of SealLimits.h
+    kSealNoMemory = 0x0C000005,
 
     // The certificate service.
     kSealServiceMissing = 0x0C000010,     // its file isn't there or can't be loaded

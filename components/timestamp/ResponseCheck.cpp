@@ -1,9 +1,9 @@
 #include "components/timestamp/ResponseCheck.h"
 
-#include <openssl/err.h>
 #include <openssl/pkcs7.h>
 #include <openssl/ts.h>
 
+#include "components/crypto/ErrorMark.h"
 #include "components/crypto/Handles.h"
 
 namespace {
@@ -31,15 +31,6 @@ constexpr struct {
 
 constexpr const char* kStatuses[] = {"granted", "grantedWithMods",   "rejection",
                                      "waiting", "revocationWarning", "revocationNotification"};
-
-// What failed on the way is nobody's business afterwards.
-class ErrorsCleared {
-public:
-    ErrorsCleared() = default;
-    ~ErrorsCleared() { ERR_clear_error(); }
-    ErrorsCleared(const ErrorsCleared&) = delete;
-    ErrorsCleared& operator=(const ErrorsCleared&) = delete;
-};
 
 // The whole of `der`, or null.
 template <typename Handle, auto Decode>
@@ -171,12 +162,12 @@ std::string Summary(const std::string& status, const TS_TST_INFO* stamp) {
 }  // namespace
 
 bool IsTimeStampRequest(std::string_view der) {
-    const ErrorsCleared errors;
+    const ErrorMark mark;
     return ParseRequest(der) != nullptr;
 }
 
 ResponseVerdict CheckResponse(std::string_view request, std::string_view response) {
-    const ErrorsCleared errors;
+    const ErrorMark mark;
     const RequestHandle asked = ParseRequest(request);
     if (!asked) return {"there is no time-stamp request", {}};
     Response answer;

@@ -195,6 +195,7 @@ Meaning OfSeal(SealCode code) {
         case kSealBufferTooSmall: return {kFailed, "a buffer was too small"};
         case kSealNotSupported: return {kFailed, "the seal library doesn't offer this"};
         case kSealTooLarge: return {kFailed, "the seal or the signature is too large"};
+        case kSealNoMemory: return {kFailed, "there is not enough memory"};
         case kSealServiceMissing:
             return {kSetup, "the seal library can't load the certificate service"};
         case kSealServiceIncomplete:

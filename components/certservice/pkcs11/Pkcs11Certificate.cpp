@@ -1,12 +1,12 @@
 #include "components/certservice/pkcs11/Pkcs11Certificate.h"
 
-#include <openssl/err.h>
 #include <openssl/x509v3.h>
 
 #include <set>
 
 #include "components/certservice/ServiceCodes.h"
 #include "components/certservice/pkcs11/Pkcs11Text.h"
+#include "components/crypto/ErrorMark.h"
 #include "components/crypto/Handles.h"
 #include "components/crypto/Hex.h"
 #include "platform/CodePage.h"
@@ -105,12 +105,10 @@ void AddCandidate(Pkcs11Certificate certificate, const CertificateFacts& facts,
 
 CertificateFacts InspectCertificate(const std::string& der) {
     CertificateFacts facts;
+    const ErrorMark mark;
     auto* bytes = reinterpret_cast<const unsigned char*>(der.data());
     const CertificateHandle certificate(d2i_X509(nullptr, &bytes, static_cast<long>(der.size())));
-    if (!certificate) {
-        ERR_clear_error();
-        return facts;
-    }
+    if (!certificate) return facts;
     facts.readable = true;
     facts.isAuthority = X509_check_ca(certificate.get()) != 0;
     facts.notBefore = TimeText(X509_get0_notBefore(certificate.get()));

@@ -1,10 +1,10 @@
 #include "components/certservice/pkcs11/Pkcs11Signature.h"
 
 #include <openssl/ec.h>
-#include <openssl/err.h>
 #include <openssl/x509.h>
 
 #include "components/certservice/ServiceCodes.h"
+#include "components/crypto/ErrorMark.h"
 #include "components/crypto/Handles.h"
 #include "components/crypto/Signature.h"
 
@@ -21,9 +21,9 @@ const unsigned char* Bytes(std::string_view text) {
 }
 
 bool IsSignatureDer(std::string_view text) {
+    const ErrorMark mark;
     const unsigned char* bytes = Bytes(text);
     const SignatureHandle signature(d2i_ECDSA_SIG(nullptr, &bytes, static_cast<long>(text.size())));
-    ERR_clear_error();
     return signature && bytes == Bytes(text) + text.size();
 }
 
