@@ -1,8 +1,9 @@
 #include <cstddef>
+#include <memory>
 #include <set>
 
-#include "components/drawing/GdPicture.h"
 #include "components/drawing/Picture.h"
+#include "components/picture/GdLibrary.h"
 
 namespace {
 
@@ -15,8 +16,9 @@ constexpr int kAlphaStep = 17;
 constexpr int kTransparentWhite = 0xFFFFFF;
 constexpr int kVisibleWhite = 0xFEFEFE;
 
-std::string BytesOf(void* data, int size) {
-    const GdBytes owner(data);
+// Takes the memory over.
+std::string BytesOf(const CGdLibrary& gd, void* data, int size) {
+    const std::unique_ptr<void, decltype(gd.free)> owner(data, gd.free);
     if (!owner) return {};
     return {static_cast<const char*>(data), static_cast<std::size_t>(size)};
 }
@@ -46,21 +48,21 @@ bool HasFewColours(const Picture& picture) {
 }
 
 // libgd's reduction of a picture with many colours, without the transparent pixels.
-GdImage ReducedPicture(const Picture& picture) {
-    GdImage image(gdImageCreateTrueColor(picture.width, picture.height));
+GdImageHandle ReducedPicture(const CGdLibrary& gd, const Picture& picture) {
+    GdImageHandle image(gd.createTrueColor(picture.width, picture.height));
     if (!image) return {};
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
             const int colour = GifColour(PixelAt(picture, x, y));
-            gdImageSetPixel(image.get(), x, y, colour < 0 ? kTransparentWhite : colour);
+            gd.setPixel(image.get(), x, y, colour < 0 ? kTransparentWhite : colour);
         }
     }
-    if (!gdImageTrueColorToPalette(image.get(), 0, kGifColours)) return {};
+    if (!gd.trueColorToPalette(image.get(), 0, kGifColours)) return {};
     return image;
 }
 
-GdImage EmptyPalettePicture(const Picture& picture) {
-    return GdImage(gdImageCreatePalette(picture.width, picture.height));
+GdImageHandle EmptyPalettePicture(const CGdLibrary& gd, const Picture& picture) {
+    return GdImageHandle(gd.createPalette(picture.width, picture.height));
 }
 
 bool IsComplete(const Picture& picture) {
@@ -71,46 +73,51 @@ bool IsComplete(const Picture& picture) {
 }  // namespace
 
 std::string EncodeGif(const Picture& picture) {
-    if (!IsComplete(picture)) return {};
+    const CGdLibrary* const opened = CGdLibrary::Get();
+    if (!opened || !IsComplete(picture)) return {};
+    const CGdLibrary& gd = *opened;
     const bool fewColours = HasFewColours(picture);
-    const GdImage image = fewColours ? EmptyPalettePicture(picture) : ReducedPicture(picture);
+    const GdImageHandle image =
+        fewColours ? EmptyPalettePicture(gd, picture) : ReducedPicture(gd, picture);
     if (!image) return {};
-    const int transparent = gdImageColorAllocate(image.get(), 255, 255, 255);
-    gdImageColorTransparent(image.get(), transparent);
+    const int transparent = gd.colorAllocate(image.get(), 255, 255, 255);
+    gd.colorTransparent(image.get(), transparent);
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
             const int colour = GifColour(PixelAt(picture, x, y));
             if (colour < 0) {
-                gdImageSetPixel(image.get(), x, y, transparent);
+                gd.setPixel(image.get(), x, y, transparent);
             } else if (fewColours) {
                 const int index =
-                    gdImageColorResolve(image.get(), gdTrueColorGetRed(colour),
-                                        gdTrueColorGetGreen(colour), gdTrueColorGetBlue(colour));
-                gdImageSetPixel(image.get(), x, y, index);
+                    gd.colorResolve(image.get(), gdTrueColorGetRed(colour),
+                                    gdTrueColorGetGreen(colour), gdTrueColorGetBlue(colour));
+                gd.setPixel(image.get(), x, y, index);
             }
         }
     }
     int size = 0;
-    void* const data = gdImageGifPtr(image.get(), &size);
-    return BytesOf(data, size);
+    void* const data = gd.gif(image.get(), &size);
+    return BytesOf(gd, data, size);
 }
 
 std::string EncodePng(const Picture& picture, int dpi) {
-    if (!IsComplete(picture)) return {};
-    const GdImage image(gdImageCreateTrueColor(picture.width, picture.height));
+    const CGdLibrary* const opened = CGdLibrary::Get();
+    if (!opened || !IsComplete(picture)) return {};
+    const CGdLibrary& gd = *opened;
+    const GdImageHandle image(gd.createTrueColor(picture.width, picture.height));
     if (!image) return {};
-    gdImageAlphaBlending(image.get(), 0);
-    gdImageSaveAlpha(image.get(), 1);
-    gdImageSetResolution(image.get(), static_cast<unsigned>(dpi), static_cast<unsigned>(dpi));
+    gd.alphaBlending(image.get(), 0);
+    gd.saveAlpha(image.get(), 1);
+    gd.setResolution(image.get(), static_cast<unsigned>(dpi), static_cast<unsigned>(dpi));
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
             const std::uint8_t* pixel = PixelAt(picture, x, y);
             const int transparency = 127 - pixel[3] * 127 / 255;
-            gdImageSetPixel(image.get(), x, y,
-                            gdTrueColorAlpha(pixel[0], pixel[1], pixel[2], transparency));
+            gd.setPixel(image.get(), x, y,
+                        gdTrueColorAlpha(pixel[0], pixel[1], pixel[2], transparency));
         }
     }
     int size = 0;
-    void* const data = gdImagePngPtr(image.get(), &size);
-    return BytesOf(data, size);
+    void* const data = gd.png(image.get(), &size);
+    return BytesOf(gd, data, size);
 }

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "components/sealpicture/Picture.h"
+#include "components/picture/GdPicture.h"
 #include "components/sealpicture/PictureCodes.h"
 
 namespace {
@@ -99,7 +99,7 @@ std::vector<int> PaintOnWhite(const CGdLibrary& gd, gdImage* picture) {
     return colours;
 }
 
-int EncodeGif(const CGdLibrary& gd, int width, const std::vector<int>& colours, std::string& gif) {
+int GifOfPaint(const CGdLibrary& gd, int width, const std::vector<int>& colours, std::string& gif) {
     const int height = static_cast<int>(colours.size()) / width;
     GdImageHandle painted = ExactPalette(gd, width, height, colours);
     if (!painted) painted = ReducedPalette(gd, width, height, colours);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "components/sealpicture/GdLibrary.h"
+#include "components/picture/GdLibrary.h"
 
 constexpr int kNoPaint = -1;
 
@@ -14,4 +14,4 @@ std::vector<int> PaintOnWhite(const CGdLibrary& gd, gdImage* picture);
 
 // Makes the file, `width` pixels wide. Up to 255 colours are kept exactly, of more libgd chooses
 // 255; kNoPaint becomes transparent. Returns a PictureCode.
-int EncodeGif(const CGdLibrary& gd, int width, const std::vector<int>& colours, std::string& gif);
+int GifOfPaint(const CGdLibrary& gd, int width, const std::vector<int>& colours, std::string& gif);

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "components/sealpicture/GifPicture.h"
-#include "components/sealpicture/Picture.h"
 #include "components/sealpicture/PictureCodes.h"
+#include "components/sealpicture/PictureFile.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ int Marked(int pixel) {
 }
 
 // libgd knows one frame, without its place in the picture.
-int MarkGif(const CGdLibrary& gd, const Picture& picture, std::string& marked) {
+int MarkGif(const CGdLibrary& gd, const PictureFile& picture, std::string& marked) {
     const int width = gdImageSX(picture.image.get());
     const int height = gdImageSY(picture.image.get());
     if (width != picture.header.width || height != picture.header.height) {
@@ -55,7 +55,7 @@ int MarkGif(const CGdLibrary& gd, const Picture& picture, std::string& marked) {
                                   static_cast<std::size_t>(x)];
             if (colour != kNoPaint && stripes.Cross(x, y)) colour = Marked(colour);
         }
-    return EncodeGif(gd, width, colours, marked);
+    return GifOfPaint(gd, width, colours, marked);
 }
 
 // A copy, since the picture itself may have a palette without room for more colours.
@@ -91,7 +91,7 @@ void* Encode(const CGdLibrary& gd, PictureFormat format, gdImage* image, int* si
     return nullptr;
 }
 
-int MarkTrueColour(const CGdLibrary& gd, const Picture& picture, std::string& marked) {
+int MarkTrueColour(const CGdLibrary& gd, const PictureFile& picture, std::string& marked) {
     const GdImageHandle copy = MarkedCopy(gd, picture.image.get());
     int size = 0;
     void* const bytes = copy ? Encode(gd, picture.header.format, copy.get(), &size) : nullptr;
@@ -107,8 +107,8 @@ int StripePeriod(int width, int height) { return std::max(8, std::min(width, hei
 
 int AddWatermark(std::string_view picture, std::string& marked) {
     marked.clear();
-    Picture read;
-    if (const int code = ReadPicture(picture, read)) return code;
+    PictureFile read;
+    if (const int code = ReadPictureFile(picture, read)) return code;
     const CGdLibrary& gd = *CGdLibrary::Get();
     return read.header.format == PictureFormat::kGif ? MarkGif(gd, read, marked)
                                                      : MarkTrueColour(gd, read, marked);

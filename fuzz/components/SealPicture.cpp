@@ -6,7 +6,6 @@
 
 #include "components/picture/PictureHeader.h"
 #include "components/sealpicture/Conversion.h"
-#include "components/sealpicture/Picture.h"
 #include "components/sealpicture/PictureCodes.h"
 #include "fuzz/driver/Require.h"
 

@@ -7,7 +7,6 @@
 #include <string>
 
 #include "components/picture/PictureHeader.h"
-#include "components/sealpicture/Picture.h"
 #include "components/sealpicture/PictureCodes.h"
 #include "fuzz/driver/Require.h"
 

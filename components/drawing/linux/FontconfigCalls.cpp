@@ -1,4 +1,4 @@
-// Fontconfig's calls under its own names, as GdCalls.cpp has libgd's: only a seal that is drawn
+// Fontconfig's calls under its own names, as FreeTypeCalls.cpp has FreeType's: only a seal that is drawn
 // needs a font. Where it can't be opened no font is found.
 #include <fontconfig/fontconfig.h>
 

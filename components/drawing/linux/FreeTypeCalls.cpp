@@ -1,5 +1,5 @@
-// FreeType's calls under its own names, as GdCalls.cpp has libgd's: only a seal that is drawn needs
-// them. Where it can't be opened it can't be started.
+// FreeType's calls under its own names, which open it when the first of them is made: only a seal
+// that is drawn needs them. Where it can't be opened it can't be started.
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H

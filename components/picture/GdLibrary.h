@@ -1,5 +1,4 @@
-// GdLibrary.h - the calls of libgd in use, bound when first used, wherever it
-// stands.
+// GdLibrary.h - the calls of libgd that components make, bound when first used, wherever it stands.
 #pragma once
 
 #include <gd.h>
@@ -8,7 +7,8 @@
 
 class CGdLibrary {
 public:
-    // Null if libgd or one of its calls isn't there. Stays open until the process ends.
+    // Null if libgd or one of its calls isn't there. Stays open until the process ends. May be
+    // called from any thread.
     static const CGdLibrary* Get();
 
     decltype(&::gdSetErrorMethod) setErrorMethod = nullptr;
@@ -22,6 +22,7 @@ public:
     decltype(&::gdImageSetPixel) setPixel = nullptr;
     decltype(&::gdImageTrueColorToPalette) trueColorToPalette = nullptr;
     decltype(&::gdImageColorAllocate) colorAllocate = nullptr;
+    decltype(&::gdImageColorResolve) colorResolve = nullptr;
     decltype(&::gdImageColorTransparent) colorTransparent = nullptr;
     decltype(&::gdImageGifPtr) gif = nullptr;
     decltype(&::gdImageAlphaBlending) alphaBlending = nullptr;

@@ -1,4 +1,4 @@
-#include "components/sealpicture/GdLibrary.h"
+#include "components/picture/GdLibrary.h"
 
 #include "platform/linux/SystemLibrary.h"
 
@@ -12,7 +12,8 @@ bool Find(platform::ModuleHandle module, const char* name, Function& function) {
 
 }  // namespace
 
-// Opening libgd brings some thirty libraries along, and few processes ever convert a picture.
+// libgd brings some sixty libraries along, whose loading takes longer than most commands, and few
+// processes ever touch a picture.
 bool CGdLibrary::Bind() {
     const platform::ModuleHandle module = platform::LoadSystemLibrary("gd", 3);
     return module && Find(module, "gdSetErrorMethod", setErrorMethod) &&
@@ -26,6 +27,7 @@ bool CGdLibrary::Bind() {
            Find(module, "gdImageSetPixel", setPixel) &&
            Find(module, "gdImageTrueColorToPalette", trueColorToPalette) &&
            Find(module, "gdImageColorAllocate", colorAllocate) &&
+           Find(module, "gdImageColorResolve", colorResolve) &&
            Find(module, "gdImageColorTransparent", colorTransparent) &&
            Find(module, "gdImageGifPtr", gif) &&
            Find(module, "gdImageAlphaBlending", alphaBlending) &&

@@ -1,4 +1,4 @@
-#include "components/sealpicture/GdLibrary.h"
+#include "components/picture/GdLibrary.h"
 
 #include <cstdarg>
 

@@ -1,19 +1,6 @@
-#include "components/sealpicture/Picture.h"
+#include "components/picture/GdPicture.h"
 
-#include <climits>
-
-#include "components/sealpicture/PictureCodes.h"
-
-namespace {
-
-int CheckHeader(const PictureHeader& header) {
-    if (header.format == PictureFormat::kUnknown) return kPictureUnknownFormat;
-    if (header.width <= 0 || header.height <= 0) return kPictureDamaged;
-    if (IsPictureTooLarge(header.width, header.height)) return kPictureTooLarge;
-    return header.complete ? kPictureOk : kPictureDamaged;
-}
-
-GdImageHandle Decode(const CGdLibrary& gd, PictureFormat format, std::string_view file) {
+GdImageHandle DecodeFile(const CGdLibrary& gd, PictureFormat format, std::string_view file) {
     const int size = static_cast<int>(file.size());
     void* const bytes = const_cast<char*>(file.data());
     switch (format) {
@@ -25,21 +12,6 @@ GdImageHandle Decode(const CGdLibrary& gd, PictureFormat format, std::string_vie
         case PictureFormat::kUnknown: break;
     }
     return nullptr;
-}
-
-}  // namespace
-
-int ReadPicture(std::string_view file, Picture& picture) {
-    if (file.size() > INT_MAX) return kPictureTooLarge;
-    const PictureHeader header = ReadPictureHeader(file);
-    if (const int code = CheckHeader(header)) return code;
-    const CGdLibrary* const gd = CGdLibrary::Get();
-    if (!gd) return kPictureNoDecoder;
-    GdImageHandle image = Decode(*gd, header.format, file);
-    if (!image) return kPictureDamaged;
-    picture.header = header;
-    picture.image = std::move(image);
-    return kPictureOk;
 }
 
 int PixelOf(const CGdLibrary& gd, gdImage* image, int x, int y) {

@@ -1,4 +1,4 @@
-#include "components/sealpicture/GdLibrary.h"
+#include "components/picture/GdLibrary.h"
 
 // Part of the library here.
 bool CGdLibrary::Bind() {
@@ -13,6 +13,7 @@ bool CGdLibrary::Bind() {
     setPixel = &::gdImageSetPixel;
     trueColorToPalette = &::gdImageTrueColorToPalette;
     colorAllocate = &::gdImageColorAllocate;
+    colorResolve = &::gdImageColorResolve;
     colorTransparent = &::gdImageColorTransparent;
     gif = &::gdImageGifPtr;
     alphaBlending = &::gdImageAlphaBlending;
