@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/RegistryStore.h"
+#include "foundation/Registry.h"
 
 constexpr long kDefaultConnectTimeoutMs = 10'000;
 constexpr long kDefaultTimeoutMs = 30'000;
@@ -20,12 +20,4 @@ struct ExchangeSettings {
 // Reads the values Proxy, CaFile, ConnectTimeout and Timeout of `key` afresh, which may be null.
 // The times are numbers of seconds: 0 and absence are the default, more than kLongestTimeoutSeconds
 // is cut to that.
-ExchangeSettings ReadExchangeSettings(platform::RegistryKey key);
-
-// A value of any length: its bytes as they are, or its text up to the first zero byte, in UTF-8.
-// Empty if it is absent or `key` is null.
-std::string StoredBytes(platform::RegistryKey key, const char* name);
-std::string StoredText(platform::RegistryKey key, const char* name);
-
-// A value that is a number; 0 if it is absent or `key` is null.
-unsigned int StoredNumber(platform::RegistryKey key, const char* name);
+ExchangeSettings ReadExchangeSettings(CRegistry& key);
