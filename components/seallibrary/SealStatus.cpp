@@ -2,9 +2,9 @@
 
 #include "components/http/Address.h"
 #include "components/http/Exchange.h"
+#include "components/http/SealServiceSettings.h"
 #include "components/seallibrary/SealCodes.h"
 #include "components/text/RecordText.h"
-#include "components/transport/TransportSettings.h"
 #include "foundation/Text.h"
 #include "foundation/XmlDocument.h"
 
@@ -85,13 +85,13 @@ int Ask(std::string_view address, std::string_view number, std::string_view hash
     fault = FaultOfAddress(url);
     if (!fault.empty()) return kSealStatusBadAddress;
     const std::string request = MakeRequest(number, hash);
-    return CodeOfOutcome(
-        PostRequest(ReadTransportSettings(), {.url = url,
-                                              .headers = {"EncryptType: 0", "RequestContent: XML",
-                                                          "Content-Type: text/xml; charset=utf-8"},
-                                              .body = request,
-                                              .largestAnswer = kLargestAnswer}),
-        fault);
+    return CodeOfOutcome(PostRequest(ReadSealServiceSettings(),
+                                     {.url = url,
+                                      .headers = {"EncryptType: 0", "RequestContent: XML",
+                                                  "Content-Type: text/xml; charset=utf-8"},
+                                      .body = request,
+                                      .largestAnswer = kLargestAnswer}),
+                         fault);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ constexpr std::size_t kMaxStatusField = 1024;
 // kSealNoStatusService (an empty address), kSealStatusBadAddress, kSealStatusUnreachable,
 // kSealStatusBadAnswer; kSealBadArgument for an empty field, kSealTooLarge for a long one.
 //
-// Proxy, certificates and time-outs are those of the transport's settings, read afresh; blocks for
+// Proxy, certificates and time-outs are those of ReadSealServiceSettings, read afresh; blocks for
 // that time-out at the most. A failure is told in `fault`, a clause that RecordText
 // has made fit for the log: a server words a part of it.
 int AskSealStatus(std::string_view address, std::string_view number, std::string_view hash,

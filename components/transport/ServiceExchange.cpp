@@ -67,7 +67,7 @@ int CheckAddress(const std::string& address) {
     return FaultOfAddress(address).empty() ? kTransportOk : kTransportBadAddress;
 }
 
-int AskService(const TransportSettings& settings, const std::string& address,
+int AskService(const SealServiceSettings& settings, const std::string& address,
                const std::vector<std::string>& headers, std::string_view body,
                std::string& answer) {
     answer.clear();

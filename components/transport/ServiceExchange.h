@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "components/transport/TransportSettings.h"
+#include "components/http/SealServiceSettings.h"
 
 // kTransportOk if the service can be asked at `address` by its form; nothing is looked up.
 int CheckAddress(const std::string& address);
@@ -14,5 +14,5 @@ int CheckAddress(const std::string& address);
 // the HTTP statuses 200 to 299. Returns a TransportCode; but for kTransportOk `answer` is empty.
 // Redirects aren't followed: the request is meant for this address. Blocks for settings.timeoutMs
 // at the most.
-int AskService(const TransportSettings& settings, const std::string& address,
+int AskService(const SealServiceSettings& settings, const std::string& address,
                const std::vector<std::string>& headers, std::string_view body, std::string& answer);

@@ -84,7 +84,7 @@ int Start(CHandleTable& table, void* context, void* request, Errand& errand) {
 
 int Perform(const Errand& errand, std::string& answer) noexcept {
     try {
-        return AskService(ReadTransportSettings(), errand.address, errand.headers, errand.body,
+        return AskService(ReadSealServiceSettings(), errand.address, errand.headers, errand.body,
                           answer);
     } catch (const std::bad_alloc&) {
         return kTransportNoMemory;

@@ -11,7 +11,7 @@
 #include "Terminal.h"
 #include "TerminalText.h"
 #include "components/http/Address.h"
-#include "components/transport/TransportSettings.h"
+#include "components/http/SealServiceSettings.h"
 #include "foundation/Text.h"
 #include "foundation/XmlDocument.h"
 #include "include/TesmarkOpt.h"
@@ -34,7 +34,7 @@ std::string Exchange(const std::string& url, const std::string& request) {
     const Progress progress("Waiting for the online seal service");
     // The library doesn't measure the room: it has to do for the largest answer. Untouched until
     // something is written there.
-    const std::size_t largest = ReadTransportSettings().largestAnswer;
+    const std::size_t largest = ReadSealServiceSettings().largestAnswer;
     const std::unique_ptr<unsigned char[]> room(new unsigned char[largest]);
     int length = 0;
     const LogMark mark;

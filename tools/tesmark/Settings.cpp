@@ -13,8 +13,8 @@
 #include "TerminalText.h"
 #include "components/certservice/Places.h"
 #include "components/http/Address.h"
+#include "components/http/SealServiceSettings.h"
 #include "components/timestamp/TimeStampSettings.h"
-#include "components/transport/TransportSettings.h"
 #include "foundation/Registry.h"
 #include "foundation/Text.h"
 #include "platform/Files.h"
@@ -94,15 +94,15 @@ constexpr auto kSettings = std::to_array<Setting>({
      "seconds until an authority must have been reached", kLongestTimeoutSeconds},
     {"TimeStampTimeout", kMachine, kTimeStampSettingsKey, "Timeout", kNumber, "30",
      "seconds until an authority must have answered", kLongestTimeoutSeconds},
-    {"ServiceProxy", kMachine, kTransportSettingsKey, "Proxy", kLongAddress, "",
+    {"ServiceProxy", kMachine, kSealServiceSettingsKey, "Proxy", kLongAddress, "",
      "proxy on the way to the online seal service; without it that of the environment"},
-    {"ServiceCaFile", kMachine, kTransportSettingsKey, "CaFile", kPath, "",
+    {"ServiceCaFile", kMachine, kSealServiceSettingsKey, "CaFile", kPath, "",
      "certificates (PEM) that the service's server is checked with; without it the system's"},
-    {"ServiceConnectTimeout", kMachine, kTransportSettingsKey, "ConnectTimeout", kNumber, "10",
+    {"ServiceConnectTimeout", kMachine, kSealServiceSettingsKey, "ConnectTimeout", kNumber, "10",
      "seconds until the service must have been reached", kLongestTimeoutSeconds},
-    {"ServiceTimeout", kMachine, kTransportSettingsKey, "Timeout", kNumber, "30",
+    {"ServiceTimeout", kMachine, kSealServiceSettingsKey, "Timeout", kNumber, "30",
      "seconds until the service must have answered", kLongestTimeoutSeconds},
-    {"ServiceLargestAnswer", kMachine, kTransportSettingsKey, "LargestAnswer", kNumber, "64",
+    {"ServiceLargestAnswer", kMachine, kSealServiceSettingsKey, "LargestAnswer", kNumber, "64",
      "MiB that an answer of the service may have", kMostLargestAnswerMib},
     {"DialogProgram", kMachine, kPlatformKey, "DialogProgram", kPath, "",
      "the program that shows the dialogs"},

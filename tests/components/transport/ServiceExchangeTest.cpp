@@ -53,7 +53,7 @@ protected:
 
     TemporaryPrefix m_prefix;
     NoProxy m_noProxy;
-    TransportSettings m_settings;
+    SealServiceSettings m_settings;
     std::string m_answer;
 };
 

@@ -9,9 +9,9 @@
 #include <thread>
 #include <vector>
 
+#include "components/http/SealServiceSettings.h"
 #include "components/transport/HandleTable.h"
 #include "components/transport/TransportCodes.h"
-#include "components/transport/TransportSettings.h"
 #include "foundation/Registry.h"
 #include "support/LoopbackServer.h"
 #include "support/NoProxy.h"
@@ -65,7 +65,7 @@ protected:
     static void SetNumber(const char* name, unsigned int number) {
         const CRegistry key(platform::CreateRegistryKey(
             platform::RegistryRootKey(platform::RegistryRoot::LocalMachine),
-            kTransportSettingsKey));
+            kSealServiceSettingsKey));
         ASSERT_TRUE(platform::SetRegistryNumber(key.key, name, number));
     }
 

@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "SourceFixture.h"
-#include "components/transport/TransportSettings.h"
+#include "components/http/SealServiceSettings.h"
 #include "foundation/Registry.h"
 
 namespace {
@@ -92,7 +92,7 @@ protected:
     static CRegistry Store() {
         return CRegistry(platform::CreateRegistryKey(
             platform::RegistryRootKey(platform::RegistryRoot::LocalMachine),
-            kTransportSettingsKey));
+            kSealServiceSettingsKey));
     }
     static void StoreNumber(const char* name, unsigned int number) {
         ASSERT_TRUE(platform::SetRegistryNumber(Store().key, name, number));
@@ -150,7 +150,7 @@ TEST_F(ServiceExchangeDoctorTest, WhatIsNoNumberIsNamedWithWhatHoldsInItsPlace) 
     UseService();
     ASSERT_TRUE(platform::SetRegistryString(Store().key, "Timeout", "a minute"));
     EXPECT_EQ(Found(), "WRONG: ServiceTimeout is no number; the transport takes 30 seconds.");
-    EXPECT_EQ(ReadTransportSettings().timeoutMs, 30'000);
+    EXPECT_EQ(ReadSealServiceSettings().timeoutMs, 30'000);
 }
 
 TEST_F(ServiceExchangeDoctorTest, ATimeToReachAServerThatNobodyWaitsForIsNamed) {

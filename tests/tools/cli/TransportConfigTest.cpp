@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "CliFixture.h"
-#include "components/transport/TransportSettings.h"
+#include "components/http/SealServiceSettings.h"
 #include "support/LoopbackServer.h"
 #include "support/NoProxy.h"
 
@@ -31,7 +31,7 @@ TEST_F(TransportConfigTest, WhatIsSetIsWhatTheTransportReads) {
     Set("ServiceConnectTimeout", "3");
     Set("ServiceTimeout", "7");
     Set("ServiceLargestAnswer", "2");
-    const TransportSettings settings = ReadTransportSettings();
+    const SealServiceSettings settings = ReadSealServiceSettings();
     EXPECT_EQ(settings.proxy, "http://proxy:3128");
     EXPECT_EQ(settings.caFile, InPrefix("ca.pem"));
     EXPECT_EQ(settings.connectTimeoutMs, 3'000);

@@ -8,7 +8,7 @@
 #include "TerminalText.h"
 #include "commands/ExamineExchange.h"
 #include "components/http/Address.h"
-#include "components/transport/TransportSettings.h"
+#include "components/http/SealServiceSettings.h"
 #include "foundation/Registry.h"
 #include "foundation/SealSettings.h"
 
@@ -65,7 +65,7 @@ void ExamineStatus(Findings& findings) {
 }
 
 // "10 seconds to reach a server, ..."
-std::string WayText(const TransportSettings& settings) {
+std::string WayText(const SealServiceSettings& settings) {
     const std::string certificates = settings.caFile.empty()
                                          ? "the system's certificates"
                                          : "the certificates of " + Printable(settings.caFile);
@@ -87,7 +87,7 @@ void ExamineWay(Findings& findings, bool inUse) {
     }
     if (findings.Problems() > before) return;
     findings.Good(kTransport.subject,
-                  WayText(ReadTransportSettings()) + (inUse ? "" : " (not in use)"));
+                  WayText(ReadSealServiceSettings()) + (inUse ? "" : " (not in use)"));
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
-#include "components/transport/TransportSettings.h"
+#include "components/http/SealServiceSettings.h"
 
 #include <algorithm>
 
-TransportSettings ReadTransportSettings() {
+SealServiceSettings ReadSealServiceSettings() {
     CRegistry key(platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine,
-                                            kTransportSettingsKey,
+                                            kSealServiceSettingsKey,
                                             platform::RegistryAccess::Read64));
-    TransportSettings settings{ReadExchangeSettings(key)};
+    SealServiceSettings settings{ReadExchangeSettings(key)};
     const unsigned int mib = key.GetNumber("LargestAnswer");
     if (mib != 0) {
         settings.largestAnswer = std::size_t{std::min(mib, kMostLargestAnswerMib)} << 20;

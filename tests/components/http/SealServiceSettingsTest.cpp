@@ -1,4 +1,4 @@
-#include "components/transport/TransportSettings.h"
+#include "components/http/SealServiceSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -9,38 +9,38 @@ namespace {
 
 using platform::RegistryRoot;
 
-class TransportSettingsTest : public testing::Test {
+class SealServiceSettingsTest : public testing::Test {
 protected:
     static void SetNumber(const char* name, unsigned int number) {
         const CRegistry key(platform::CreateRegistryKey(
-            platform::RegistryRootKey(RegistryRoot::LocalMachine), kTransportSettingsKey));
+            platform::RegistryRootKey(RegistryRoot::LocalMachine), kSealServiceSettingsKey));
         ASSERT_TRUE(platform::SetRegistryNumber(key.key, name, number));
     }
 
     TemporaryPrefix m_prefix;
 };
 
-TEST_F(TransportSettingsTest, WithoutValuesTheDefaultsHold) {
-    const TransportSettings settings = ReadTransportSettings();
+TEST_F(SealServiceSettingsTest, WithoutValuesTheDefaultsHold) {
+    const SealServiceSettings settings = ReadSealServiceSettings();
     EXPECT_EQ(settings.proxy + settings.caFile, "");
     EXPECT_EQ(settings.connectTimeoutMs, 10'000);
     EXPECT_EQ(settings.timeoutMs, 30'000);
     EXPECT_EQ(settings.largestAnswer, 67'108'864u);
 }
 
-TEST_F(TransportSettingsTest, TheValuesStandUnderAKeyOfTheTransport) {
+TEST_F(SealServiceSettingsTest, TheValuesStandUnderAKeyOfTheTransport) {
     SetNumber("Timeout", 7);
     SetNumber("LargestAnswer", 3);
-    const TransportSettings settings = ReadTransportSettings();
+    const SealServiceSettings settings = ReadSealServiceSettings();
     EXPECT_EQ(settings.timeoutMs, 7'000);
     EXPECT_EQ(settings.largestAnswer, 3'145'728u);
 }
 
-TEST_F(TransportSettingsTest, NothingIsWithoutALimit) {
+TEST_F(SealServiceSettingsTest, NothingIsWithoutALimit) {
     SetNumber("LargestAnswer", 0);
-    EXPECT_EQ(ReadTransportSettings().largestAnswer, 67'108'864u);
+    EXPECT_EQ(ReadSealServiceSettings().largestAnswer, 67'108'864u);
     SetNumber("LargestAnswer", 0xFFFFFFFF);
-    EXPECT_EQ(ReadTransportSettings().largestAnswer, 1'073'741'824u);
+    EXPECT_EQ(ReadSealServiceSettings().largestAnswer, 1'073'741'824u);
 }
 
 }  // namespace
