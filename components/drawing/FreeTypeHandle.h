@@ -1,4 +1,4 @@
-// FreeTypeHandle.h - owning handles for FreeType's library and faces.
+// FreeTypeHandle.h - owning handles for FreeType's library and faces, and its measure.
 #pragma once
 
 #include <ft2build.h>
@@ -15,3 +15,9 @@ struct FreeTypeClose {
 // A face must go before its library.
 using FreeTypeLibrary = std::unique_ptr<std::remove_pointer_t<FT_Library>, FreeTypeClose>;
 using FreeTypeFace = std::unique_ptr<std::remove_pointer_t<FT_Face>, FreeTypeClose>;
+
+// Null if FreeType isn't there or has no memory.
+FreeTypeLibrary StartFreeType();
+
+// Pixels as FreeType counts them, in 1/64.
+FT_Pos Fixed26(double pixels);

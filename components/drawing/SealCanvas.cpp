@@ -8,8 +8,6 @@ namespace {
 
 constexpr int kCirclePoints = 1'440;
 
-FT_Pos Fixed26(double pixels) { return std::lround(pixels * 64); }
-
 std::size_t PointCount(const std::vector<std::vector<SealPoint>>& contours) {
     std::size_t count = 0;
     for (const auto& contour : contours) count += contour.size();
@@ -54,6 +52,18 @@ bool CSealCanvas::FillOutline(FT_Outline& outline) {
     bitmap.num_grays = 256;
     bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
     return FT_Outline_Get_Bitmap(m_library, &outline, &bitmap) == 0;
+}
+
+Picture CSealCanvas::Painted(std::uint32_t colour) const {
+    Picture picture{m_width, m_height, {}};
+    picture.rgba.reserve(m_coverage.size() * 4);
+    for (const std::uint8_t alpha : m_coverage) {
+        picture.rgba.push_back(static_cast<std::uint8_t>(colour >> 16));
+        picture.rgba.push_back(static_cast<std::uint8_t>(colour >> 8));
+        picture.rgba.push_back(static_cast<std::uint8_t>(colour));
+        picture.rgba.push_back(alpha);
+    }
+    return picture;
 }
 
 std::vector<SealPoint> CircleContour(double radius) {

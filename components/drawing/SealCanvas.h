@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "components/drawing/FreeTypeHandle.h"
+#include "components/drawing/Picture.h"
 
 struct SealPoint {
     double x;
@@ -23,14 +24,14 @@ public:
     // Fills a glyph's outline, whose coordinates are 1/64 pixels from the centre; moves it.
     bool FillOutline(FT_Outline& outline);
 
-    // Coverage from 0 to 255, rows from the top.
-    const std::vector<std::uint8_t>& Coverage() const { return m_coverage; }
+    // The sheet in one colour, 0xRRGGBB, with the coverage as its alpha.
+    Picture Painted(std::uint32_t colour) const;
 
 private:
     FT_Library m_library;
     int m_width;
     int m_height;
-    std::vector<std::uint8_t> m_coverage;
+    std::vector<std::uint8_t> m_coverage;  // from 0 to 255, rows from the top
 };
 
 // A circle, counter-clockwise for a positive radius, clockwise for a negative one.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "components/http/HttpText.h"
+#include "components/text/AsciiText.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "components/http/AnswerHead.h"
-#include "components/http/HttpText.h"
+#include "components/text/AsciiText.h"
 #include "platform/CurlLibrary.h"
 
 namespace {

@@ -29,11 +29,6 @@ constexpr double kLowerGap = 0.3;
 
 double Pixels(double points) { return points * kSealDpi / 72; }
 
-FreeTypeLibrary StartFreeType() {
-    FT_Library library = nullptr;
-    return FT_Init_FreeType(&library) == 0 ? FreeTypeLibrary(library) : nullptr;
-}
-
 std::u32string CharactersOf(const std::vector<SealWord>& words) {
     std::u32string characters;
     for (const SealWord& word : words) characters += word.characters;

@@ -10,8 +10,6 @@ namespace {
 // A stroke of a light face grows by this part of an em.
 constexpr double kEmboldening = 1.0 / 32;
 
-FT_Pos Fixed26(double pixels) { return std::lround(pixels * 64); }
-
 }  // namespace
 
 void SealBox::Include(const SealBox& other) {

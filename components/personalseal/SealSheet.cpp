@@ -51,18 +51,6 @@ bool PaintGlyphs(CSealCanvas& canvas, CSealFaces& faces, const SealBlock& block)
     return true;
 }
 
-Picture Coloured(const CSealCanvas& canvas, const SealSheet& sheet) {
-    Picture picture{sheet.width, sheet.height, {}};
-    picture.rgba.reserve(canvas.Coverage().size() * 4);
-    for (const std::uint8_t alpha : canvas.Coverage()) {
-        picture.rgba.push_back(static_cast<std::uint8_t>(sheet.colour >> 16));
-        picture.rgba.push_back(static_cast<std::uint8_t>(sheet.colour >> 8));
-        picture.rgba.push_back(static_cast<std::uint8_t>(sheet.colour));
-        picture.rgba.push_back(alpha);
-    }
-    return picture;
-}
-
 bool IsPossible(const SealSheet& sheet) {
     return sheet.width > 0 && sheet.height > 0 && !IsPictureTooLarge(sheet.width, sheet.height);
 }
@@ -74,6 +62,6 @@ int PaintSeal(FT_Library library, CSealFaces& faces, const SealBlock& block, con
     if (!IsPossible(sheet)) return kSealBadSize;
     CSealCanvas canvas(library, sheet.width, sheet.height);
     if (!PaintFrame(canvas, sheet) || !PaintGlyphs(canvas, faces, block)) return kSealNoDrawing;
-    png = EncodePng(Coloured(canvas, sheet), kSealDpi);
+    png = EncodePng(canvas.Painted(sheet.colour), kSealDpi);
     return png.empty() ? kSealNoDrawing : kSealDrawn;
 }

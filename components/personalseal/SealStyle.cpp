@@ -4,18 +4,12 @@
 #include <optional>
 
 #include "components/personalseal/SealControlCodes.h"
+#include "components/text/AsciiText.h"
 
 namespace {
 
 constexpr std::uint32_t kColours[] = {0xD7000F, 0x0B3FA8, 0x000000};
 constexpr std::u8string_view kBold = u8"粗体";
-constexpr std::string_view kBlanks = " \t\r\n";
-
-std::string_view Trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 std::string Tag(std::string_view name) { return "<" + std::string(name) + ">"; }
 std::string EndTag(std::string_view name) { return "</" + std::string(name) + ">"; }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "components/drawing/Utf8Text.h"
 #include "components/personalseal/SealControlCodes.h"
+#include "components/text/Utf8Text.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "components/http/HttpText.h"
+#include "components/text/AsciiText.h"
 #include "components/transport/TransportCodes.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "components/http/HttpText.h"
+#include "components/text/AsciiText.h"
 #include "fuzz/driver/Require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "components/drawing/Utf8Text.h"
+#include "components/text/Utf8Text.h"
 #include "fuzz/driver/Require.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "tools/sealserver/Administration.h"
 
-#include "components/drawing/Utf8Text.h"
+#include "components/text/Utf8Text.h"
 #include "tools/sealserver/OfferedSeal.h"
 #include "tools/sealserver/ServiceRequest.h"
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <pugixml.hpp>
 
-#include "components/drawing/Utf8Text.h"
+#include "components/text/Utf8Text.h"
 
 namespace {
 

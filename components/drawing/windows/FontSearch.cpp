@@ -87,11 +87,6 @@ bool HasAll(FT_Face face, const std::u32string& text) {
     });
 }
 
-FreeTypeLibrary StartFreeType() {
-    FT_Library library = nullptr;
-    return FT_Init_FreeType(&library) == 0 ? FreeTypeLibrary(library) : nullptr;
-}
-
 }  // namespace
 
 struct CFontSearch::State {

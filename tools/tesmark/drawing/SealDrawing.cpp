@@ -3,7 +3,7 @@
 #include <numbers>
 
 #include "components/drawing/FontSearch.h"
-#include "components/drawing/Utf8Text.h"
+#include "components/text/Utf8Text.h"
 #include "drawing/SealText.h"
 
 namespace {
@@ -97,18 +97,6 @@ bool DrawTexts(CSealCanvas& canvas, CSealText& text, const SealTexts& texts, dou
            text.Draw(canvas, texts.number, SealTextPath::kLowerArc, NumberPlace(radius));
 }
 
-Picture Coloured(const std::vector<std::uint8_t>& coverage, int side, std::uint32_t colour) {
-    Picture picture{side, side, {}};
-    picture.rgba.reserve(coverage.size() * 4);
-    for (const std::uint8_t alpha : coverage) {
-        picture.rgba.push_back(static_cast<std::uint8_t>(colour >> 16));
-        picture.rgba.push_back(static_cast<std::uint8_t>(colour >> 8));
-        picture.rgba.push_back(static_cast<std::uint8_t>(colour));
-        picture.rgba.push_back(alpha);
-    }
-    return picture;
-}
-
 }  // namespace
 
 bool DrawRoundSeal(const SealDesign& design, Picture& picture, std::string& problem) {
@@ -122,23 +110,22 @@ bool DrawRoundSeal(const SealDesign& design, Picture& picture, std::string& prob
                   design.purpose + design.number + "\"; on Debian install fonts-noto-cjk.";
         return false;
     }
-    FT_Library handle = nullptr;
-    if (FT_Init_FreeType(&handle)) {
+    const FreeTypeLibrary library = StartFreeType();
+    if (!library) {
         problem = "FreeType can't be started.";
         return false;
     }
-    const FreeTypeLibrary library(handle);
-    CSealText text(handle);
+    CSealText text(library.get());
     if (!text.Open(font)) {
         problem = "The font \"" + font.path + "\" can't be read.";
         return false;
     }
     const int side = PixelsOf(design.diameterMm, design.dpi);
-    CSealCanvas canvas(handle, side, side);
+    CSealCanvas canvas(library.get(), side, side);
     if (!DrawShapes(canvas, side / 2.0) || !DrawTexts(canvas, text, texts, side / 2.0)) {
         problem = "The texts of the seal don't fit into it.";
         return false;
     }
-    picture = Coloured(canvas.Coverage(), side, design.colour);
+    picture = canvas.Painted(design.colour);
     return true;
 }

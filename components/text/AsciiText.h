@@ -1,4 +1,4 @@
-// HttpText.h - the text of header fields.
+// AsciiText.h - texts whose letters and blanks are ASCII, whatever stands between them.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "components/drawing/Utf8Text.h"
+#include "components/text/Utf8Text.h"
 
 namespace {
 

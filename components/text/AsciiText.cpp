@@ -1,4 +1,4 @@
-#include "components/http/HttpText.h"
+#include "components/text/AsciiText.h"
 
 #include <algorithm>
 
