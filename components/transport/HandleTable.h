@@ -50,8 +50,6 @@ public:
     // The calling thread reads the answer of `request`, which is there.
     void MarkRead(void* request);
 
-    std::size_t Contexts() const { return m_contexts.size(); }
-
 private:
     bool ReleaseOldest(const TransportContext* kept);
     std::size_t HeldBytes() const;
