@@ -31,10 +31,18 @@ bool IsIdeograph(char32_t character) {
     });
 }
 
+// U+0080 to U+009F are two bytes, whose first one never follows another byte of a character.
 std::string WithoutControls(std::string_view utf8) {
-    std::string text(utf8);
-    for (char& byte : text) {
-        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = ' ';
+    constexpr unsigned char kLead = 0xC2;
+    std::string text;
+    for (std::size_t at = 0; at < utf8.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(utf8[at]);
+        const unsigned char next =
+            at + 1 < utf8.size() ? static_cast<unsigned char>(utf8[at + 1]) : '\0';
+        const bool isLater = byte == kLead && next >= 0x80 && next < 0xA0;
+        const bool isControl = byte < 0x20 || byte == 0x7F || isLater;
+        text.push_back(isControl ? ' ' : utf8[at]);
+        if (isLater) ++at;
     }
     return text;
 }

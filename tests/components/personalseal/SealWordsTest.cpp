@@ -45,6 +45,15 @@ TEST(SealWordsTest, BlanksPartWordsAndAreTold) {
     EXPECT_FALSE(words[3].afterBlank);
 }
 
+TEST(SealWordsTest, EveryControlCharacterIsABlank) {
+    EXPECT_THAT(Words(u8"a\u0001b\u007Fc\u0080d\u0085e\u009Ff"),
+                ElementsAre(U"a", U"b", U"c", U"d", U"e", U"f"));
+    EXPECT_THAT(Words(u8"a\u00A0b\u00A9\u0100"), ElementsAre(U"a", U"b\u00A9\u0100"));
+    EXPECT_EQ(Code(Utf8(u8"\u0080\u009F")), kSealNoText);
+    EXPECT_EQ(Code("a\xC2"), kSealBadText);
+    EXPECT_EQ(Code("a\x85"), kSealBadText);
+}
+
 TEST(SealWordsTest, ATextOfBlanksIsNone) {
     EXPECT_EQ(Code(""), kSealNoText);
     EXPECT_EQ(Code(Utf8(u8" \t\r\n\x7F　")), kSealNoText);
