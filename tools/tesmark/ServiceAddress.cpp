@@ -41,7 +41,9 @@ std::string Exchange(const std::string& url, const std::string& request) {
     const int code = HttpPostData(GbkFromArgument(url, "The address").c_str(),
                                   reinterpret_cast<const unsigned char*>(request.data()),
                                   static_cast<int>(request.size()), room.get(), &length);
-    CheckResult(code, "Nobody answers at " + Printable(WithoutPasswords(url)) + ".", mark);
+    CheckResult(
+        code, "The online seal service can't be asked at " + Printable(WithoutPasswords(url)) + ".",
+        mark);
     return {reinterpret_cast<const char*>(room.get()),
             static_cast<std::size_t>(std::max(length, 0))};
 }
@@ -95,7 +97,10 @@ Greeting GreetService(const std::string& url) {
     if (greeting.status == kGranted) return greeting;
     const std::string told = Printable(WithoutPasswords(url));
     if (greeting.status.empty()) {
-        throw Failure{ExitCode::kFailed, "What answers at " + told + " is no online seal service."};
+        throw Failure{ExitCode::kFailed,
+                      "What answers at " + told + " is no online seal service.",
+                      {},
+                      "  look at the address's host, port and path"};
     }
     throw Failure{ExitCode::kFailed, "The service at " + told + " refuses: status " +
                                          greeting.status + (greeting.message.empty() ? "" : ", ") +

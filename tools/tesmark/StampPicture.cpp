@@ -3,7 +3,10 @@
 #include "DrawingControl.h"
 #include "Library.h"
 #include "ResultText.h"
+#include "ServiceAddress.h"
+#include "Settings.h"
 #include "Terminal.h"
+#include "TerminalText.h"
 #include "TwoStep.h"
 #include "foundation/Registry.h"
 #include "foundation/SealSettings.h"
@@ -16,6 +19,8 @@ constexpr char kOnlineHint[] = "  tell its address: tesmark config online http:/
 constexpr char kOneSealHint[] =
     "  where the service has several seals of one certificate, none can be picked here: have it "
     "give\n  out one";
+
+constexpr char kTryHint[] = "  what it says was shown; to try it: tesmark config online --test";
 
 bool HasPin(const SelectionOptions& options) {
     return !options.pin.pin.empty() || !options.pin.file.empty();
@@ -30,14 +35,29 @@ void RefuseSeal(const SelectionOptions& options, SealSource source) {
                   "  the setting bSealPosition says so: tesmark config get bSealPosition"};
 }
 
-void CheckFetched(int code, const LogMark& mark) {
-    constexpr char kSentence[] = "No seal can be had from the online seal service.";
+// One that is too long is none to the library.
+[[noreturn]] void TellAddressMissing(const std::string& url) {
+    const std::string fault = url.empty() ? "" : FaultOfServiceAddress(url);
+    throw Failure{ExitCode::kSetup,
+                  fault.empty() ? "No seal can be had from the online seal service."
+                                : "The online seal service's address can't be used: " + fault + ".",
+                  TESMARK_NO_ONLINE_ADDRESS, kOnlineHint};
+}
+
+void CheckFetched(int code, const SelectedSeal& selected, const LogMark& mark) {
+    const Setting& address = FindSetting("sWSURL");
+    const std::string service =
+        "the online seal service at " + Printable(ShownSetting(address).value_or(""));
+    const std::string sentence = "No seal can be had from " + service + ".";
     switch (code) {
-        case TESMARK_NO_ONLINE_ADDRESS:
-            throw Failure{ExitCode::kSetup, kSentence, code, kOnlineHint};
-        case TESMARK_SERVICE_ANSWER:
-            throw Failure{ExitCode::kFailed, kSentence, code, kOneSealHint};
-        default: CheckResult(code, kSentence, mark);
+        case TESMARK_NO_ONLINE_ADDRESS: TellAddressMissing(ReadSetting(address).value_or(""));
+        case TESMARK_SERVICE_ANSWER: throw Failure{ExitCode::kFailed, sentence, code, kOneSealHint};
+        case TESMARK_SERVICE_REFUSED: throw Failure{ExitCode::kFailed, sentence, code, kTryHint};
+        case TESMARK_NO_ONLINE_SEAL:
+            throw Failure{
+                ExitCode::kFailed, sentence, code,
+                "  have it give one out for the certificate of " + Printable(selected.commonName)};
+        default: CheckResult(code, sentence, mark);
     }
 }
 
@@ -56,9 +76,12 @@ void FetchOnline(const SelectionOptions& options, SelectedSeal& selected) {
         const Progress progress(HasPin(options) ? "Waiting for the online seal service" : "");
         selected.picture = PictureOfLibrary(code);
     }
-    CheckFetched(code, mark);
+    CheckFetched(code, selected, mark);
     if (selected.picture.empty()) {
-        throw Failure{ExitCode::kFailed, "What the online seal service sent holds no picture."};
+        throw Failure{ExitCode::kFailed,
+                      "What the online seal service sent holds no picture.",
+                      {},
+                      "  have it give out another seal"};
     }
     int widthMm = 0;
     int heightMm = 0;
@@ -68,7 +91,10 @@ void FetchOnline(const SelectionOptions& options, SelectedSeal& selected) {
 
 void CheckPicture(const SelectedSeal& selected) {
     if (!selected.picture.empty()) return;
-    throw Failure{ExitCode::kFailed, "The control has drawn no picture."};
+    throw Failure{ExitCode::kFailed,
+                  "The control that draws personal seals has drawn no picture.",
+                  {},
+                  "  to use the open one: " + HowToRegisterDrawingControl()};
 }
 
 void DrawName(SelectedSeal& selected) {

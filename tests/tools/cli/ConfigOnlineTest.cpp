@@ -75,7 +75,7 @@ TEST_F(ConfigOnlineTest, WhereNobodyAnswersNothingIsStored) {
     const std::string dead = LoopbackServer::DeadUrl("/QelmServlet");
     const auto outcome = Online({dead, "--test"});
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_THAT(outcome.error, HasSubstr("Nobody answers at " + dead));
+    EXPECT_THAT(outcome.error, HasSubstr("can't be asked at " + dead));
     EXPECT_THAT(outcome.error, HasSubstr("nobody listens there"));
     EXPECT_TRUE(Address().isNull());
     EXPECT_EQ(Online({dead}).exitCode, 0) << "untested it is stored";
@@ -104,8 +104,17 @@ TEST_F(ConfigOnlineTest, AnAnswerThatIsNoServicesIsTold) {
         const auto outcome = Tested(Answer(body));
         EXPECT_EQ(outcome.exitCode, 1) << body;
         EXPECT_THAT(outcome.error, HasSubstr("is no online seal service")) << body;
+        EXPECT_THAT(outcome.error, HasSubstr("look at the address's host, port and path")) << body;
     }
     EXPECT_TRUE(Address().isNull());
+}
+
+TEST_F(ConfigOnlineTest, AServersOwnRefusalIsNotToldAsNobodysAnswer) {
+    const auto outcome = Tested(LoopbackServer::Page("404 Not Found", ""));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.error, HasSubstr("the server refuses, or knows no such address"));
+    EXPECT_THAT(outcome.error, Not(HasSubstr("Nobody")));
+    EXPECT_THAT(outcome.error, HasSubstr("look at the address's host and path"));
 }
 
 TEST_F(ConfigOnlineTest, ARefusalIsToldWithItsStatusAndMessage) {

@@ -68,6 +68,9 @@ TEST_F(OnlineStampTest, WithoutAKeyNobodyIsAsked) { ExpectRefusal({}, 3, "tesmar
 TEST_F(OnlineStampTest, ACertificateOfWhichTheServiceHasNoSealIsRefused) {
     MakeKey("alice", "sm2");
     ExpectRefusal({}, 1, "-3052: the online seal service has no seal of this certificate");
+    ExpectRefusal({}, 1,
+                  "No seal can be had from the online seal service at " + m_service.Address());
+    ExpectRefusal({}, 1, "have it give one out for the certificate of alice");
 }
 
 TEST_F(OnlineStampTest, ASuspendedSealIsNone) {
@@ -121,10 +124,17 @@ TEST_F(OnlineStampTest, AMachineWithoutAnAddressIsToldHowToGiveIt) {
     ExpectRefusal({}, 3, "tesmark config online http://HOST/QelmServlet");
 }
 
+TEST_F(OnlineStampTest, AnAddressThatTheLibraryTakesForNoneIsToldAsSuch) {
+    MakeKey("alice", "sm2");
+    m_prefix.SetText("sWSURL", "http://" + std::string(181, 'a') + "/QelmServlet");
+    ExpectRefusal({}, 3, "the library takes it for none");
+}
+
 TEST_F(OnlineStampTest, AServerThatIsDownIsToldByTheTransportsCode) {
     MakeKey("alice", "sm2");
     Set("sWSURL", LoopbackServer::DeadUrl("/QelmServlet"));
     ExpectRefusal({}, 1, "nobody listens there");
+    ExpectRefusal({}, 1, "tesmark config get ServiceProxy");
     const Json::Value error = Stamped()["error"];
     EXPECT_EQ(error["code"].asInt(), 0x0E000011);
 }
