@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <string_view>
 
 namespace {
@@ -74,6 +75,23 @@ bool BeginsWith(std::string_view url, std::string_view scheme) {
            strncasecmp(url.data(), scheme.data(), scheme.size()) == 0;
 }
 
+std::string FaultOfHost(const std::string& url) {
+    const Authority authority = AuthorityOf(url);
+    const std::string_view host =
+        std::string_view(url).substr(authority.host, authority.end - authority.host);
+    // The colons of an address of IPv6 stand in brackets.
+    const std::size_t bracket = host.starts_with('[') ? host.find(']') : 0;
+    if (bracket == host.npos) return "its host has no \"]\"";
+    const std::size_t colon = std::min(host.find(':', bracket), host.size());
+    if (colon == 0) return "it names no host";
+    if (colon < host.size() && !IsPort(host.substr(colon + 1))) {
+        return "its port is none from 1 to 65535";
+    }
+    const bool isWhole =
+        std::none_of(url.begin(), url.end(), [](unsigned char c) { return c <= ' ' || c == 0x7F; });
+    return isWhole ? "" : "it has a blank or a control character";
+}
+
 }  // namespace
 
 std::vector<std::string> SplitAddresses(const std::string& text) {
@@ -110,18 +128,15 @@ std::string FaultOfAddress(const std::string& url) {
     if (!BeginsWith(url, "http://") && !BeginsWith(url, "https://")) {
         return "it begins neither with http:// nor with https://";
     }
-    const Authority authority = AuthorityOf(url);
-    const std::string_view host =
-        std::string_view(url).substr(authority.host, authority.end - authority.host);
-    // The colons of an address of IPv6 stand in brackets.
-    const std::size_t bracket = host.starts_with('[') ? host.find(']') : 0;
-    if (bracket == host.npos) return "its host has no \"]\"";
-    const std::size_t colon = std::min(host.find(':', bracket), host.size());
-    if (colon == 0) return "it names no host";
-    if (colon < host.size() && !IsPort(host.substr(colon + 1))) {
-        return "its port is none from 1 to 65535";
-    }
-    const bool isWhole =
-        std::none_of(url.begin(), url.end(), [](unsigned char c) { return c <= ' ' || c == 0x7F; });
-    return isWhole ? "" : "it has a blank or a control character";
+    return FaultOfHost(url);
+}
+
+std::string FaultOfProxy(const std::string& proxy) {
+    constexpr std::string_view kKinds[] = {"http://",    "https://",  "socks4://",
+                                           "socks4a://", "socks5://", "socks5h://"};
+    const bool isKnown =
+        proxy.find("://") == proxy.npos ||
+        std::any_of(std::begin(kKinds), std::end(kKinds),
+                    [&](std::string_view kind) { return BeginsWith(proxy, kind); });
+    return isKnown ? FaultOfHost(proxy) : "it begins with neither http://, https:// nor socks5://";
 }

@@ -20,3 +20,7 @@ std::string WithoutPasswords(const std::string& text);
 // http or https, a host, a port from 1 to 65535 where one is named, nowhere a blank or a control
 // character. Nothing is looked up.
 std::string FaultOfAddress(const std::string& url);
+
+// The same of a proxy, which is reached over HTTP, HTTPS or SOCKS, and over HTTP where it tells no
+// scheme.
+std::string FaultOfProxy(const std::string& proxy);

@@ -83,6 +83,20 @@ TEST(AddressTest, APortThatCannotBeIsFaulty) {
     }
 }
 
+TEST(AddressTest, AProxyHasAHostAndMayTellItsKind) {
+    for (const char* const proxy : {"proxy", "proxy:3128", "u:p@proxy:3128", "http://proxy",
+                                    "HTTPS://proxy:3128/", "socks5h://[::1]:1080"}) {
+        EXPECT_EQ(FaultOfProxy(proxy), "") << proxy;
+    }
+    for (const auto& [proxy, fault] : std::vector<std::pair<std::string, std::string>>{
+             {"htp://proxy", "it begins with neither http://, https:// nor socks5://"},
+             {"http://:3128", "it names no host"},
+             {"proxy:99999", "its port is none from 1 to 65535"},
+             {"http://a b:1", "it has a blank or a control character"}}) {
+        EXPECT_EQ(FaultOfProxy(proxy), fault) << proxy;
+    }
+}
+
 TEST(AddressTest, AnAddressWithABlankOrAControlCharacterIsFaulty) {
     for (const char* const url : {"http://host/a b", "http://a b/", "http://host/ ",
                                   "http://host/\r\nX: y", "http://host/\x7F"}) {

@@ -347,6 +347,13 @@ TEST_F(ServiceExchangeTest, TheProxyOfTheSettingsComesBetween) {
     EXPECT_EQ(m_answer, "asked for http://service.invalid/QelmServlet");
 }
 
+TEST_F(ServiceExchangeTest, AProxyThatCanBeNoneIsToldAsOneThatIsNotReached) {
+    m_settings.proxy = "htp://127.0.0.1:3128";
+    EXPECT_EQ(Ask("http://127.0.0.1/"), kTransportNoConnection);
+    m_settings.proxy = "http://:3128";
+    EXPECT_EQ(Ask("http://127.0.0.1/"), kTransportNoHost);
+}
+
 TEST_F(ServiceExchangeTest, AProxyThatNobodyKnowsIsToldLikeAHost) {
     m_settings.proxy = "http://" + std::string(64, 'x') + ".invalid:3128";
     EXPECT_EQ(Ask("http://127.0.0.1/"), kTransportNoHost);

@@ -6,6 +6,7 @@
 #include "PathText.h"
 #include "Settings.h"
 #include "TerminalText.h"
+#include "components/http/Address.h"
 
 namespace {
 
@@ -22,6 +23,17 @@ std::string FaultOfCaFile(const std::string& name, const std::string& path) {
         }
     }
     return name + " holds no certificate in PEM: " + Printable(path) + ".";
+}
+
+void ExamineProxy(Findings& findings, const ExchangeMaker& maker) {
+    const std::string name = std::string(maker.prefix) + "Proxy";
+    const std::string proxy = ReadSetting(FindSetting(name)).value_or("");
+    const std::string fault = proxy.empty() ? "" : FaultOfProxy(proxy);
+    if (fault.empty()) return;
+    findings.Problem(
+        maker.subject,
+        name + " can't be used: " + Printable(WithoutPasswords(proxy)) + ": " + fault + ".",
+        "tesmark config set " + name + " http://HOST:PORT, or unset it");
 }
 
 void ExamineCaFile(Findings& findings, const ExchangeMaker& maker) {
@@ -77,6 +89,7 @@ void ExamineNumber(Findings& findings, const ExchangeMaker& maker, const std::st
 
 void ExamineExchange(Findings& findings, const ExchangeMaker& maker) {
     const std::size_t before = findings.Problems();
+    ExamineProxy(findings, maker);
     ExamineCaFile(findings, maker);
     ExamineNumber(findings, maker, std::string(maker.prefix) + "ConnectTimeout", "seconds");
     ExamineNumber(findings, maker, std::string(maker.prefix) + "Timeout", "seconds");

@@ -12,9 +12,9 @@ struct ExchangeMaker {
     const char* name;     // "the transport"
 };
 
-// Finds fault with a CA file that can't be read or holds no certificate, with numbers that are none
-// or above their limits, and with a time-out that another one forestalls, as they stand in the
-// store. Of what is right nothing is told. Nobody is asked.
+// Finds fault with a proxy that can be none, a CA file that can't be read or holds no certificate,
+// with numbers that are none or above their limits, and with a time-out that another one
+// forestalls, as they stand in the store. Of what is right nothing is told. Nobody is asked.
 void ExamineExchange(Findings& findings, const ExchangeMaker& maker);
 
 // The same for one number, whose unit is `unit`.
