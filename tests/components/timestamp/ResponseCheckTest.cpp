@@ -1,6 +1,7 @@
 #include "components/timestamp/ResponseCheck.h"
 
 #include <gmock/gmock.h>
+#include <openssl/err.h>
 #include <openssl/ts.h>
 
 #include "components/crypto/Handles.h"
@@ -111,6 +112,15 @@ TEST_F(ResponseCheckTest, EveryHashOfTheFieldIsStamped) {
         const std::string request = MakeRequest({.hash = hash});
         EXPECT_EQ(CheckResponse(request, Stamp(request)).fault, "") << hash;
     }
+}
+
+TEST_F(ResponseCheckTest, AHostsErrorsStayAndNoneJoinThem) {
+    ERR_clear_error();
+    ERR_raise(ERR_LIB_USER, 42);
+    EXPECT_FALSE(IsTimeStampRequest("no request"));
+    EXPECT_NE(FaultOf("no response"), "");
+    EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 42);
+    EXPECT_EQ(ERR_get_error(), 0u);
 }
 
 }  // namespace

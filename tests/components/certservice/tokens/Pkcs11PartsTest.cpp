@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <openssl/err.h>
 #include <openssl/rsa.h>
 
 #include "components/certservice/ServiceCodes.h"
@@ -125,8 +126,12 @@ TEST(Pkcs11CertificateTest, ACertificateTellsItsNameItsStartAndWhetherItIsAnAuth
 }
 
 TEST(Pkcs11CertificateTest, WhatIsNoCertificateIsUnreadable) {
+    ERR_clear_error();
+    ERR_raise(ERR_LIB_USER, 42);
     EXPECT_FALSE(InspectCertificate("").readable);
     EXPECT_FALSE(InspectCertificate("no certificate").readable);
+    EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 42) << "the host's own error";
+    EXPECT_EQ(ERR_get_error(), 0u);
     const KeyHandle key = MakeRsaKey();
     const std::string der = MakeCertificate(key.get());
     EXPECT_FALSE(InspectCertificate(der.substr(0, der.size() - 1)).readable);
