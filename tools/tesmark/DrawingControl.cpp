@@ -33,11 +33,12 @@ void CheckDrawn(int code) {
         throw Failure{ExitCode::kSetup,
                       "There is no control that draws personal seals.",
                       {},
-                      "  " + HowToRegisterDrawingControl()};
+                      "  to register one: " + HowToRegisterDrawingControl()};
     }
     if (code == TESMARK_DRAWING_FAILED) {
         throw Failure{
             ExitCode::kFailed, "The control can't draw this.", code,
-            "  it may refuse the text's length or a number, or find no font for the text"};
+            "  try another text, size or font: it refuses what is too long or too large, and a "
+            "text\n  that no font of this machine has"};
     }
 }

@@ -342,14 +342,14 @@ std::string ResultHint(int code) {
         case kSealStatusUnreachable:
         case kSealStatusBadAnswer:
             return "  its address: tesmark config get sEsealStateUrl\n"
-                   "  the cause stands in the log, which tesmark doctor names";
+                   "  the cause stands in the log";
         case kTransportNoServer:
             return "  tell its address: tesmark config online http://HOST/QelmServlet";
         case kTransportNoLibrary: return "  install libcurl";
         case kTransportBadSetting: return "  its path: tesmark config get ServiceCaFile";
         case kTransportNoHost:
         case kTransportNoConnection:
-            return "  a proxy, if there is to be one: tesmark config get ServiceProxy";
+            return "  look at the address, and at the proxy: tesmark config get ServiceProxy";
         case kTransportTimeout:
             return "  to wait for longer: tesmark config set ServiceTimeout SECONDS";
         case kTransportUntrusted:

@@ -53,7 +53,7 @@ TEST_F(NameStampTest, TheSizeOfTheCommandLineGoesBeforeThePictures) {
 }
 
 TEST_F(NameStampTest, WithoutAControlTheCommandThatRegistersOneIsTold) {
-    ExpectRefusal({}, 3, "tesmark config set PersonalSealControl ");
+    ExpectRefusal({}, 3, "to register one: tesmark config set PersonalSealControl ");
 }
 
 TEST_F(NameStampTest, AFileThatIsNoControlIsNone) {
@@ -168,6 +168,7 @@ TEST_F(TextStampTest, WhatTheControlRefusesIsTold) {
     Register();
     ExpectRefusal({"--text", std::string(129, 'A')}, 1, "The control can't draw this.");
     ExpectRefusal({"--text", " "}, 1, "code -2: ");
+    ExpectRefusal({"--text", " "}, 1, "try another text, size or font");
     ExpectRefusal({"--text", "A", "--frame", "21"}, 1, "The control can't draw this.");
 }
 
