@@ -11,6 +11,8 @@
 #include "Output.h"
 #include "PathText.h"
 #include "Terminal.h"
+#include "pdf/FileState.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -61,6 +63,17 @@ std::string ReadWholeFile(const std::string& path, std::uint64_t limit) {
     std::string content{std::istreambuf_iterator<char>(file), {}};
     if (file.bad()) throw Unreadable(path, "reading failed");
     return content;
+}
+
+void CheckIsNotInput(const std::string& output, const std::string& input) {
+    FileState written;
+    FileState read;
+    if (output == "-" || input == "-" || !ReadFileState(platform::PathFromUtf8(output), written) ||
+        !ReadFileState(platform::PathFromUtf8(input), read) || !written.IsSameFile(read)) {
+        return;
+    }
+    throw Failure{ExitCode::kFile,
+                  "The output must be another file than the input: " + output + "."};
 }
 
 void WriteWholeFile(const std::string& path, std::string_view content) {

@@ -13,6 +13,10 @@ std::uint64_t CheckReadable(const std::string& path);
 // has more than `limit` bytes.
 std::string ReadWholeFile(const std::string& path, std::uint64_t limit);
 
+// Throws a file Failure if `output` is the file `input`, whatever the names of the two are, links
+// followed. Neither what isn't there nor "-" is one.
+void CheckIsNotInput(const std::string& output, const std::string& input);
+
 // Writes a file beside `path` and renames it: `path` is either whole or as it was. "-" is standard
 // output. Throws a file Failure, or an interrupted one if an InterruptGuard was asked to stop.
 void WriteWholeFile(const std::string& path, std::string_view content);

@@ -1,5 +1,7 @@
 // `tesmark sign` and `tesmark hash`, judged by openssl.
 
+#include <filesystem>
+
 #include "CliFixture.h"
 
 namespace {
@@ -49,6 +51,27 @@ TEST_F(SignTest, ARawSignatureIsTheBareValue) {
     MakeKey("rsa", "rsa3072");
     ASSERT_EQ(Tesmark({"sign", m_file, "--raw", "--pin", "123456"}).exitCode, 0);
     EXPECT_EQ(FileContent(m_file + ".sig").size(), 384u);
+}
+
+TEST_F(SignTest, WhatIsReadIsNeverReplacedWhateverItsName) {
+    MakeKey("rsa", "rsa2048");
+    const std::string pin = InPrefix("pin.txt");
+    WriteFile(pin, "123456\n");
+    const std::string link = InPrefix("link.txt");
+    std::filesystem::create_hard_link(m_file, link);
+    for (const std::string& output : {m_file, InPrefix("./text.txt"), link, pin}) {
+        for (const char* form : {"--raw", "--big"}) {
+            const auto outcome = Tesmark({"sign", m_file, "-o", output, form, "--pin-file", pin});
+            EXPECT_EQ(outcome.exitCode, 4) << output;
+            EXPECT_NE(outcome.error.find("must be another file than the input"), std::string::npos)
+                << outcome.error;
+        }
+    }
+    std::filesystem::create_hard_link(m_file, m_file + ".p7s");
+    EXPECT_EQ(Tesmark({"sign", m_file, "--pin-file", pin}).exitCode, 4);
+    EXPECT_EQ(FileContent(m_file), "a text to be signed\n");
+    EXPECT_EQ(FileContent(link), "a text to be signed\n");
+    EXPECT_EQ(FileContent(pin), "123456\n");
 }
 
 TEST_F(SignTest, ASignatureOnStandardOutputStandsAlone) {

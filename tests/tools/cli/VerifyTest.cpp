@@ -127,6 +127,21 @@ TEST_F(VerifyTest, TheSealsPictureIsSavedIntoAFileOrAFolder) {
               std::string::npos);
 }
 
+TEST_F(VerifyTest, ThePictureOfTheSealNeverReplacesTheDocument) {
+    StampBySeal();
+    const std::string before = FileContent(m_out);
+    std::filesystem::create_directory(InPrefix("pictures"));
+    std::filesystem::create_hard_link(m_out, InPrefix("pictures/Signature1.png"));
+    for (const std::string& picture : {m_out, InPrefix("./out.pdf"), InPrefix("pictures")}) {
+        const auto outcome = Tesmark({"verify", m_out, "--save-seal-picture", picture});
+        EXPECT_EQ(outcome.exitCode, 4) << picture;
+        EXPECT_NE(outcome.error.find("must be another file than the input"), std::string::npos)
+            << outcome.error;
+    }
+    EXPECT_TRUE(FileContent(m_out) == before);
+    EXPECT_TRUE(FileContent(InPrefix("pictures/Signature1.png")) == before);
+}
+
 TEST_F(VerifyTest, WithoutASealThereIsNoPictureToSave) {
     StampByRsa();
     const auto outcome = Tesmark({"verify", m_out, "--save-seal-picture", InPrefix("seal.png")});

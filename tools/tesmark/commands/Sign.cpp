@@ -75,6 +75,8 @@ Report Sign(const Options& options) {
     const std::uint64_t size = CheckReadable(options.input);
     const std::string output =
         options.output.empty() ? options.input + (options.raw ? ".sig" : ".p7s") : options.output;
+    CheckIsNotInput(output, options.input);
+    CheckIsNotInput(output, options.selection.pin.file);
     if (options.timeStamp) RequireTimeStamps();
     const LibrarySession library;
     const SelectedCert selected = SelectCertificate(options.selection);

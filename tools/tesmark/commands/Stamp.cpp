@@ -285,6 +285,8 @@ void CheckCanCarryTimeStamp(const Options& options, const SelectedSeal& selected
 }
 
 Report Stamp(const Options& options) {
+    CheckIsNotInput(options.output, options.input);
+    CheckIsNotInput(options.output, options.selection.pin.file);
     if (options.timeStamp) RequireTimeStamps();
     const PdfPageSize page = Measure(options);
     // From the first byte beside the output on an interrupt has to wait until that is removed.

@@ -126,9 +126,9 @@ std::string FileNameOf(const std::string& field) {
 // single one into a file.
 class CPictureSaver {
 public:
-    explicit CPictureSaver(const std::string& path) : m_path(path) {
+    explicit CPictureSaver(const Options& options) : m_options(options), m_path(options.picture) {
         std::error_code error;
-        m_isFolder = std::filesystem::is_directory(FileAt(path), error);
+        m_isFolder = std::filesystem::is_directory(FileAt(m_path), error);
     }
 
     void Save(const std::string& field, const SignatureVerdict& verdict, Json::Value& json,
@@ -141,6 +141,8 @@ public:
             m_isFolder
                 ? TextOf(FileAt(m_path) / FileAt(FileNameOf(field) + verdict.seal->extension))
                 : m_path;
+        CheckIsNotInput(path, m_options.input);
+        CheckIsNotInput(path, m_options.signature);
         WriteWholeFile(path, verdict.seal->picture);
         m_saved = true;
         json["seal"]["savedAs"] = path;
@@ -153,6 +155,7 @@ public:
     }
 
 private:
+    const Options& m_options;
     std::string m_path;
     bool m_isFolder = false;
     bool m_saved = false;
@@ -218,7 +221,7 @@ Report VerifyPdf(const Options& options) {
     for (const PdfSignature& signature : judged.all.list) {
         judged.verdicts.push_back(Judge(document, signature));
     }
-    CPictureSaver saver(options.picture);
+    CPictureSaver saver(options);
     Standing worst = Standing::kGood;
     for (std::size_t i = 0; i < judged.verdicts.size(); ++i) {
         worst = std::max(worst, AddSignature(judged, i, saver, report));
@@ -254,7 +257,7 @@ Report VerifyDetached(const Options& options) {
     report.json["verdict"] = StandingText(standing);
     report.text = Mark(standing) + options.signature + ", " + SignatureKindText(verdict.kind) +
                   "\n" + VerdictText(verdict, kIndent);
-    CPictureSaver saver(options.picture);
+    CPictureSaver saver(options);
     saver.Save("seal", verdict, report.json, report.text);
     saver.CheckSaved();
     report.exitCode = ExitCodeOf(standing);
