@@ -145,8 +145,27 @@ TEST_F(VerifyTest, ThePictureOfTheSealNeverReplacesTheDocument) {
 TEST_F(VerifyTest, WithoutASealThereIsNoPictureToSave) {
     StampByRsa();
     const auto outcome = Tesmark({"verify", m_out, "--save-seal-picture", InPrefix("seal.png")});
-    EXPECT_EQ(outcome.exitCode, 7);
-    EXPECT_NE(outcome.error.find("no seal"), std::string::npos) << outcome.error;
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.error;
+    EXPECT_NE(outcome.out.find("good "), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("there is no seal"), std::string::npos) << outcome.out;
+    const Json::Value told = Json({"verify", m_out, "--save-seal-picture", InPrefix("seal.png")});
+    EXPECT_EQ(told["verdict"].asString(), "good");
+    EXPECT_FALSE(told["note"].asString().empty());
+}
+
+TEST_F(VerifyTest, APictureThatCannotBeWrittenHidesNoVerdict) {
+    StampBySeal();
+    const std::string picture = InPrefix("missing/seal.png");
+    auto outcome = Tesmark({"verify", m_out, "--save-seal-picture", picture});
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_NE(outcome.out.find("good "), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.error.find("can't be written"), std::string::npos) << outcome.error;
+    const Json::Value told = Json({"verify", m_out, "--save-seal-picture", picture});
+    EXPECT_EQ(told["verdict"].asString(), "good");
+    EXPECT_EQ(told["error"]["exit"].asInt(), 4);
+    ChangePicture();
+    outcome = Tesmark({"verify", m_out, "--save-seal-picture", picture});
+    EXPECT_EQ(outcome.exitCode, 7) << "that it is bad is the worse news";
 }
 
 TEST_F(VerifyTest, AByteChangedInFrontOfTheSignatureIsADigestThatDiffers) {

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -123,7 +124,7 @@ std::string FileNameOf(const std::string& field) {
 }
 
 // Writes the pictures of seal signatures: into a folder under the names of their fields, or a
-// single one into a file.
+// single one into a file. Verdicts come first: what can't be written is told with them.
 class CPictureSaver {
 public:
     explicit CPictureSaver(const Options& options) : m_options(options), m_path(options.picture) {
@@ -134,31 +135,51 @@ public:
     void Save(const std::string& field, const SignatureVerdict& verdict, Json::Value& json,
               std::string& text) {
         if (m_path.empty() || !verdict.seal || verdict.seal->picture.empty()) return;
-        if (!m_isFolder && m_saved) {
-            throw Failure{ExitCode::kChoice, "There are several seals: name a folder for them."};
-        }
         const std::string path =
             m_isFolder
                 ? TextOf(FileAt(m_path) / FileAt(FileNameOf(field) + verdict.seal->extension))
                 : m_path;
-        CheckIsNotInput(path, m_options.input);
-        CheckIsNotInput(path, m_options.signature);
-        WriteWholeFile(path, verdict.seal->picture);
-        m_saved = true;
+        try {
+            Write(path, verdict.seal->picture);
+        } catch (const Failure& failure) {
+            if (!m_failure) m_failure = failure;
+            text += std::string(kIndent) + "picture not saved: " + failure.sentence + "\n";
+            return;
+        }
         json["seal"]["savedAs"] = path;
         text += std::string(kIndent) + "picture " + path + "\n";
     }
 
-    void CheckSaved() const {
-        if (m_path.empty() || m_saved) return;
-        throw Failure{ExitCode::kNotGood, "There is no seal whose picture could be saved."};
+    // Behind the verdicts. A document that isn't good stays the worse news.
+    void Finish(Report& report) const {
+        if (m_failure) {
+            PrintFailure(*m_failure, false, "");
+            report.json["error"]["exit"] = static_cast<int>(m_failure->exitCode);
+            report.json["error"]["message"] = m_failure->sentence;
+            if (report.exitCode == ExitCode::kOk) report.exitCode = m_failure->exitCode;
+        } else if (!m_path.empty() && !m_saved) {
+            constexpr char kNone[] = "there is no seal whose picture could be saved";
+            report.json["note"] = kNone;
+            report.text += std::string("note     ") + kNone + "\n";
+        }
     }
 
 private:
+    void Write(const std::string& path, const std::string& picture) {
+        if (!m_isFolder && m_saved) {
+            throw Failure{ExitCode::kChoice, "There are several seals: name a folder for them."};
+        }
+        CheckIsNotInput(path, m_options.input);
+        CheckIsNotInput(path, m_options.signature);
+        WriteWholeFile(path, picture);
+        m_saved = true;
+    }
+
     const Options& m_options;
     std::string m_path;
     bool m_isFolder = false;
     bool m_saved = false;
+    std::optional<Failure> m_failure;
 };
 
 ExitCode ExitCodeOf(Standing standing) {
@@ -226,9 +247,9 @@ Report VerifyPdf(const Options& options) {
     for (std::size_t i = 0; i < judged.verdicts.size(); ++i) {
         worst = std::max(worst, AddSignature(judged, i, saver, report));
     }
-    saver.CheckSaved();
     report.json["verdict"] = StandingText(worst);
     report.exitCode = ExitCodeOf(worst);
+    saver.Finish(report);
     return report;
 }
 
@@ -259,8 +280,8 @@ Report VerifyDetached(const Options& options) {
                   "\n" + VerdictText(verdict, kIndent);
     CPictureSaver saver(options);
     saver.Save("seal", verdict, report.json, report.text);
-    saver.CheckSaved();
     report.exitCode = ExitCodeOf(standing);
+    saver.Finish(report);
     return report;
 }
 
