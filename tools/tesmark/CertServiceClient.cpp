@@ -1,6 +1,7 @@
 #include "CertServiceClient.h"
 
 #include "Failure.h"
+#include "ServiceEntries.h"
 #include "TerminalText.h"
 #include "TwoStep.h"
 #include "components/certservice/ServiceCodes.h"
@@ -43,6 +44,7 @@ CertServiceClient::CertServiceClient() {
     std::string first;
     m_path = LocateCertService(&first);
     if (m_path.empty()) throw NotFound(platform::Utf8FromPath(first));
+    CheckServiceEntries(m_path);
     m_module = platform::LoadModule(m_path.c_str());
     if (!m_module) {
         throw Failure{ExitCode::kSetup,

@@ -9,8 +9,10 @@
 #include "Failure.h"
 #include "PathText.h"
 #include "ResultText.h"
+#include "ServiceEntries.h"
 #include "TerminalText.h"
 #include "TwoStep.h"
+#include "foundation/ServicePath.h"
 #include "include/TesmarkOpt.h"
 #include "platform/Files.h"
 
@@ -50,6 +52,9 @@ int Trimmed(int code, std::string& signature) {
 }  // namespace
 
 LibrarySession::LibrarySession() {
+    if (const std::string service = LocateCertService(); !service.empty()) {
+        CheckServiceEntries(service);
+    }
     const LogMark mark;
     const int code = InitKVLLib();
     if (code == 0) return;

@@ -165,6 +165,37 @@ TEST_F(DoctorTest, ServicesFilesThatAreNoLibrariesAreNamed) {
     EXPECT_NE(outcome.out.find("can't be loaded"), std::string::npos) << outcome.out;
 }
 
+TEST_F(DoctorTest, ALibraryThatIsNoServiceIsNamedAndNeverCalled) {
+    m_prefix.RegisterCertService(CLI_TIME_STAMP_ENGINE);
+    const auto outcome = Tesmark({"doctor"});
+    EXPECT_EQ(outcome.exitCode, 3) << outcome.error;
+    EXPECT_NE(outcome.out.find("is no certificate service"), std::string::npos) << outcome.out;
+    WriteFile(InPrefix("f"), "f");
+    for (const std::vector<std::string>& line : std::vector<std::vector<std::string>>{
+             {"list"}, {"hash", InPrefix("f")}, {"sign", InPrefix("f")}, {"logout"}}) {
+        const auto refused = Tesmark(line);
+        EXPECT_EQ(refused.exitCode, 3) << line.front();
+        EXPECT_NE(refused.error.find("is no certificate service"), std::string::npos)
+            << refused.error;
+    }
+}
+
+TEST_F(ConfigTest, OnlyACertificateServiceIsRegisteredAsOne) {
+    const std::string before = Tesmark({"config", "get", "CertService"}).out;
+    WriteFile(InPrefix("text"), "no library");
+    for (const std::string& file :
+         {std::string(CLI_TIME_STAMP_ENGINE), InPrefix("text"), InPrefix("none")}) {
+        EXPECT_EQ(Tesmark({"config", "set", "CertService", file}).exitCode, 4) << file;
+    }
+    const auto relative =
+        Tesmark({"config", "set", "CertService", platform::ModuleFileName("KVLAppCOM")});
+    EXPECT_EQ(relative.exitCode, 2);
+    EXPECT_NE(relative.error.find("must be absolute"), std::string::npos) << relative.error;
+    EXPECT_EQ(Tesmark({"config", "get", "CertService"}).out, before);
+    const std::string service = before.substr(0, before.find_first_of("\r\n"));
+    EXPECT_EQ(Tesmark({"config", "set", "CertService", service}).exitCode, 0);
+}
+
 class HelpTest : public CliTest {};
 
 TEST_F(HelpTest, EveryLevelTellsExamples) {

@@ -1,7 +1,9 @@
+#include <cstring>
 #include <string>
 
 #include "Declare.h"
 #include "PlatformText.h"
+#include "ServiceEntries.h"
 #include "Settings.h"
 #include "TerminalText.h"
 #include "commands/ConfigOnline.h"
@@ -70,6 +72,7 @@ Report Get(const Options& options) {
 
 Report Set(const Options& options) {
     const Setting& setting = FindSetting(options.name);
+    if (std::strcmp(setting.name, "CertService") == 0) CheckServiceFile(options.value);
     WriteSetting(setting, options.value);
     Report report;
     report.text =
