@@ -6,6 +6,7 @@
 #include <atomic>
 
 #include "tools/sealserver/RequestHead.h"
+#include "tools/sealserver/ThreadStack.h"
 
 namespace {
 
@@ -127,7 +128,10 @@ const char* ReasonOf(int status) {
 
 BoundedServer::BoundedServer(TlsContext tls, const ServerLimits& limits, HeadLog log)
     : m_tls(std::move(tls)), m_limits(limits), m_log(std::move(log)) {
-    new_task_queue = [limits] { return new BoundedQueue(limits); };
+    new_task_queue = [limits] {
+        RequireServingStack();
+        return new BoundedQueue(limits);
+    };
     // The rest of a body that is refused isn't read, so no request may follow.
     set_keep_alive_max_count(1);
 }

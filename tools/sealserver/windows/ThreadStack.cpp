@@ -1,0 +1,3 @@
+#include "tools/sealserver/ThreadStack.h"
+
+void RequireServingStack() {}
