@@ -1,5 +1,5 @@
-// Fontconfig's calls under its own names, as FreeTypeCalls.cpp has FreeType's: only a seal that is drawn
-// needs a font. Where it can't be opened no font is found.
+// Fontconfig's calls under its own names, as FreeTypeCalls.cpp has FreeType's: only a seal that is
+// drawn needs a font. Where it can't be opened no font is found.
 #include <fontconfig/fontconfig.h>
 
 #include "components/drawing/linux/Forward.h"
