@@ -68,10 +68,7 @@ bool IsSelfSigned(X509* certificate) { return X509_self_signed(certificate, 0) =
 std::string SerialOf(const X509* certificate) {
     const BignumHandle serial(ASN1_INTEGER_to_BN(X509_get0_serialNumber(certificate), nullptr));
     if (!serial) return {};
-    char* hex = BN_bn2hex(serial.get());
-    std::string text = hex ? hex : "";
-    OPENSSL_free(hex);
-    return text;
+    return TakeText(BN_bn2hex(serial.get()));
 }
 
 std::string CommonNameOf(const X509* certificate) {
@@ -82,10 +79,7 @@ std::string CommonNameOf(const X509* certificate) {
     unsigned char* utf8 = nullptr;
     const int size =
         ASN1_STRING_to_UTF8(&utf8, X509_NAME_ENTRY_get_data(X509_NAME_get_entry(subject, last)));
-    if (size < 0) return {};
-    std::string text(reinterpret_cast<char*>(utf8), static_cast<size_t>(size));
-    OPENSSL_free(utf8);
-    return text;
+    return TakeBytes(utf8, size);
 }
 
 CertificateCache::Entry* CertificateCache::Find(std::string_view der) {

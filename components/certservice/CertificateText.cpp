@@ -27,10 +27,7 @@ std::string TakeMemory(BIO* out) {
 std::string Utf8Of(const ASN1_STRING* value) {
     unsigned char* utf8 = nullptr;
     const int size = ASN1_STRING_to_UTF8(&utf8, value);
-    if (size < 0) return {};
-    std::string text(reinterpret_cast<char*>(utf8), static_cast<size_t>(size));
-    OPENSSL_free(utf8);
-    return text;
+    return TakeBytes(utf8, size);
 }
 
 // "C=CN, O=..., CN=..." in the order of the certificate, with the escapes of RFC 2253.

@@ -9,10 +9,7 @@ using Attributes = STACK_OF(X509_ATTRIBUTE);
 std::string Encode(Attributes* attributes, const ASN1_ITEM* form) {
     unsigned char* der = nullptr;
     const int length = ASN1_item_i2d(reinterpret_cast<ASN1_VALUE*>(attributes), &der, form);
-    if (length <= 0) return {};
-    std::string result(reinterpret_cast<char*>(der), static_cast<size_t>(length));
-    OPENSSL_free(der);
-    return result;
+    return TakeBytes(der, length);
 }
 
 }  // namespace

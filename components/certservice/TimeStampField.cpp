@@ -32,10 +32,7 @@ std::string_view BytesOf(const ASN1_STRING* text) {
 std::string HexOf(const ASN1_INTEGER* number) {
     if (!number) return {};
     const BignumHandle value(ASN1_INTEGER_to_BN(number, nullptr));
-    char* hex = value ? BN_bn2hex(value.get()) : nullptr;
-    std::string text = hex ? hex : "";
-    OPENSSL_free(hex);
-    return text;
+    return value ? TakeText(BN_bn2hex(value.get())) : std::string();
 }
 
 // Seconds with six digits behind the point.

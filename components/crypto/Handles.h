@@ -6,6 +6,7 @@
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -29,13 +30,27 @@ using CertificateHandle = OpenSslHandle<X509, X509_free>;
 using RevocationListHandle = OpenSslHandle<X509_CRL, X509_CRL_free>;
 using ObjectIdHandle = OpenSslHandle<ASN1_OBJECT, ASN1_OBJECT_free>;
 
+struct OpenSslMemoryFree {
+    void operator()(void* memory) const { OPENSSL_free(memory); }
+};
+
+// The `size` bytes that OpenSSL has allocated, freed in any case. Empty for a null pointer or a
+// negative size.
+inline std::string TakeBytes(void* memory, int size) {
+    const std::unique_ptr<void, OpenSslMemoryFree> owner(memory);
+    if (!memory || size <= 0) return {};
+    return std::string(static_cast<const char*>(memory), static_cast<std::size_t>(size));
+}
+
+// The same of a text with a terminator.
+inline std::string TakeText(char* text) {
+    return TakeBytes(text, text ? static_cast<int>(std::strlen(text)) : 0);
+}
+
 // The DER of `object` by its own i2d function; empty on failure.
 template <auto Encode, typename T>
 std::string DerOf(T* object) {
     unsigned char* der = nullptr;
     const int length = Encode(object, &der);
-    if (length <= 0) return {};
-    std::string result(reinterpret_cast<char*>(der), static_cast<size_t>(length));
-    OPENSSL_free(der);
-    return result;
+    return TakeBytes(der, length);
 }

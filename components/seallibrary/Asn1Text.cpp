@@ -1,10 +1,11 @@
 #include "components/seallibrary/Asn1Text.h"
 
-#include <openssl/crypto.h>
 #include <openssl/objects.h>
 
 #include <climits>
 #include <cstdint>
+
+#include "components/crypto/Handles.h"
 
 std::string BytesOf(const ASN1_STRING* text) {
     if (!text || text->length <= 0) return {};
@@ -17,10 +18,7 @@ std::string Utf8Of(const ASN1_STRING* text) {
     if (text->type != V_ASN1_BMPSTRING && text->type != V_ASN1_T61STRING) return BytesOf(text);
     unsigned char* utf8 = nullptr;
     const int length = ASN1_STRING_to_UTF8(&utf8, text);
-    if (length < 0) return {};
-    std::string converted(reinterpret_cast<char*>(utf8), static_cast<std::size_t>(length));
-    OPENSSL_free(utf8);
-    return converted;
+    return TakeBytes(utf8, length);
 }
 
 bool NumberOf(const ASN1_INTEGER* integer, long lowest, long highest, long& number) {

@@ -3,6 +3,8 @@
 #include <climits>
 #include <cstddef>
 
+#include "components/crypto/Handles.h"
+
 namespace {
 
 constexpr unsigned long kTextTypes = B_ASN1_UTF8STRING | B_ASN1_IA5STRING | B_ASN1_PRINTABLESTRING |
@@ -128,10 +130,7 @@ ASN1_VALUE* DecodeAsn1(std::string_view der, const ASN1_ITEM* item) {
 std::string EncodeAsn1(const ASN1_VALUE* value, const ASN1_ITEM* item) {
     unsigned char* der = nullptr;
     const int length = ASN1_item_i2d(value, &der, item);
-    if (length <= 0) return {};
-    std::string bytes(reinterpret_cast<char*>(der), static_cast<std::size_t>(length));
-    OPENSSL_free(der);
-    return bytes;
+    return TakeBytes(der, length);
 }
 
 namespace {

@@ -48,11 +48,8 @@ bool CSealCertificate::Verify(const std::string& algorithm, std::string_view dat
 }
 
 std::string SerialText(const ASN1_INTEGER* serial) {
-    BIGNUM* number = ASN1_INTEGER_to_BN(serial, nullptr);
-    char* digits = number ? BN_bn2hex(number) : nullptr;
-    std::string text = digits ? digits : "";
-    OPENSSL_free(digits);
-    BN_free(number);
+    const BignumHandle number(ASN1_INTEGER_to_BN(serial, nullptr));
+    std::string text = number ? TakeText(BN_bn2hex(number.get())) : std::string();
     while (text.size() > 1 && text[0] == '0') text.erase(0, 1);
     return text;
 }

@@ -148,10 +148,8 @@ std::string FaultOfStamp(TS_REQ* request, TS_TST_INFO* stamp) {
 
 std::string HexOf(const ASN1_INTEGER* number) {
     const BignumHandle value(ASN1_INTEGER_to_BN(number, nullptr));
-    char* const text = value ? BN_bn2hex(value.get()) : nullptr;
-    const std::string hex = text != nullptr ? text : "?";
-    OPENSSL_free(text);
-    return hex;
+    const std::string hex = value ? TakeText(BN_bn2hex(value.get())) : std::string();
+    return hex.empty() ? "?" : hex;
 }
 
 std::string Summary(const std::string& status, const TS_TST_INFO* stamp) {

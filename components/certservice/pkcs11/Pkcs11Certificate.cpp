@@ -23,10 +23,7 @@ std::string CommonName(X509_NAME* subject) {
     unsigned char* utf8 = nullptr;
     const int length =
         ASN1_STRING_to_UTF8(&utf8, X509_NAME_ENTRY_get_data(X509_NAME_get_entry(subject, index)));
-    if (length < 0) return {};
-    const std::string name(reinterpret_cast<char*>(utf8), static_cast<std::size_t>(length));
-    OPENSSL_free(utf8);
-    return platform::AnsiFromUtf8(name);
+    return platform::AnsiFromUtf8(TakeBytes(utf8, length));
 }
 
 std::string TimeText(const ASN1_TIME* time) {
