@@ -10,6 +10,7 @@
 #include "Inventory.h"
 #include "Library.h"
 #include "ResultText.h"
+#include "SealStatus.h"
 #include "Terminal.h"
 #include "TerminalText.h"
 #include "TimeStampWish.h"
@@ -180,6 +181,7 @@ SealFile ChooseHere(const SelectionOptions& options, const CertServiceClient& se
     }
     const ChosenSeal chosen = FindSeal(candidates, options.seal);
     CheckUsable(*chosen.certificate, *chosen.seal);
+    CheckSealStatus(*chosen.seal);
     LogInWith(GivenPin(options.pin), *chosen.certificate);
     TellLibrary(*chosen.certificate, *chosen.seal);
     return *chosen.seal;

@@ -35,6 +35,19 @@ TEST_F(SealStatusStampTest, ASealThatIsSuspendedOrUnknownIsToldAsSuch) {
     ExpectRefusal({}, 1, "0x0C000075: the seal is suspended");
 }
 
+TEST_F(SealStatusStampTest, ASealThatIsNamedIsAskedAboutToo) {
+    const std::int64_t seal = Offer();
+    ASSERT_EQ(Stamped({"--cert", "alice", "--seal", "GBESEAL"})["mode"].asInt(), 2);
+    ASSERT_TRUE(std::filesystem::remove(m_out));
+    m_service.Suspend(seal);
+    for (const std::vector<std::string>& named : std::vector<std::vector<std::string>>{
+             {"--cert", "alice"}, {"--seal", "GBESEAL"}, {"--cert", "alice", "--seal", "alice"}}) {
+        ExpectRefusal(named, 1, "0x0C000075: the seal is suspended");
+    }
+    Set("ReqEsealStatus", "0");
+    EXPECT_EQ(Stamped({"--seal", "GBESEAL"})["mode"].asInt(), 2);
+}
+
 TEST_F(SealStatusStampTest, AServiceThatIsNotThereIsToldWithTheSetting) {
     Set("sEsealStateUrl", LoopbackServer::DeadUrl("/QelmServlet"));
     ExpectRefusal({}, 1, "the seal status service can't be reached");
