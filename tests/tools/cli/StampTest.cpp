@@ -210,6 +210,19 @@ TEST_F(StampTest, APlaceThatIsNoneIsAUsageError) {
     EXPECT_EQ(Stamp({"--size", "30", "--pin", "123456"}).exitCode, 2);
 }
 
+TEST_F(StampTest, AnEmptyValueIsNoAbsentOne) {
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("rsa", "es", "rsa");
+    for (const char* option :
+         {"--cert", "--serial", "--seal", "--at", "--size", "--page", "--pin-file", "--text"}) {
+        const auto outcome = Tesmark({"stamp", kContract, m_out, "--pin", "123456", option, ""});
+        EXPECT_EQ(outcome.exitCode, 2) << option;
+        EXPECT_NE(outcome.error.find(option), std::string::npos) << outcome.error;
+    }
+    EXPECT_TRUE(NothingWritten());
+    EXPECT_EQ(Stamp({"--pin", "123456", "--reason", ""}).exitCode, 0) << "a text may be empty";
+}
+
 TEST_F(StampTest, ASecondStampLeavesTheFirstSignatureValid) {
     MakeKey("rsa", "rsa2048");
     MakeSeal("rsa", "es", "rsa");
