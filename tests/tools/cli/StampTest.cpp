@@ -223,6 +223,21 @@ TEST_F(StampTest, AnEmptyValueIsNoAbsentOne) {
     EXPECT_EQ(Stamp({"--pin", "123456", "--reason", ""}).exitCode, 0) << "a text may be empty";
 }
 
+TEST_F(StampTest, ASealThatDoesNotLieOnThePageAsAWholeIsRefused) {
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("rsa", "es", "rsa");
+    for (const std::vector<std::string>& place : std::vector<std::vector<std::string>>{
+             {"--at=-5,3"}, {"--at=205,290"}, {"--at=10,280"}, {"--size=3000x20"}}) {
+        std::vector<std::string> line = {"--pin", "123456"};
+        line.insert(line.end(), place.begin(), place.end());
+        const auto outcome = Stamp(line);
+        EXPECT_EQ(outcome.exitCode, 2) << place.front();
+        EXPECT_NE(outcome.error.find("on the page as a whole"), std::string::npos) << outcome.error;
+        EXPECT_TRUE(NothingWritten());
+    }
+    EXPECT_EQ(Stamp({"--pin", "123456", "--at=-5,3", "--beyond-edge"}).exitCode, 0);
+}
+
 TEST_F(StampTest, ASecondStampLeavesTheFirstSignatureValid) {
     MakeKey("rsa", "rsa2048");
     MakeSeal("rsa", "es", "rsa");

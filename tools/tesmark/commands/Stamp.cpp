@@ -46,6 +46,7 @@ struct Options {
     std::string reason;
     std::string location;
     bool timeStamp = false;
+    bool beyondEdge = false;
     ContentPictureOptions content;
     SelectionOptions selection;
 };
@@ -124,6 +125,24 @@ void Place(const Options& options, const PdfPageSize& page, StampRequest& reques
     request.yMm = std::max(0.0, page.heightMm - request.heightMm - kMarginMm);
 }
 
+// A seal that nobody sees, or sees in part, is no seal to whoever gets the document.
+void CheckLiesOnPage(const Options& options, const PdfPageSize& page, const StampRequest& request) {
+    // Less than what the numbers are told with.
+    constexpr double kTolerance = 0.05;
+    const bool within = request.xMm >= -kTolerance && request.yMm >= -kTolerance &&
+                        request.xMm + request.widthMm <= page.widthMm + kTolerance &&
+                        request.yMm + request.heightMm <= page.heightMm + kTolerance;
+    if (within || options.beyondEdge) return;
+    throw Failure{ExitCode::kUsage,
+                  "The seal doesn't lie on the page as a whole: " + Millimetres(request.widthMm) +
+                      " x " + Millimetres(request.heightMm) + " mm at " + Millimetres(request.xMm) +
+                      ", " + Millimetres(request.yMm) + ", and the page has " +
+                      Millimetres(page.widthMm) + " x " + Millimetres(page.heightMm) + " mm.",
+                  {},
+                  "  another place or size: --at X,Y, --size WIDTHxHEIGHT; or let it be so: "
+                  "--beyond-edge"};
+}
+
 // Minutes east of Greenwich at that moment.
 int UtcOffset(std::time_t now) {
     const std::tm local = platform::LocalTime(now);
@@ -148,6 +167,7 @@ StampRequest MakeRequest(const Options& options, const PdfPageSize& page,
     request.widthMm = selected.widthMm;
     request.heightMm = selected.heightMm;
     Place(options, page, request);
+    CheckLiesOnPage(options, page, request);
     request.picture = selected.picture;
     const std::string seal = IsSealSignature(selected.mode) ? SelectedSealFile() : "";
     const StampSubFilter& form = SubFilterOf(selected.mode, seal);
@@ -325,6 +345,9 @@ void Bind(CLI::App& command, Options& options) {
                        "corner; without it 25 mm from the lower right one");
     command.add_option("--size", options.size,
                        "Size of the seal, WIDTHxHEIGHT in mm; without it the seal's own");
+    command.add_flag("--beyond-edge", options.beyondEdge,
+                     "Let a part of the seal lie beyond the page's edge; without it that is "
+                     "refused");
     command.add_option("--reason", options.reason, "Reason, shown with the signature");
     command.add_option("--location", options.location, "Place, shown with the signature");
     command.add_flag("--timestamp", options.timeStamp, "No stamp without a good time stamp");
