@@ -1,5 +1,7 @@
 #include "Selection.h"
 
+#include <strings.h>
+
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cstdlib>
@@ -171,6 +173,56 @@ std::vector<CertificateEntry> ListToChooseFrom(const SelectionOptions& options,
     return ListCertificates(service, WithSeals::kYes);
 }
 
+bool IsNameOf(const SealFile& seal, const std::string& wanted) {
+    return strcasecmp(Utf8FromGbk(seal.fileName).c_str(), wanted.c_str()) == 0 ||
+           strcasecmp(seal.name.c_str(), wanted.c_str()) == 0;
+}
+
+// A part of a name must be one of no other seal on this machine: with ESEAL nobody means the
+// GBESEAL of a key that lacks an ESEAL.
+void CheckNamedAlone(const std::vector<CertificateEntry>& certificates, const SealFile& found,
+                     const std::string& wanted) {
+    if (wanted.empty() || IsNameOf(found, wanted)) return;
+    std::size_t count = 0;
+    for (const CertificateEntry& entry : certificates) {
+        for (const SealFile& seal : entry.seals) {
+            if (Utf8FromGbk(seal.fileName).find(wanted) != std::string::npos ||
+                seal.name.find(wanted) != std::string::npos) {
+                ++count;
+            }
+        }
+    }
+    if (count <= 1) return;
+    throw Failure{ExitCode::kChoice,
+                  "\"" + wanted +
+                      "\" is a part of more than one seal's name, and the name of none "
+                      "of this certificate.",
+                  {},
+                  InventoryText(certificates, "  ")};
+}
+
+// A seal that has no file has no name to tell either.
+std::string ContentOfSeal() {
+    std::string content;
+    FetchInTwoSteps([](unsigned char* out, int* outLen) { return GetSelectedSeal(out, outLen); },
+                    content);
+    return content;
+}
+
+// The seal's file among those of its key; empty for one of another place.
+std::string FileOfSeal(const CertServiceClient& service, const std::string& certId,
+                       const std::string& content) {
+    std::vector<std::string> names;
+    if (service.ListFiles(certId, names) != 0) return {};
+    for (const std::string& name : names) {
+        std::string file;
+        if (SealKindOf(name) && service.ReadFile(certId, name, file) == 0 && file == content) {
+            return Utf8FromGbk(name);
+        }
+    }
+    return {};
+}
+
 SealFile ChooseHere(const SelectionOptions& options, const CertServiceClient& service) {
     const auto certificates = ListToChooseFrom(options, service);
     std::vector<const CertificateEntry*> candidates;
@@ -180,6 +232,7 @@ SealFile ChooseHere(const SelectionOptions& options, const CertServiceClient& se
         candidates.push_back(&Wanted(certificates, options));
     }
     const ChosenSeal chosen = FindSeal(candidates, options.seal);
+    CheckNamedAlone(certificates, *chosen.seal, options.seal);
     CheckUsable(*chosen.certificate, *chosen.seal);
     CheckSealStatus(*chosen.seal);
     LogInWith(GivenPin(options.pin), *chosen.certificate);
@@ -240,6 +293,8 @@ SelectedSeal SelectSeal(const SelectionOptions& options) {
     }
     std::string der;
     service.ExportCertificate(selected.certId, der);
+    selected.sealFile = FileOfSeal(service, selected.certId, ContentOfSeal());
+    selected.sealName = NameOfSelectedSeal(selected.mode);
     selected.commonName = service.CertificateField(der, kFieldCommonName);
     selected.keyType = service.CertificateField(der, kFieldKeyType) == "SM2" ? "SM2" : "RSA";
     SetSize(selected, widthMm, heightMm);
@@ -257,6 +312,15 @@ SelectedCert SelectCertificate(const SelectionOptions& options) {
     LogInWith(GivenPin(options.pin), entry);
     SetContentSignCertId(Bytes(entry.certId), static_cast<int>(entry.certId.size()));
     return {entry.certId, entry.commonName, entry.keyType == "SM2" ? "SM2" : "RSA", entry.der};
+}
+
+std::string NameOfSelectedSeal(int mode) {
+    const std::string content = ContentOfSeal();
+    const SealFileKind kind = mode == 0   ? SealFileKind::kEs
+                              : mode == 1 ? SealFileKind::kGm
+                                          : SealFileKind::kGb;
+    const SealFile seal = ReadSealFile("", kind, content);
+    return seal.readCode ? "" : seal.name;
 }
 
 void SetSize(SelectedSeal& selected, int widthMm, int heightMm) {

@@ -28,6 +28,8 @@ struct SelectedSeal {
     std::string certId;
     std::string commonName;  // UTF-8
     std::string keyType;     // "SM2" or "RSA"
+    std::string sealFile;    // its name in the key, UTF-8; empty where it is in none
+    std::string sealName;    // as the seal tells it, UTF-8; empty without a seal
     std::string picture;
     int mode = 0;  // as GetEsealMode
     double widthMm = 0;
@@ -50,6 +52,10 @@ struct SelectedCert {
     std::string der;
 };
 SelectedCert SelectCertificate(const SelectionOptions& options);
+
+// The name that the selected seal's file tells; empty if it can't be read. With `mode` as
+// GetEsealMode.
+std::string NameOfSelectedSeal(int mode);
 
 // The size on the page, of which one that isn't positive is told by nobody: then it is the
 // picture's at 300 dpi. Throws a Failure for a picture that can't be measured.

@@ -157,5 +157,6 @@ SelectedSeal SelectStamp(const SelectionOptions& options, const ContentPictureOp
         SetSize(selected, -1, -1);
     }
     selected.mode = GetEsealMode();
+    if (source == SealSource::kOnline) selected.sealName = NameOfSelectedSeal(selected.mode);
     return selected;
 }

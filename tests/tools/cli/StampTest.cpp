@@ -102,6 +102,31 @@ TEST_F(StampTest, CertAndSealNameOneOfSeveral) {
     EXPECT_EQ(stamped["certId"].asString(), "DevKeys/sm2");
 }
 
+TEST_F(StampTest, APartOfANameIsNeverTakenForAnotherSealsOwnName) {
+    MakeKey("gs", "sm2");
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("gs", "gb2020", "first");
+    MakeSeal("rsa", "es", "second");
+    const auto outcome = Stamp({"--cert", "gs", "--seal", "ESEAL", "--pin", "123456"});
+    EXPECT_EQ(outcome.exitCode, 5) << outcome.out;
+    EXPECT_NE(outcome.error.find("GBESEAL"), std::string::npos) << outcome.error;
+    EXPECT_TRUE(NothingWritten());
+    EXPECT_EQ(Stamp({"--cert", "gs", "--seal", "fir", "--pin", "123456"}).exitCode, 0);
+    EXPECT_EQ(Stamp({"--seal", "ESEAL", "--pin", "123456"}).exitCode, 0);
+    EXPECT_NE(PdfSig().find("Signature is Valid"), std::string::npos) << "the ES seal's";
+}
+
+TEST_F(StampTest, TheSealThatWasUsedIsTold) {
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("rsa", "es", "first");
+    const auto outcome = Stamp({"--pin", "123456"});
+    EXPECT_NE(outcome.out.find("seal ESEAL  first\n"), std::string::npos) << outcome.out;
+    const Json::Value named =
+        Json({"stamp", kContract, m_out, "--cert", "rsa", "--pin", "123456"})["seal"];
+    EXPECT_EQ(named["file"].asString(), "ESEAL");
+    EXPECT_EQ(named["name"].asString(), "first");
+}
+
 TEST_F(StampTest, ACertificateIsNamedByItsSerialNumberToo) {
     MakeKey("rsa", "rsa2048");
     MakeSeal("rsa", "es", "rsa");

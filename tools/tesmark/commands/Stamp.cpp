@@ -291,6 +291,14 @@ Report Describe(const Options& options, const SelectedSeal& selected, const Stam
                   Millimetres(request.yMm) + "\n       signed by " +
                   Printable(selected.commonName) + " (" + selected.keyType + "), " +
                   request.subFilter + ", " + result.fieldName + "\n";
+    if (!selected.sealFile.empty() || !selected.sealName.empty()) {
+        report.json["seal"]["file"] =
+            selected.sealFile.empty() ? Json::Value() : Json::Value(selected.sealFile);
+        report.json["seal"]["name"] = selected.sealName;
+        report.text += "       seal " + Printable(selected.sealFile) +
+                       (selected.sealFile.empty() ? "" : "  ") + Printable(selected.sealName) +
+                       "\n";
+    }
     if (selected.source != SealSource::kKey) {
         report.text += std::string("       picture ") + SourceText(selected.source) + "\n";
     }
