@@ -29,6 +29,9 @@ StoredCertificate CertificateOfTexts(const std::string& serial, const std::strin
     StoredCertificate certificate;
     certificate.serial = Checked("The serial number", serial, kMaxRequestText);
     certificate.name = Checked("The distinguished name", name, kMaxRequestText);
+    constexpr char kDigits[] = "0123456789ABCDEFabcdef";
+    if (certificate.serial.find_first_of(kDigits) == std::string::npos)
+        throw Refusal("The serial number has no digit.");
     if (SerialKey(certificate.serial).find_first_not_of("0123456789ABCDEF") != std::string::npos)
         throw Refusal("The serial number holds what is no hexadecimal digit.");
     return certificate;

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -85,8 +86,15 @@ void Add(const Arguments& arguments) {
     std::printf("%lld\n", static_cast<long long>(seal));
 }
 
+// The database of a command that has nothing to do in a new one.
+SealStore ExistingStore(const Arguments& arguments) {
+    if (!std::filesystem::exists(FileAt(arguments.database)))
+        throw Refusal("There is no file " + arguments.database + ".");
+    return SealStore(arguments.database);
+}
+
 void List(const Arguments& arguments) {
-    SealStore store(arguments.database);
+    SealStore store = ExistingStore(arguments);
     for (const StoredCertificate& certificate : store.Certificates()) {
         for (const StoredSeal& seal : store.Seals(certificate.id))
             std::printf("%lld\t%s\t%s\t%s\t%s\t%s\t%s\n", static_cast<long long>(seal.id),
@@ -101,15 +109,15 @@ void Require(bool done) {
 }
 
 void Suspend(const Arguments& arguments) {
-    Require(SealStore(arguments.database).SetSuspended(arguments.seal, true));
+    Require(ExistingStore(arguments).SetSuspended(arguments.seal, true));
 }
 
 void Resume(const Arguments& arguments) {
-    Require(SealStore(arguments.database).SetSuspended(arguments.seal, false));
+    Require(ExistingStore(arguments).SetSuspended(arguments.seal, false));
 }
 
 void Remove(const Arguments& arguments) {
-    Require(SealStore(arguments.database).RemoveSeal(arguments.seal));
+    Require(ExistingStore(arguments).RemoveSeal(arguments.seal));
 }
 
 std::string AskedPassword() {

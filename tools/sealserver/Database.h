@@ -14,7 +14,7 @@ class DatabaseFailure : public std::runtime_error {
 public:
     DatabaseFailure(int code, const std::string& text) : std::runtime_error(text), m_code(code) {}
     // Another row has what may stand there once.
-    bool IsConflict() const { return (m_code & 0xFF) == SQLITE_CONSTRAINT; }
+    bool IsConflict() const { return m_code == SQLITE_CONSTRAINT_UNIQUE; }
 
 private:
     int m_code;

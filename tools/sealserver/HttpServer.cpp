@@ -5,6 +5,7 @@
 #include <thread>
 #include <utility>
 
+#include "components/text/AsciiText.h"
 #include "tools/sealserver/AccessLog.h"
 #include "tools/sealserver/AdminSite.h"
 #include "tools/sealserver/BoundedServer.h"
@@ -150,10 +151,10 @@ private:
     }
 
     bool IsOurName(const std::string& host) const {
-        const std::string name = WithoutPort(host);
-        return name == "localhost" || IsNumeric(name) || name == m_settings.address ||
-               std::find(m_settings.names.begin(), m_settings.names.end(), name) !=
-                   m_settings.names.end();
+        const std::string name = LowerCase(WithoutPort(host));
+        return name == "localhost" || IsNumeric(name) || name == LowerCase(m_settings.address) ||
+               std::any_of(m_settings.names.begin(), m_settings.names.end(),
+                           [&](const std::string& ours) { return name == LowerCase(ours); });
     }
 
     bool Admit(const Request& request, Response& response) const {

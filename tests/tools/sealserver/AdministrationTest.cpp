@@ -35,6 +35,7 @@ TEST_F(AdministrationTest, WhatIsNoCertificateIsRefused) {
     EXPECT_THROW(EnterCertificate(m_store, NationalSeal(), "", ""), Refusal);
     EXPECT_THROW(EnterCertificate(m_store, "", "", "CN=x"), Refusal);
     EXPECT_THROW(EnterCertificate(m_store, "", "12G4", "CN=x"), Refusal);
+    EXPECT_THROW(EnterCertificate(m_store, "", "-- :", "CN=x"), Refusal);
     EXPECT_THROW(EnterCertificate(m_store, "", "12", "CN=\xFF"), Refusal);
     EXPECT_THROW(EnterCertificate(m_store, "", "12", "CN=\n"), Refusal);
     EXPECT_THROW(EnterCertificate(m_store, "", "12", std::string(2049, 'x')), Refusal);

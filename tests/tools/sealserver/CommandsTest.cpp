@@ -65,6 +65,18 @@ TEST_F(CommandsTest, WhatCannotBeDoneIsTold) {
     EXPECT_NE(RunProgram({SEALSERVER_PROGRAM, "serve"}).exitCode, 0);
 }
 
+TEST_F(CommandsTest, AMistypedDatabaseIsNotMade) {
+    const std::string absent = m_folder.Below("absent.db");
+    for (const char* const command : {"list", "suspend", "resume", "remove"}) {
+        std::vector<std::string> arguments{SEALSERVER_PROGRAM, command, "--database", absent};
+        if (command != std::string("list")) arguments.push_back("1");
+        const ProgramOutcome outcome = RunProgram(arguments);
+        EXPECT_EQ(outcome.exitCode, 1) << command;
+        EXPECT_EQ(outcome.error, "sealserver: There is no file " + absent + ".\n") << command;
+        EXPECT_FALSE(std::ifstream(absent).good()) << command;
+    }
+}
+
 TEST_F(CommandsTest, ThePasswordIsALineOfInput) {
     EXPECT_EQ(Run({"password"}, "correct horse\nmore").exitCode, 0);
     EXPECT_TRUE(PasswordMatches("correct horse", m_store.Setting("password")));

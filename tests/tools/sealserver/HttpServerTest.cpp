@@ -135,13 +135,15 @@ TEST_F(HttpServerTest, OtherNamesOfThisHostAreRefused) {
     ASSERT_TRUE(evil);
     EXPECT_EQ(evil->status, 403);
     EXPECT_EQ(PostHello({{"Host", "localhost:1"}})->status, 200);
+    EXPECT_EQ(PostHello({{"Host", "LocalHost:1"}})->status, 200);
     EXPECT_EQ(PostHello({{"Host", "[::1]:1"}})->status, 200);
     EXPECT_EQ(PostHello({{"Host", ""}})->status, 403);
     HttpSettings named;
-    named.names = {"seals.example"};
+    named.names = {"seals.EXAMPLE"};
     const RunningServer running(named, m_store, "");
     httplib::Client client(running.Address());
     EXPECT_EQ(client.Get("/login", {{"Host", "seals.example"}})->status, 200);
+    EXPECT_EQ(client.Get("/login", {{"Host", "Seals.Example"}})->status, 200);
     EXPECT_EQ(client.Get("/login", {{"Host", "evil.example"}})->status, 403);
 }
 

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "tests/tools/sealserver/StoreFixture.h"
+#include "tools/sealserver/Database.h"
 
 namespace {
 
@@ -49,6 +50,24 @@ TEST_F(SealStoreTest, ACertificateIsThereOnce) {
     EXPECT_EQ(m_store.Certificate(byTexts)->der, Signer().certificate);
     EXPECT_EQ(m_store.Certificates().size(), 1u);
     EXPECT_NE(EnterCertificate(m_store, "", kSignerSerial, "CN=signer"), byTexts);
+}
+
+TEST_F(SealStoreTest, ANumberThatIsTakenIsAConflictAndACertificateThatIsGoneIsNone) {
+    AddSeal({EsSeal(), "7", "one"});
+    StoredSeal seal;
+    seal.certificate = m_store.FindCertificate(kSignerSerial, kSignerName)->id;
+    seal.number = "7";
+    const auto outcome = [&] {
+        try {
+            m_store.AddSeal(seal);
+        } catch (const DatabaseFailure& failure) {
+            return failure.IsConflict() ? "conflict" : "failure";
+        }
+        return "added";
+    };
+    EXPECT_STREQ(outcome(), "conflict");
+    seal.certificate += 1;
+    EXPECT_STREQ(outcome(), "failure");
 }
 
 TEST_F(SealStoreTest, ANumberIsFreeAgainAfterItsSealIsRemovedButIdsAreNot) {
