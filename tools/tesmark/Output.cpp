@@ -46,13 +46,26 @@ Json::Value FailureObject(const Failure& failure, const std::string& logPath) {
 }
 
 std::string FailureText(const Failure& failure, const std::string& logPath) {
-    std::string text = "tesmark: " + failure.sentence + "\n";
+    std::string text = "tesmark: " + Printable(failure.sentence) + "\n";
     if (failure.code) {
         text += "  code " + ResultNumber(*failure.code) + ": " + ResultText(*failure.code) + "\n";
     }
     if (!failure.hint.empty()) text += failure.hint + (failure.hint.ends_with('\n') ? "" : "\n");
     if (failure.code && !logPath.empty()) text += "  log: " + logPath + "\n";
     return text;
+}
+
+// Names of files are bytes, and may hold what steers a terminal; lines and columns are this
+// program's own.
+std::string ForTerminal(const std::string& text) {
+    std::string shown;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; begin <= text.size(); begin = end + 1) {
+        end = std::min(text.find('\n', begin), text.size());
+        shown += Printable(text.substr(begin, end - begin));
+        if (end < text.size()) shown += '\n';
+    }
+    return shown;
 }
 
 bool Write(std::FILE* stream, const std::string& text) {
@@ -75,16 +88,16 @@ std::string JsonText(const Json::Value& value) {
     Json::StreamWriterBuilder builder;
     builder["indentation"] = "  ";
     builder["emitUTF8"] = true;
-    return Json::writeString(builder, value) + "\n";
+    return WellFormed(Json::writeString(builder, value)) + "\n";
 }
 
 bool Print(const Report& report, bool json) {
-    return Write(stdout, json ? JsonText(report.json) : report.text);
+    return Write(stdout, json ? JsonText(report.json) : ForTerminal(report.text));
 }
 
 void PrintFailure(const Failure& failure, bool json, const std::string& logPath) {
     if (json) Write(stdout, JsonText(FailureObject(failure, logPath)));
-    Write(stderr, FailureText(failure, logPath));
+    Write(stderr, ForTerminal(FailureText(failure, logPath)));
 }
 
 std::string SizeText(unsigned long long bytes) {

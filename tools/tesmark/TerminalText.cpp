@@ -116,9 +116,29 @@ std::string Padded(std::string_view utf8, std::size_t width) {
 }
 
 std::string Printable(std::string_view utf8) {
-    std::string printable(utf8);
-    std::replace_if(
-        printable.begin(), printable.end(),
-        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
+    std::string printable;
+    for (std::size_t position = 0; position < utf8.size();) {
+        const Decoded decoded = DecodeAt(utf8, position);
+        // Behind 0x7F stand 32 more, which some terminals obey.
+        const bool isControl =
+            decoded.character < 0x20 || (decoded.character >= 0x7F && decoded.character < 0xA0);
+        if (isControl || decoded.character == kNotACharacter) {
+            printable += '?';
+        } else {
+            printable += utf8.substr(position, decoded.length);
+        }
+        position += decoded.length;
+    }
     return printable;
+}
+
+std::string WellFormed(std::string_view text) {
+    std::string formed;
+    for (std::size_t position = 0; position < text.size();) {
+        const Decoded decoded = DecodeAt(text, position);
+        formed += decoded.character == kNotACharacter ? std::string_view("\xEF\xBF\xBD")
+                                                      : text.substr(position, decoded.length);
+        position += decoded.length;
+    }
+    return formed;
 }

@@ -21,5 +21,9 @@ std::size_t DisplayWidth(std::string_view utf8);
 // The text with blanks behind it up to `width` columns; a longer one stays whole.
 std::string Padded(std::string_view utf8, std::size_t width);
 
-// Control characters replaced by "?", so that a name out of a file can't steer the terminal.
+// Control characters, and bytes that are no UTF-8, replaced by "?", so that a name out of a file
+// can't steer the terminal.
 std::string Printable(std::string_view utf8);
+
+// Bytes that are no UTF-8 replaced by U+FFFD.
+std::string WellFormed(std::string_view text);

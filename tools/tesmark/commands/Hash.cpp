@@ -109,7 +109,7 @@ Report Hash(const Options& options) {
     report.json["hash"] = hash;
     report.json["algorithm"] = algorithm.name;
     report.json["file"] = options.input;
-    report.text = hash + "  " + options.input + "\n";
+    report.text = hash + "  " + Printable(options.input) + "\n";
     return report;
 }
 

@@ -79,7 +79,7 @@ Report Import(const ImportOptions& options) {
         StoreKey(KeyFolderPath(), options.id, imported.key.get(), imported.certificate, pin);
     Report report;
     report.json["certId"] = certId;
-    report.text = "key    " + certId + "  imported from " + options.file + "\n";
+    report.text = "key    " + certId + "  imported from " + Printable(options.file) + "\n";
     return report;
 }
 

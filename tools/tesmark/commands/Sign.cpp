@@ -98,8 +98,8 @@ Report Sign(const Options& options) {
     report.json["signer"] = selected.commonName;
     report.json["algorithm"] = selected.keyType;
     report.json["size"] = static_cast<Json::UInt64>(signature.size());
-    report.text = "sign   " + output + "  " + form + ", " + SizeText(signature.size()) + ", by " +
-                  Printable(selected.commonName) + " (" + selected.keyType + ")\n" +
+    report.text = "sign   " + Printable(output) + "  " + form + ", " + SizeText(signature.size()) +
+                  ", by " + Printable(selected.commonName) + " (" + selected.keyType + ")\n" +
                   (stamp.empty() ? "" : "       " + stamp);
     return report;
 }

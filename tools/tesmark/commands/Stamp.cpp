@@ -285,10 +285,10 @@ Report Describe(const Options& options, const SelectedSeal& selected, const Stam
     report.json["mode"] = selected.mode;
     report.json["filter"] = request.filter;
     report.json["subFilter"] = request.subFilter;
-    report.text = "stamp  " + options.output + "  page " + std::to_string(result.page) + " of " +
-                  std::to_string(result.pageCount) + ", " + Millimetres(request.widthMm) + " x " +
-                  Millimetres(request.heightMm) + " mm at " + Millimetres(request.xMm) + ", " +
-                  Millimetres(request.yMm) + "\n       signed by " +
+    report.text = "stamp  " + Printable(options.output) + "  page " + std::to_string(result.page) +
+                  " of " + std::to_string(result.pageCount) + ", " + Millimetres(request.widthMm) +
+                  " x " + Millimetres(request.heightMm) + " mm at " + Millimetres(request.xMm) +
+                  ", " + Millimetres(request.yMm) + "\n       signed by " +
                   Printable(selected.commonName) + " (" + selected.keyType + "), " +
                   request.subFilter + ", " + result.fieldName + "\n";
     if (!selected.sealFile.empty() || !selected.sealName.empty()) {

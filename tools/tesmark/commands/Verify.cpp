@@ -143,11 +143,12 @@ public:
             Write(path, verdict.seal->picture);
         } catch (const Failure& failure) {
             if (!m_failure) m_failure = failure;
-            text += std::string(kIndent) + "picture not saved: " + failure.sentence + "\n";
+            text +=
+                std::string(kIndent) + "picture not saved: " + Printable(failure.sentence) + "\n";
             return;
         }
         json["seal"]["savedAs"] = path;
-        text += std::string(kIndent) + "picture " + path + "\n";
+        text += std::string(kIndent) + "picture " + Printable(path) + "\n";
     }
 
     // Behind the verdicts. A document that isn't good stays the worse news.
@@ -276,8 +277,8 @@ Report VerifyDetached(const Options& options) {
     report.json["signature"] = options.signature;
     report.json["file"] = options.input;
     report.json["verdict"] = StandingText(standing);
-    report.text = Mark(standing) + options.signature + ", " + SignatureKindText(verdict.kind) +
-                  "\n" + VerdictText(verdict, kIndent);
+    report.text = Mark(standing) + Printable(options.signature) + ", " +
+                  SignatureKindText(verdict.kind) + "\n" + VerdictText(verdict, kIndent);
     CPictureSaver saver(options);
     saver.Save("seal", verdict, report.json, report.text);
     report.exitCode = ExitCodeOf(standing);
