@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
-#include <limits>
 #include <utility>
 
 #include "DrawingControl.h"
@@ -17,6 +16,9 @@ namespace {
 constexpr int kSmallestFont = 10;
 constexpr int kLargestFont = 40;
 constexpr int kMostPerColumn = 5;
+// What the open control draws (SealStyle.h); the library lets any number through.
+constexpr int kThickestFrame = 20;
+constexpr int kMostSpacing = 100;
 
 constexpr char kFont[] = "宋体";
 
@@ -57,13 +59,13 @@ void BindContentPicture(CLI::App& command, ContentPictureOptions& options) {
             ->capture_default_str()
             ->needs(text);
     };
-    constexpr int kMost = std::numeric_limits<int>::max();
     command.add_option("--font", options.font, "Font of the text; without it SimSun")->needs(text);
     number("--font-size", options.fontSize, "in points", kSmallestFont, kLargestFont);
     number("--per-column", options.perColumn, "Characters of the text in a column", 1,
            kMostPerColumn);
-    number("--spacing", options.spacing, "Points between the text's characters", 0, kMost);
-    number("--frame", options.frame, "A frame of so many points; without it none", 1, kMost);
+    number("--spacing", options.spacing, "Points between the text's characters", 0, kMostSpacing);
+    number("--frame", options.frame, "A frame of so many points; without it none", 1,
+           kThickestFrame);
     command.add_option("--colour", options.colour, "red, blue or black")
         ->check([](const std::string& given) {
             return std::string(ColourOf(given) < 0 ? "there are red, blue and black" : "");

@@ -98,6 +98,19 @@ protected:
     }
 };
 
+TEST_F(TextStampTest, FramesAndSpacesThatTheControlRefusesCostNoTryOfTheKey) {
+    Register();
+    for (const std::vector<std::string>& style : std::vector<std::vector<std::string>>{
+             {"--frame", "21"}, {"--spacing", "101"}, {"--frame", "0"}}) {
+        const auto outcome = Stamp({"--pin", "000000", "--text", "ABCD", style[0], style[1]});
+        EXPECT_EQ(outcome.exitCode, 2) << style[0];
+        EXPECT_THAT(outcome.error, HasSubstr(style[0]));
+    }
+    EXPECT_EQ(TriesLeft(), 6);
+    EXPECT_THAT(Tesmark({"stamp", "--help"}).out, HasSubstr("in [1 - 20]"));
+    EXPECT_EQ(Stamped({"--text", "AB", "--frame", "20", "--spacing", "100"})["source"], "text");
+}
+
 TEST_F(TextStampTest, ATextIsDrawnAndSignedWithAPkcs7) {
     Register();
     const std::string text = reinterpret_cast<const char*>(u8"同意");
