@@ -18,8 +18,8 @@ enum LogLevel : int {
 // null file), `status` in hexadecimal, the message. The record is on disk when the call returns; a
 // log that can't be opened goes to standard output. A message that doesn't fit into what is left of
 // 8,192 bytes vanishes whole. Past 10,485,760 bytes the file is renamed to "Fenmoor.log1". Never
-// fails and never throws. Texts are in the ANSI code page and written as they come, so that a record
-// is one line but for the line breaks of its message.
+// fails and never throws. Texts are in the ANSI code page and written as they come, so that a
+// record is one line but for the line breaks of its message.
 void WriteLog(const char* file, int line, int level, unsigned int status, const char* format, ...)
     PRINTF_FORMAT(5, 6);
 

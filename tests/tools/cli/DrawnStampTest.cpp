@@ -182,7 +182,6 @@ TEST_F(TextStampTest, WhatTheControlRefusesIsTold) {
     ExpectRefusal({"--text", std::string(129, 'A')}, 1, "The control can't draw this.");
     ExpectRefusal({"--text", " "}, 1, "code -2: ");
     ExpectRefusal({"--text", " "}, 1, "try another text, size or font");
-    ExpectRefusal({"--text", "A", "--frame", "21"}, 1, "The control can't draw this.");
 }
 
 TEST_F(TextStampTest, OptionsThatDoNotGoTogetherAreRefused) {
