@@ -31,6 +31,8 @@ public:
     LoadedFile& operator=(const LoadedFile&) = delete;
 
     bool IsLoaded() const { return m_module != nullptr; }
+    // For as long as the program runs.
+    void Keep() { m_module = nullptr; }
     std::vector<std::string> Missing() const {
         std::vector<std::string> missing;
 #define NOTE_IF_MISSING(name) Note(#name, missing);
@@ -66,8 +68,11 @@ void Check(const LoadedFile& file, const std::string& path, ExitCode exitCode) {
 }  // namespace
 
 void CheckServiceEntries(const std::string& path) {
-    const LoadedFile file(path);
-    if (file.IsLoaded()) Check(file, platform::Utf8FromPath(path), ExitCode::kSetup);
+    LoadedFile file(path);
+    if (!file.IsLoaded()) return;
+    Check(file, platform::Utf8FromPath(path), ExitCode::kSetup);
+    // Whoever asks is about to load it as well, which then costs nothing.
+    file.Keep();
 }
 
 void CheckServiceFile(const std::string& path) {
