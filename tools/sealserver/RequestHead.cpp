@@ -2,27 +2,17 @@
 
 #include <algorithm>
 
+#include "components/text/AsciiText.h"
+
 namespace {
 
 // With the method, the version, and the blanks between, of which there may be several.
 constexpr std::size_t kLongestLine = kLongestTarget + 32;
 
 constexpr std::string_view kEnd = "\n\r\n";
-constexpr std::string_view kBlanks = " \t\r\n";
-
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-    text.remove_prefix(begin);
-    return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
 
 bool IsRange(std::string_view line) {
-    constexpr std::string_view kName = "range";
-    const std::string_view name = Trimmed(line.substr(0, line.find(':')));
-    return std::equal(name.begin(), name.end(), kName.begin(), kName.end(),
-                      [](char given, char known) { return Lower(given) == known; });
+    return LowerCase(Trimmed(line.substr(0, line.find(':')))) == "range";
 }
 
 }  // namespace
