@@ -442,18 +442,26 @@ TEST_F(PdfSignaturesTest, FilesThatCannotBeReadAreRefusedWithASentence) {
 TEST_F(PdfSignaturesTest, AnEncryptedPdfIsReadUnlessItWantsAPassword) {
     WriteFile(Path("plain.pdf"), WithValue("<< /Type /Sig /Reason (Seen) /ByteRange [0 1 2 3] "
                                            "/Contents <3000> >>"));
-    const auto encrypted = [&](const std::string& password) {
-        RunCommand({"qpdf", "--encrypt", password, "owner", "256", "--", Path("plain.pdf"),
-                    Path("locked.pdf")});
-        return ReadFile(Path("locked.pdf"));
-    };
-    const auto found = Read(encrypted(""));
-    ASSERT_EQ(found.list.size(), 1u);
-    EXPECT_EQ(found.list[0].reason, "Seen");
-    EXPECT_NE(found.list[0].problem, RangeProblem::kNone);
-    std::string message;
-    EXPECT_EQ(Refusal(encrypted("secret"), &message), StampError::kEncrypted);
-    EXPECT_EQ(message, "The PDF is encrypted and can't be read.");
+    // RC4 of 40 and 128 bits, AES of 128 and 256, and the digest of Acrobat 9.
+    const std::vector<std::vector<std::string>> ciphers = {
+        {"40"}, {"128"}, {"128", "--use-aes=y"}, {"256"}, {"256", "--force-R5"}};
+    for (const auto& cipher : ciphers) {
+        const auto encrypted = [&](const std::string& password) {
+            std::vector<std::string> command = {"qpdf", "--allow-weak-crypto", "--encrypt",
+                                                password, "owner"};
+            command.insert(command.end(), cipher.begin(), cipher.end());
+            command.insert(command.end(), {"--", Path("plain.pdf"), Path("locked.pdf")});
+            RunCommand(command);
+            return ReadFile(Path("locked.pdf"));
+        };
+        const auto found = Read(encrypted(""));
+        ASSERT_EQ(found.list.size(), 1u) << cipher.back();
+        EXPECT_EQ(found.list[0].reason, "Seen") << cipher.back();
+        EXPECT_NE(found.list[0].problem, RangeProblem::kNone);
+        std::string message;
+        EXPECT_EQ(Refusal(encrypted("secret"), &message), StampError::kEncrypted) << cipher.back();
+        EXPECT_EQ(message, "The PDF is encrypted and can't be read.");
+    }
 }
 
 TEST_F(PdfSignaturesTest, ASignatureOfPdfsigIsReadAndStaysWholeBelowOurs) {
