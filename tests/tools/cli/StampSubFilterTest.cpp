@@ -42,9 +42,16 @@ TEST(StampSubFilterTest, ASealThatIsCutOffAnywhereIsNotTakenForOneOfGb) {
 
 TEST(StampSubFilterTest, ThereIsRoomForTheSealInASealSignatureAlone) {
     const std::string seal(1000, 'x');
-    EXPECT_EQ(ContentsSizeFor(kGmMode, seal), ContentsSizeFor(kGmMode, "") + 1000);
-    EXPECT_EQ(ContentsSizeFor(kGbMode, seal), ContentsSizeFor(kGmMode, seal));
-    EXPECT_EQ(ContentsSizeFor(kPkcs7Mode, seal), ContentsSizeFor(kPkcs7Mode, ""));
+    const auto room = [](int mode, std::string_view file) {
+        return ContentsSizeFor(mode, file, false);
+    };
+    EXPECT_EQ(room(kGmMode, seal), room(kGmMode, "") + 1000);
+    EXPECT_EQ(room(kGbMode, seal), room(kGmMode, seal));
+    EXPECT_EQ(room(kPkcs7Mode, seal), room(kPkcs7Mode, ""));
+}
+
+TEST(StampSubFilterTest, ATimeStampGetsRoomOfItsOwn) {
+    EXPECT_GT(ContentsSizeFor(kPkcs7Mode, "", true), 3 * ContentsSizeFor(kPkcs7Mode, "", false));
 }
 
 TEST(SelectedSealFileTest, ASealThatTheLibraryDoesNotGiveOutIsAFailure) {

@@ -212,16 +212,45 @@ TEST_F(PdfRefusalTest, ASignerThatThrowsLeavesNothingBehind) {
     EXPECT_EQ(Listing(), (std::vector<std::string>{"in.pdf"}));
 }
 
-TEST_F(PdfRefusalTest, ASignatureThatOutgrowsItsRoomTellsHowMuchItNeeds) {
+TEST_F(PdfRefusalTest, ASignatureThatOutgrowsItsRoomTwiceTellsItsLastSize) {
     auto request = RequestFor(SimplePdf());
     request.contentsSize = 100;
-    const auto tooLarge = StampPdf(request, SignByCms);
-    EXPECT_EQ(tooLarge.error, StampError::kContentsTooSmall);
+    std::size_t size = 0;
+    const auto result = StampPdf(request, [&](const SignedRanges&, std::string& contents) {
+        contents.assign(size += 2000, '0');
+        return 0;
+    });
+    EXPECT_EQ(result.error, StampError::kContentsTooSmall);
+    EXPECT_EQ(result.neededContentsSize, 4000u);
+    EXPECT_EQ(size, 4000u) << "the signer was called twice";
     EXPECT_EQ(Listing(), (std::vector<std::string>{"in.pdf"}));
-    ASSERT_GT(tooLarge.neededContentsSize, 100u);
-    request.contentsSize = tooLarge.neededContentsSize;
-    Stamp(request);
-    ExpectSound(request);
+}
+
+TEST_F(PdfRefusalTest, ASignatureLargerThanAnyRoomIsNotMadeAnew) {
+    int calls = 0;
+    const auto result =
+        StampPdf(RequestFor(SimplePdf()), [&](const SignedRanges&, std::string& contents) {
+            ++calls;
+            contents.assign(8 * 1024 * 1024, '0');
+            return 0;
+        });
+    EXPECT_EQ(result.error, StampError::kContentsTooSmall);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(Listing(), (std::vector<std::string>{"in.pdf"}));
+}
+
+TEST_F(PdfRefusalTest, ASignerThatFailsTheSecondTimeHandsItsCodeThrough) {
+    auto request = RequestFor(SimplePdf());
+    request.contentsSize = 100;
+    int calls = 0;
+    const auto result = StampPdf(request, [&](const SignedRanges&, std::string& contents) {
+        EXPECT_EQ(contents, "");
+        contents.assign(2000, '0');
+        return ++calls == 1 ? 0 : -3050;
+    });
+    EXPECT_EQ(result.error, StampError::kSignerFailed);
+    EXPECT_EQ(result.signerCode, -3050);
+    EXPECT_EQ(Listing(), (std::vector<std::string>{"in.pdf"}));
 }
 
 TEST_F(PdfRefusalTest, ASignatureWithoutBytesIsAFailure) {

@@ -269,6 +269,31 @@ TEST_F(PdfStampTest, WhatIsSignedIsTheOutputWithoutTheValueOfContents) {
     EXPECT_TRUE(seen == WithoutContents(ReadFile(request.outputPath)));
 }
 
+TEST_F(PdfStampTest, ASignatureThatOutgrowsItsRoomIsMadeAnewWithRoomForIt) {
+    const auto stamp = [&](std::size_t size) {
+        auto request =
+            RequestFor(SimplePdf("", "",
+                                 {"<< /Length " + std::to_string(size) + " >>\nstream\n" +
+                                  std::string(size, 'x') + "\nendstream"}));
+        request.contentsSize = 100;
+        Stamp(request);
+        ExpectSound(request);
+        const std::string output = ReadFile(request.outputPath);
+        return std::stoul(output.substr(output.rfind("startxref\n") + 10));
+    };
+    const std::size_t place = stamp(1000);
+    EXPECT_LT(place, 20'000u);
+    // The room that it takes pushes this one beyond five digits.
+    EXPECT_NEAR(static_cast<double>(stamp(1000 + 101'000 - place)), 101'000, 100);
+}
+
+TEST_F(PdfStampTest, ASignatureOverAFileThatOutgrowsItsRoomIsMadeAnewAsWell) {
+    auto request = RequestForLarge(kSignedDataInMemory);
+    request.contentsSize = 100;
+    Stamp(request);
+    ExpectSound(request);
+}
+
 TEST_F(PdfStampTest, AnOutputThatIsThereIsReplaced) {
     const auto request = RequestFor(SimplePdf());
     WriteFile(request.outputPath, "old");

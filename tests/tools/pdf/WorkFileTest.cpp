@@ -15,20 +15,20 @@ TEST_F(WorkFileTest, NothingOfItIsLeftUnlessItBecomesTheOutput) {
     {
         CWorkFile file(Path("out"));
         ASSERT_TRUE(file.Create());
-        ASSERT_TRUE(file.Append("half"));
+        ASSERT_TRUE(file.WriteAt(0, "half"));
         EXPECT_EQ(Listing().size(), 1u);
         EXPECT_TRUE(file.Path().starts_with(Path("out.")));
     }
     EXPECT_TRUE(Listing().empty());
 }
 
-TEST_F(WorkFileTest, AppendingContinuesBehindTheCopyAndWritingAtAPlaceReplaces) {
+TEST_F(WorkFileTest, WritingReplacesWhatIsThereAndContinuesBehindTheEnd) {
     WriteFile(Path("in"), "0123456789");
     CWorkFile file(Path("out"));
     ASSERT_TRUE(file.Create() && file.CopyFrom(Path("in"), 10));
-    ASSERT_TRUE(file.Append("abc"));
+    ASSERT_TRUE(file.WriteAt(10, "abc"));
     file.BeginWriting();
-    ASSERT_TRUE(file.WriteAt(11, "BCDE") && file.Append("f"));
+    ASSERT_TRUE(file.WriteAt(11, "BCDE") && file.WriteAt(15, "f"));
     std::string bytes;
     ASSERT_TRUE(file.ReadAll(bytes));
     EXPECT_EQ(bytes, "0123456789aBCDEf");

@@ -173,7 +173,8 @@ StampRequest MakeRequest(const Options& options, const PdfPageSize& page,
     const StampSubFilter& form = SubFilterOf(selected.mode, seal);
     request.filter = form.filter;
     request.subFilter = form.subFilter;
-    request.contentsSize = ContentsSizeFor(selected.mode, seal);
+    request.contentsSize =
+        ContentsSizeFor(selected.mode, seal, selected.mode == 0 && TimeStampsAreOn());
     request.name = selected.commonName;
     request.reason = options.reason;
     request.location = options.location;

@@ -12,8 +12,10 @@ constexpr StampSubFilter kPkcs7 = {"Adobe.PPKLite", "adbe.pkcs7.detached"};
 constexpr StampSubFilter kGm = {"Velmora.Tesmark", "GMT0031.SESeal"};
 constexpr StampSubFilter kGb = {"Velmora.Tesmark", "GBT38540.SESeal"};
 
-// Certificate, signature value, attributes, and a time stamp with its chain.
-constexpr std::size_t kBesideTheSeal = 32 * 1024;
+// The signer's certificate and an issuer's, the signature value and attributes.
+constexpr std::size_t kWithoutTimeStamp = 8 * 1024;
+// A token with the certificates of its authority.
+constexpr std::size_t kTimeStamp = 24 * 1024;
 
 constexpr char kOctetString = '\x04';
 // The first version of GM/T 0031 that has the outer form of GB/T 38540.
@@ -52,6 +54,7 @@ const StampSubFilter& SubFilterOf(int mode, std::string_view seal) {
     return mode == 2 ? kGb : kPkcs7;
 }
 
-std::size_t ContentsSizeFor(int mode, std::string_view seal) {
-    return kBesideTheSeal + (IsSealSignature(mode) ? seal.size() : 0);
+std::size_t ContentsSizeFor(int mode, std::string_view seal, bool timeStamped) {
+    return kWithoutTimeStamp + (timeStamped ? kTimeStamp : 0) +
+           (IsSealSignature(mode) ? seal.size() : 0);
 }

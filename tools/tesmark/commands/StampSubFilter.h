@@ -17,5 +17,7 @@ constexpr bool IsSealSignature(int mode) { return mode == 1 || mode == 2; }
 // seal's file.
 const StampSubFilter& SubFilterOf(int mode, std::string_view seal);
 
-// Bytes to set aside for the signature: a seal signature holds the whole seal, its file `seal`.
-std::size_t ContentsSizeFor(int mode, std::string_view seal);
+// Bytes to set aside for the signature. What a component makes may be larger; each reader of the
+// document goes through all that is left over. A seal signature holds the whole seal, its file
+// `seal`.
+std::size_t ContentsSizeFor(int mode, std::string_view seal, bool timeStamped);

@@ -1,6 +1,7 @@
 #include "pdf/PdfStamp.h"
 
 #include <future>
+#include <memory>
 
 #include "pdf/InputCopy.h"
 #include "pdf/PdfFailure.h"
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr std::size_t kLargestContents = 8 * 1024 * 1024;
+constexpr std::size_t kMayGrow = 1024;
 
 void Require(bool holds, StampError error, const std::string& sentence) {
     if (!holds) throw CPdfFailure(error, sentence);
@@ -41,27 +43,46 @@ Picture SealPicture(const StampRequest& request) {
     return picture;
 }
 
-struct BuiltUpdate {
-    PdfUpdateBytes bytes;
-    std::uint64_t baseSize = 0;
+// The document and what is added to it, whose room for the signature is still open.
+class CStamp {
+public:
+    CStamp(const StampRequest& request, StampResult& result)
+        : m_base(request.inputPath), m_update(m_base) {
+        result.pageCount = PdfPageCount(m_base);
+        const PdfPage page = FindPdfPage(m_base, request.page);
+        result.page = page.number;
+        CheckChangesAllowed(m_base);
+        const SealPlacement place =
+            PlaceSeal(page.geometry, request.xMm, request.yMm, request.widthMm, request.heightMm);
+        const QPDFObjGen form =
+            AddSealAppearance(m_update, SealPicture(request), place, request.likeInk);
+        const QPDFObjGen signature = m_update.Reserve();
+        result.fieldName = AddSignatureField(m_update, m_base, page, place, form, signature);
+        m_update.SetSignature(signature, SignatureEntries(request));
+        m_bytes = m_update.Build(request.contentsSize);
+        m_base.CheckWhatWasRead();
+    }
+
+    std::uint64_t BaseSize() const { return m_base.FileSize(); }
+    const PdfUpdateBytes& Bytes() const { return m_bytes; }
+    // Reads nothing of the input.
+    void MakeRoom(std::size_t contentsSize) { m_bytes = m_update.Build(contentsSize); }
+
+private:
+    CPdfBase m_base;
+    CPdfUpdate m_update;
+    PdfUpdateBytes m_bytes;
 };
 
-BuiltUpdate BuildUpdate(const StampRequest& request, StampResult& result) {
-    CPdfBase base(request.inputPath);
-    result.pageCount = PdfPageCount(base);
-    const PdfPage page = FindPdfPage(base, request.page);
-    result.page = page.number;
-    CheckChangesAllowed(base);
-    const SealPlacement place =
-        PlaceSeal(page.geometry, request.xMm, request.yMm, request.widthMm, request.heightMm);
-    CPdfUpdate update(base);
-    const QPDFObjGen form = AddSealAppearance(update, SealPicture(request), place, request.likeInk);
-    const QPDFObjGen signature = update.Reserve();
-    result.fieldName = AddSignatureField(update, base, page, place, form, signature);
-    update.SetSignature(signature, SignatureEntries(request));
-    BuiltUpdate built{update.Build(request.contentsSize), base.FileSize()};
-    base.CheckWhatWasRead();
-    return built;
+std::unique_ptr<CStamp> ReadInput(const StampRequest& request, StampResult& result) {
+    try {
+        return std::make_unique<CStamp>(request, result);
+    } catch (const CPdfFailure&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw CPdfFailure(StampError::kDamaged,
+                          "The PDF can't be read: " + DamageSentence(error) + ".");
+    }
 }
 
 std::string Sign(CWorkFile& file, std::uint64_t signedSize, const StampSigner& signer,
@@ -97,23 +118,43 @@ std::string HexValue(const std::string& contents, std::size_t reserved) {
     return text + ">";
 }
 
-// The file first holds the signed ranges alone, so that a signer can read them as one file; then
-// the value of /Contents pushes the tail to its place.
-void Write(const StampRequest& request, const BuiltUpdate& update, const StampSigner& signer,
-           CInputCopy& copy, StampResult& result) {
-    CWorkFile& file = copy.Finish();
-    const std::uint64_t hole = update.baseSize + update.bytes.before.size();
-    const bool made = file.Append(update.bytes.before) && file.Append(update.bytes.after);
-    Require(made, StampError::kOutputUnwritable, file.Problem());
-    const std::string contents = Sign(file, hole + update.bytes.after.size(), signer, result);
-    if (contents.empty() || contents.size() > request.contentsSize) {
-        result.neededContentsSize = contents.size();
-        throw CPdfFailure(
-            contents.empty() ? StampError::kSignerFailed : StampError::kContentsTooSmall,
-            "The signature has " + std::to_string(contents.size()) +
-                " bytes, the room reserved for it " + std::to_string(request.contentsSize) + ".");
+// The file first holds the signed ranges alone, so that a signer can read them as one file.
+std::string SignRanges(const CStamp& stamp, CWorkFile& file, const StampSigner& signer,
+                       StampResult& result) {
+    const std::string ranges = stamp.Bytes().before + stamp.Bytes().after;
+    Require(file.WriteAt(stamp.BaseSize(), ranges), StampError::kOutputUnwritable, file.Problem());
+    std::string contents = Sign(file, stamp.BaseSize() + ranges.size(), signer, result);
+    Require(!contents.empty(), StampError::kSignerFailed, "The signature has no bytes.");
+    return contents;
+}
+
+// The bytes that are signed tell how much room the signature has, so one that needs more is made
+// anew. Some are a few bytes larger the next time.
+std::string MakeContents(CStamp& stamp, CWorkFile& file, const StampSigner& signer,
+                         std::size_t& room, StampResult& result) {
+    std::string contents = SignRanges(stamp, file, signer, result);
+    if (contents.size() > room && contents.size() <= kLargestContents - kMayGrow) {
+        room = contents.size() + kMayGrow;
+        stamp.MakeRoom(room);
+        contents = SignRanges(stamp, file, signer, result);
     }
-    const std::string tail = HexValue(contents, request.contentsSize) + update.bytes.after;
+    if (contents.size() > room) {
+        result.neededContentsSize = contents.size();
+        throw CPdfFailure(StampError::kContentsTooSmall,
+                          "The signature has " + std::to_string(contents.size()) +
+                              " bytes, the room reserved for it " + std::to_string(room) + ".");
+    }
+    return contents;
+}
+
+// The value of /Contents pushes the tail to its place.
+void Write(const StampRequest& request, CStamp& stamp, const StampSigner& signer, CInputCopy& copy,
+           StampResult& result) {
+    CWorkFile& file = copy.Finish();
+    std::size_t room = request.contentsSize;
+    const std::string contents = MakeContents(stamp, file, signer, room, result);
+    const std::uint64_t hole = stamp.BaseSize() + stamp.Bytes().before.size();
+    const std::string tail = HexValue(contents, room) + stamp.Bytes().after;
     Require(file.WriteAt(hole, tail) && file.BecomeOutput(), StampError::kOutputUnwritable,
             file.Problem());
 }
@@ -129,16 +170,8 @@ StampResult StampPdf(const StampRequest& request, const StampSigner& signer, CIn
     StampResult result;
     try {
         CheckRequest(request, copy);
-        BuiltUpdate update;
-        try {
-            update = BuildUpdate(request, result);
-        } catch (const CPdfFailure&) {
-            throw;
-        } catch (const std::exception& error) {
-            throw CPdfFailure(StampError::kDamaged,
-                              "The PDF can't be read: " + DamageSentence(error) + ".");
-        }
-        Write(request, update, signer, copy, result);
+        const auto stamp = ReadInput(request, result);
+        Write(request, *stamp, signer, copy, result);
     } catch (const CPdfFailure& failure) {
         result.error = failure.Error();
         result.message = failure.what();

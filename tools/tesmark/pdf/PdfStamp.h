@@ -43,7 +43,8 @@ struct StampRequest {
     std::int64_t signingTime = 0;
     int utcOffsetMinutes = 0;
     // Room for the signature's bytes, 1 to 8 MiB; /Contents takes twice as many in the file, and
-    // what the signature leaves is filled with zeros.
+    // what the signature leaves is filled with zeros. For a signature that needs more the signer is
+    // called once more, with more room.
     std::size_t contentsSize = 32'768;
 };
 
@@ -56,8 +57,8 @@ struct SignedRanges {
 };
 inline constexpr std::uint64_t kSignedDataInMemory = 8 * 1024 * 1024;
 
-// Puts the DER of the signature into `contents`. 0 for success; any other value is handed through
-// in StampResult::signerCode. It must not change the file.
+// Puts the DER of the signature into `contents`, which is empty. 0 for success; any other value is
+// handed through in StampResult::signerCode. It must not change the file.
 using StampSigner = std::function<int(const SignedRanges& ranges, std::string& contents)>;
 
 enum class StampError {
@@ -75,7 +76,7 @@ enum class StampError {
     kOutputIsInput,
     kOutputUnwritable,
     kSignerFailed,      // signerCode tells
-    kContentsTooSmall,  // the signature needs neededContentsSize bytes
+    kContentsTooSmall,  // the second signature was larger still; neededContentsSize tells its size
 };
 
 struct StampResult {

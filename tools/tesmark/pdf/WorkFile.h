@@ -27,8 +27,7 @@ public:
     // From any thread: a copy that is under way gives up within a few milliseconds, with false, and
     // a later one at once.
     void Stop() { m_stopped = true; }
-    // At the end; at a place, over what is there.
-    bool Append(std::string_view bytes);
+    // Over what is there, and on behind its end.
     bool WriteAt(std::uint64_t offset, std::string_view bytes);
     bool ReadAll(std::string& bytes);
     // From any thread: has the system begin to bring to the disk what was written so far, so that

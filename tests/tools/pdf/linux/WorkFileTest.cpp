@@ -23,8 +23,8 @@ TEST_F(WorkFileOnLinux, ADiskThatIsFullIsToldAndNothingStaysBehind) {
         CWorkFile file(Path("out"));
         ASSERT_TRUE(file.Create());
         const FileSizeLimit limit(100'000);
-        EXPECT_TRUE(file.Append("fits"));
-        EXPECT_FALSE(file.Append(std::string(200'000, 'y')));
+        EXPECT_TRUE(file.WriteAt(0, "fits"));
+        EXPECT_FALSE(file.WriteAt(4, std::string(200'000, 'y')));
         EXPECT_NE(file.Problem().find("can't be written"), std::string::npos);
         EXPECT_FALSE(file.CopyFrom(Path("in"), 200'000));
     }

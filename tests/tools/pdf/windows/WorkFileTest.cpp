@@ -25,7 +25,7 @@ TEST_F(WorkFileOnWindows, AnOutputThatAnotherProgramHoldsIsNotReplacedAndNothing
     {
         CWorkFile file(Path("out"));
         ASSERT_TRUE(file.Create());
-        ASSERT_TRUE(file.Append("new"));
+        ASSERT_TRUE(file.WriteAt(0, "new"));
         const HANDLE held = CreateFileA(Path("out").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                         OPEN_EXISTING, 0, nullptr);
         ASSERT_NE(held, INVALID_HANDLE_VALUE);
@@ -40,7 +40,7 @@ TEST_F(WorkFileOnWindows, AnOutputThatAnotherProgramHoldsIsNotReplacedAndNothing
 TEST_F(WorkFileOnWindows, WhileItIsMadeOthersMayReadTheFileButNotWriteIt) {
     CWorkFile file(Path("out"));
     ASSERT_TRUE(file.Create());
-    ASSERT_TRUE(file.Append("half"));
+    ASSERT_TRUE(file.WriteAt(0, "half"));
     EXPECT_EQ(ReadFile(file.Path()), "half");
     const HANDLE writer =
         CreateFileA(file.Path().c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,

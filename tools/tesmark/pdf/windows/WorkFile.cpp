@@ -178,8 +178,6 @@ bool CWorkFile::WriteAt(std::uint64_t offset, std::string_view bytes) {
     return true;
 }
 
-bool CWorkFile::Append(std::string_view bytes) { return WriteAt(m_size, bytes); }
-
 bool CWorkFile::ReadAll(std::string& bytes) {
     bytes.resize(m_size);
     return ReadWholePiece(Native(m_file), bytes.data(), bytes.size(), 0) ||
