@@ -26,15 +26,24 @@ bool MakeKey(const char* name, const char* algorithm, const char* form) {
                  kPin});
 }
 
-// Negative if one of the runs failed.
-double MedianOf(const std::vector<std::string>& command) {
-    std::vector<double> times;
-    for (int i = 0; i < kRounds; ++i) {
-        times.push_back(Run(command).milliseconds);
-        if (times.back() < 0) return -1;
-    }
+double Median(std::vector<double> times) {
     std::sort(times.begin(), times.end());
     return times[times.size() / 2];
+}
+
+// In turn, so that what else the machine does meets all of them. Empty if one of the runs failed.
+std::vector<double> MediansOf(const std::vector<std::vector<std::string>>& commands) {
+    std::vector<std::vector<double>> times(commands.size());
+    for (int round = 0; round < kRounds; ++round) {
+        for (std::size_t i = 0; i < commands.size(); ++i) {
+            const double time = Run(commands[i]).milliseconds;
+            if (time < 0) return {};
+            times[i].push_back(time);
+        }
+    }
+    std::vector<double> medians;
+    for (const auto& each : times) medians.push_back(Median(each));
+    return medians;
 }
 
 }  // namespace
@@ -50,10 +59,12 @@ int main() {
                        Done({TESMARK, "stamp", plain, rsa, "--cert", "rsa", "--pin", kPin}) &&
                        Done({TESMARK, "stamp", plain, seal, "--cert", "sm2", "--pin", kPin});
     if (!ready) return 1;
-    const double ours = MedianOf({TESMARK, "verify", rsa});
-    const double ourSeal = MedianOf({TESMARK, "verify", seal});
-    const double peer = MedianOf({"/usr/bin/pdfsig", "-nocert", rsa});
-    if (ours < 0 || ourSeal < 0 || peer < 0) return 1;
+    const std::vector<double> medians = MediansOf(
+        {{TESMARK, "verify", rsa}, {"/usr/bin/pdfsig", "-nocert", rsa}, {TESMARK, "verify", seal}});
+    if (medians.empty()) return 1;
+    const double ours = medians[0];
+    const double peer = medians[1];
+    const double ourSeal = medians[2];
     const double ratio = ours / peer;
     std::printf("verify an RSA stamp, 10 MB: %.2f of pdfsig (%.1f ms to %.1f), goal %.2f%s\n",
                 ratio, ours, peer, kGoal, ratio <= kGoal ? "" : ": MISSED");

@@ -1,11 +1,9 @@
 #include "Commands.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <array>
 #include <exception>
 #include <new>
-#include <string_view>
 
 #include "Failure.h"
 #include "Library.h"
@@ -38,21 +36,6 @@ constexpr char kFooter[] =
     "changed after it; 130 interrupted.\n"
     "\"tesmark COMMAND --help\" tells more.";
 
-// Texts that may be none; all other empty values come of a shell's variable that isn't set.
-constexpr auto kMayBeEmpty = std::to_array<std::string_view>(
-    {"--reason", "--location", "--organization", "--purpose", "--number", "--password", "VALUE"});
-
-void RefuseEmptyValues(CLI::App& app) {
-    for (CLI::Option* option : app.get_options()) {
-        const bool isFlag = option->get_items_expected_max() == 0;
-        if (isFlag || std::ranges::count(kMayBeEmpty, option->get_name()) > 0) continue;
-        option->check([](const std::string& value) {
-            return std::string(value.empty() ? "the value is empty" : "");
-        });
-    }
-    for (CLI::App* command : app.get_subcommands({})) RefuseEmptyValues(*command);
-}
-
 void Declare(CLI::App& app, Invocation& invocation) {
     app.require_subcommand(1);
     // Else "/a" would be an option on Windows, and no path.
@@ -60,7 +43,6 @@ void Declare(CLI::App& app, Invocation& invocation) {
     app.set_version_flag("--version", "tesmark " TESMARK_VERSION);
     app.footer(kFooter);
     for (const DeclareCommand declare : kCommands) declare(app, invocation);
-    RefuseEmptyValues(app);
 }
 
 // Help and version are no errors: they go to standard output, with exit code 0.
