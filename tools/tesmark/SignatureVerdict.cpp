@@ -278,6 +278,11 @@ SignatureKind KindOf(std::string_view signature) {
     return signature[first] == 0x30 ? SignatureKind::kSeal : SignatureKind::kOther;
 }
 
+void PrepareSigner(std::string_view signature) {
+    int size = 0;
+    ParseP7FieldData(Bytes(signature), LengthOf(signature), kSignerCertificate, nullptr, &size);
+}
+
 bool SignedBySm2(std::string_view signature) { return ReadSigner(signature).keyType == "SM2"; }
 
 bool SignatureVerdict::Good() const {

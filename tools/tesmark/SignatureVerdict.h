@@ -20,6 +20,10 @@ SignatureKind KindOf(std::string_view signature);
 // Whether the signer's certificate is of an SM2 key. A LibrarySession is open.
 bool SignedBySm2(std::string_view signature);
 
+// Has the component decode the signer's certificate, which it keeps: the judgement of that
+// signature has less to do then. A LibrarySession is open.
+void PrepareSigner(std::string_view signature);
+
 // One thing that was looked at.
 struct VerdictStep {
     const char* name;  // "coverage", "signature", "certificate", "signing time", "time stamp"...

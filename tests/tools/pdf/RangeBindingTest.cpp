@@ -250,7 +250,7 @@ TEST_F(RangeBindingTest, ASecondRangeIsFoundWhereverItStandsInALargeFile) {
     constexpr std::size_t kPart = 1024 * 1024;
     const std::string array = "/ByteRange [0 DDDDDDDD EEEEEEEE FFFFFFFF]";
     const auto start = WithValue(SignatureWith(), {"[("}).find("[(") + 2;
-    for (const std::size_t at : {kPart - 60, kPart - 20, kPart - 1, kPart}) {
+    for (const std::size_t at : {kPart - 60, kPart - 20, kPart - 1, kPart, 3 * kPart - 20}) {
         const std::string blanks(at - start, ' ');
         EXPECT_EQ(ProblemOf(Beside("[(" + blanks + array + ")]")), RangeProblem::kTwoGaps) << at;
     }
@@ -322,9 +322,9 @@ TEST_F(RangeBindingTest, TwoHundredSignaturesAreReadAndNoMore) {
 }
 
 TEST_F(RangeBindingTest, AFileFullOfRangesIsRefused) {
-    const auto with = [&](int count) {
+    const auto with = [&](int count, const std::string& behindEach = "") {
         std::string text = "[(";
-        for (int i = 0; i < count; ++i) text += "/ByteRange[0 DDDDDDDD 0 FFFFFFFF]";
+        for (int i = 0; i < count; ++i) text += "/ByteRange[0 DDDDDDDD 0 FFFFFFFF]" + behindEach;
         std::string pdf = WithValue(SignatureWith(), {text + ")]"});
         const auto signedSize = pdf.size() - (sizeof kValue - 1);
         for (auto at = pdf.find("DDDDDDDD"); at != std::string::npos;
@@ -336,6 +336,10 @@ TEST_F(RangeBindingTest, AFileFullOfRangesIsRefused) {
     };
     EXPECT_EQ(ProblemOf(with(100)), RangeProblem::kTwoGaps);
     EXPECT_TRUE(Read(with(10'001), StampError::kDamaged).list.empty());
+    // In several mebibytes, none of which holds too many.
+    const std::string blanks(300, ' ');
+    EXPECT_EQ(ProblemOf(with(9'999, blanks)), RangeProblem::kTwoGaps);
+    EXPECT_TRUE(Read(with(10'001, blanks), StampError::kDamaged).list.empty());
 }
 
 // A file whose signature is written to a stream of objects, at the place in the decoded stream

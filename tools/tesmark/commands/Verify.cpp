@@ -192,12 +192,8 @@ ExitCode ExitCodeOf(Standing standing) {
     return ExitCode::kNotGood;
 }
 
-PdfSignatures ReadSignatures(const std::string& path, CDocumentBytes& document) {
-    PdfSignatures signatures;
-    std::string message;
-    const StampError error = ReadPdfSignatures(path, document, signatures, message);
+void CheckRead(StampError error, const std::string& message) {
     if (error != StampError::kNone) throw Failure{ExitCode::kFile, message};
-    return signatures;
 }
 
 Standing AddSignature(const Judged& judgement, std::size_t index, CPictureSaver& saver,
@@ -229,15 +225,19 @@ Report Unsigned(Report report) {
 Report VerifyPdf(const Options& options) {
     const std::string path = platform::PathFromUtf8(options.input);
     CDocumentBytes document(path);
-    Judged judged;
-    judged.all = ReadSignatures(path, document);
+    CPdfSignatureReading reading(path, document);
+    std::string message;
+    CheckRead(reading.Begin(message), message);
     Report report;
     report.json["file"] = options.input;
-    report.json["size"] = static_cast<Json::UInt64>(judged.all.fileSize);
-    report.json["emptyFields"] = judged.all.emptyFields;
+    report.json["size"] = static_cast<Json::UInt64>(reading.Found().fileSize);
+    report.json["emptyFields"] = reading.Found().emptyFields;
     report.json["signatures"] = Json::Value(Json::arrayValue);
-    if (judged.all.list.empty()) return Unsigned(std::move(report));
+    if (reading.Found().list.empty()) return Unsigned(std::move(report));
     const LibrarySession library;
+    PrepareSigner(reading.Found().list.front().contents);
+    Judged judged;
+    CheckRead(reading.Finish(judged.all, message), message);
     const Progress progress(
         judged.all.fileSize > kLongWork ? "Verifying " + SizeText(judged.all.fileSize) : "");
     for (const PdfSignature& signature : judged.all.list) {

@@ -196,43 +196,87 @@ void CheckIsOpen(const std::string& path, const CDocumentBytes& document) {
     throw CPdfFailure(StampError::kInputUnreadable, WhyUnreadable(path));
 }
 
-void Read(std::string_view file, PdfSignatures& found) {
-    CPdfBase base(file);
+// What `step` fails with, as a code and a sentence.
+template <typename Step>
+StampError Told(const Step& step, std::string& message) {
+    message.clear();
+    try {
+        step();
+        return StampError::kNone;
+    } catch (const CPdfFailure& failure) {
+        message = failure.what();
+        return failure.Error();
+    } catch (const std::exception& error) {
+        message = "The PDF can't be read: " + DamageSentence(error) + ".";
+        return StampError::kDamaged;
+    }
+}
+
+PdfSignatures ReadForm(CPdfBase& base, std::string_view file) {
+    PdfSignatures found;
     found.fileSize = base.FileSize();
     CSignatureReader(base, file, found).Run();
     base.CheckWhatWasRead();
     RefuseShared(found.list);
-    if (!CheckRangeBinding(file, found.list)) {
-        throw CPdfFailure(StampError::kDamaged, "The PDF's byte ranges can't be followed.");
-    }
-    std::stable_sort(found.list.begin(), found.list.end(), StandsBefore);
-    TellAdditions(base, file, found);
-    base.CheckWhatWasRead();
+    return found;
 }
 
 }  // namespace
 
-StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
-                             std::string& message) {
-    CDocumentBytes document(path);
-    return ReadPdfSignatures(path, document, signatures, message);
+class CPdfSignatureReading::CState {
+public:
+    explicit CState(std::string_view file)
+        : m_file(file),
+          m_base(file),
+          m_found(ReadForm(m_base, file)),
+          m_binding(file, m_found.list) {
+        m_binding.Begin();
+    }
+
+    const PdfSignatures& Found() const { return m_found; }
+
+    PdfSignatures Finish() {
+        if (!m_binding.Check(m_found.list)) {
+            throw CPdfFailure(StampError::kDamaged, "The PDF's byte ranges can't be followed.");
+        }
+        std::stable_sort(m_found.list.begin(), m_found.list.end(), StandsBefore);
+        TellAdditions(m_base, m_file, m_found);
+        m_base.CheckWhatWasRead();
+        return std::move(m_found);
+    }
+
+private:
+    std::string_view m_file;
+    CPdfBase m_base;
+    PdfSignatures m_found;
+    CRangeBinding m_binding;
+};
+
+CPdfSignatureReading::CPdfSignatureReading(std::string path, CDocumentBytes& document)
+    : m_path(std::move(path)), m_document(document) {}
+
+CPdfSignatureReading::~CPdfSignatureReading() = default;
+
+StampError CPdfSignatureReading::Begin(std::string& message) {
+    return Told(
+        [this] {
+            CheckIsOpen(m_path, m_document);
+            m_state = std::make_unique<CState>(m_document.Whole());
+        },
+        message);
 }
 
-StampError ReadPdfSignatures(const std::string& path, CDocumentBytes& document,
-                             PdfSignatures& signatures, std::string& message) {
+const PdfSignatures& CPdfSignatureReading::Found() const { return m_state->Found(); }
+
+StampError CPdfSignatureReading::Finish(PdfSignatures& signatures, std::string& message) {
+    return Told([&] { signatures = m_state->Finish(); }, message);
+}
+
+StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,
+                             std::string& message) {
     signatures = {};
-    message.clear();
-    try {
-        CheckIsOpen(path, document);
-        Read(document.Whole(), signatures);
-        return StampError::kNone;
-    } catch (const CPdfFailure& failure) {
-        message = failure.what();
-        signatures = {};
-        return failure.Error();
-    } catch (const std::exception& error) {
-        message = "The PDF can't be read: " + DamageSentence(error) + ".";
-        signatures = {};
-        return StampError::kDamaged;
-    }
+    CDocumentBytes document(path);
+    CPdfSignatureReading reading(path, document);
+    const StampError error = reading.Begin(message);
+    return error == StampError::kNone ? reading.Finish(signatures, message) : error;
 }

@@ -1,12 +1,9 @@
 #include "pdf/RangeBinding.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <optional>
-#include <set>
 #include <string>
-#include <string_view>
 
 #include "pdf/SignedRange.h"
 
@@ -16,14 +13,8 @@ constexpr std::size_t kLongestArray = 256;
 constexpr std::size_t kMostArrays = 10'000;
 constexpr std::size_t kBlock = 1024;
 
-using Numbers = std::array<std::uint64_t, 4>;
-
-// An array with the name in front of it, from "/" to "]".
-struct RangeArray {
-    std::uint64_t begin = 0;
-    std::uint64_t end = 0;
-    Numbers numbers{};
-};
+// Takes longer to be looked through than a thread to be made.
+constexpr std::size_t kPiece = 1024 * 1024;
 
 bool IsBlank(char c) {
     return std::string_view("\0\t\n\v\f\r ", 7).find(c) != std::string_view::npos;
@@ -135,15 +126,17 @@ std::uint64_t SignedSize(const PdfSignature& signature) {
     return signature.gapStart + signature.end - signature.gapEnd;
 }
 
-// Those of the file's arrays that tell of as many bytes as a signature signs.
-bool ReadArrays(std::string_view file, const std::set<std::uint64_t>& sizes,
-                std::vector<RangeArray>& arrays) {
-    FindArrays(file, file.size(), [&](const RangeArray& array) {
+// Those arrays that begin in the first `starts` bytes and tell of as many bytes as a signature
+// signs; no more of them than make too many.
+std::vector<RangeArray> FindSigned(std::string_view text, std::size_t starts,
+                                   const std::set<std::uint64_t>& sizes) {
+    std::vector<RangeArray> arrays;
+    FindArrays(text, starts, [&](const RangeArray& array) {
         if (arrays.size() <= kMostArrays && sizes.contains(array.numbers[1] + array.numbers[3])) {
             arrays.push_back(array);
         }
     });
-    return arrays.size() <= kMostArrays;
+    return arrays;
 }
 
 // Tells what stands in the bytes that one signature signs. All of it follows from these bytes: a
@@ -166,7 +159,7 @@ public:
 
 private:
     std::uint64_t m_size;
-    Numbers m_own;
+    std::array<std::uint64_t, 4> m_own;
     bool m_foundOwn = false;
     bool m_foundOther = false;
 };
@@ -182,7 +175,7 @@ void AddAcrossGap(std::string_view file, const PdfSignature& signature, CSignedA
     });
 }
 
-void Check(std::string_view file, const std::vector<RangeArray>& all, PdfSignature& signature) {
+void CheckOne(std::string_view file, const std::vector<RangeArray>& all, PdfSignature& signature) {
     CSignedArrays arrays(signature);
     for (const RangeArray& array : all) {
         const bool inFront = array.end <= signature.gapStart;
@@ -193,17 +186,45 @@ void Check(std::string_view file, const std::vector<RangeArray>& all, PdfSignatu
     if (arrays.Problem() != RangeProblem::kNone) RefuseRange(signature, arrays.Problem());
 }
 
-}  // namespace
-
-bool CheckRangeBinding(std::string_view file, std::vector<PdfSignature>& signatures) {
+std::set<std::uint64_t> SignedSizes(const std::vector<PdfSignature>& signatures) {
     std::set<std::uint64_t> sizes;
     for (const PdfSignature& signature : signatures) {
         if (signature.problem == RangeProblem::kNone) sizes.insert(SignedSize(signature));
     }
-    std::vector<RangeArray> arrays;
-    if (!sizes.empty() && !ReadArrays(file, sizes, arrays)) return false;
+    return sizes;
+}
+
+}  // namespace
+
+CRangeBinding::CRangeBinding(std::string_view file, const std::vector<PdfSignature>& signatures)
+    : m_file(file),
+      m_sizes(SignedSizes(signatures)),
+      m_arrays(m_sizes.empty() ? 0 : file.size() / kPiece + 1),
+      m_search(m_arrays.size(), [this](std::size_t number) { SearchPiece(number); }) {}
+
+void CRangeBinding::Begin() {
+    if (m_arrays.size() > 1) m_search.Begin();
+}
+
+void CRangeBinding::SearchPiece(std::size_t number) {
+    const std::size_t begin = number * kPiece;
+    auto& arrays = m_arrays[number];
+    arrays = FindSigned(m_file.substr(begin), std::min(kPiece, m_file.size() - begin), m_sizes);
+    for (RangeArray& array : arrays) {
+        array.begin += begin;
+        array.end += begin;
+    }
+}
+
+bool CRangeBinding::Check(std::vector<PdfSignature>& signatures) {
+    m_search.Finish();
+    std::vector<RangeArray> all;
+    for (const auto& arrays : m_arrays) {
+        all.insert(all.end(), arrays.begin(), arrays.end());
+        if (all.size() > kMostArrays) return false;
+    }
     for (PdfSignature& signature : signatures) {
-        if (signature.problem == RangeProblem::kNone) Check(file, arrays, signature);
+        if (signature.problem == RangeProblem::kNone) CheckOne(m_file, all, signature);
     }
     return true;
 }

@@ -1,0 +1,86 @@
+// Pieces of work, with and without another thread.
+#include "pdf/SideWork.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class SideWorkTest : public testing::TestWithParam<bool> {
+protected:
+    // Begun or not.
+    void Begin(CSideWork& work) const {
+        if (GetParam()) work.Begin();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutAThread, SideWorkTest, testing::Bool());
+
+TEST_P(SideWorkTest, EachPieceIsDoneOnceWhenFinishReturns) {
+    for (const std::size_t count : {0u, 1u, 2u, 1000u}) {
+        std::vector<std::atomic<int>> calls(count);
+        CSideWork work(count, [&](std::size_t number) { ++calls[number]; });
+        Begin(work);
+        work.Finish();
+        for (const auto& piece : calls) EXPECT_EQ(piece, 1);
+    }
+}
+
+TEST_P(SideWorkTest, WhatAPieceThrowsComesOutOfFinishBehindAllOthers) {
+    std::atomic<int> calls = 0;
+    CSideWork work(100, [&](std::size_t number) {
+        ++calls;
+        if (number % 10 == 7) throw std::runtime_error("seven");
+    });
+    Begin(work);
+    EXPECT_THROW(work.Finish(), std::runtime_error);
+    EXPECT_EQ(calls, 100);
+}
+
+TEST(SideWorkWithoutFinishTest, PiecesThatNobodyHasBegunAreNeverDone) {
+    std::atomic<int> calls = 0;
+    {
+        const CSideWork work(3, [&](std::size_t) { ++calls; });
+    }
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(SideWorkWithoutFinishTest, APieceThatHasBegunIsWaitedFor) {
+    std::atomic<bool> begun = false;
+    std::atomic<bool> mayEnd = false;
+    std::atomic<bool> done = false;
+    {
+        CSideWork work(1, [&](std::size_t) {
+            begun = true;
+            begun.notify_one();
+            mayEnd.wait(false);
+            done = true;
+        });
+        work.Begin();
+        begun.wait(false);
+        mayEnd = true;
+        mayEnd.notify_one();
+    }
+    EXPECT_TRUE(done);
+}
+
+TEST(SideWorkWithoutFinishTest, TheThreadDoesWhatItsMakerIsTooBusyFor) {
+    std::atomic<std::size_t> done = 0;
+    std::thread::id worker;
+    CSideWork work(1, [&](std::size_t) {
+        worker = std::this_thread::get_id();
+        done = 1;
+        done.notify_one();
+    });
+    work.Begin();
+    done.wait(0);
+    EXPECT_NE(worker, std::this_thread::get_id());
+    work.Finish();
+}
+
+}  // namespace
