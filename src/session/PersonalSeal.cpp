@@ -28,8 +28,13 @@ bool HoldEngine() {
     if (g_personalSealEngine != nullptr) return true;
     platform::AutomationId classId{};
     if (!platform::ParseClassId(kPersonalSealControlClass, classId)) return false;
-    g_personalSealEngine = platform::CreateAutomationControl(classId);
-    return g_personalSealEngine != nullptr;
+    const platform::AutomationObject made = platform::CreateAutomationControl(classId);
+    if (made == nullptr) return false;
+    // A call that the host made from within that one may have left a control of its own.
+    while (g_personalSealEngine != nullptr)
+        platform::ReleaseAutomationObject(std::exchange(g_personalSealEngine, nullptr));
+    g_personalSealEngine = made;
+    return true;
 }
 
 std::string Element(const std::string& name, const std::string& value) {
