@@ -130,20 +130,21 @@ std::optional<StoredCertificate> SealStore::FindCertificate(const std::string& s
     return FirstCertificate(rows.Text(SerialKey(serial)).Text(name));
 }
 
+// What is there is written anew with what it had: only a row that is written is told.
 std::int64_t SealStore::AddCertificate(const StoredCertificate& certificate) {
     const Lock lock(m_mutex);
-    const std::string key = SerialKey(certificate.serial);
-    Statement(m_database,
-              "INSERT INTO certificates (serial, serial_key, name, der) VALUES (?, ?, ?, ?)"
-              " ON CONFLICT DO UPDATE SET der = excluded.der WHERE der = x''")
-        .Text(certificate.serial)
-        .Text(key)
+    Statement added(m_database,
+                    "INSERT INTO certificates (serial, serial_key, name, der) VALUES (?, ?, ?, ?)"
+                    " ON CONFLICT DO UPDATE SET der = iif(der = x'', excluded.der, der)"
+                    " RETURNING id");
+    added.Text(certificate.serial)
+        .Text(SerialKey(certificate.serial))
         .Text(certificate.name)
-        .Bytes(certificate.der)
-        .Run();
-    Statement rows(m_database, kFindCertificate);
-    const auto stored = FirstCertificate(rows.Text(key).Text(certificate.name));
-    return stored ? stored->id : 0;
+        .Bytes(certificate.der);
+    const std::int64_t id = added.Step() ? added.NumberColumn(0) : 0;
+    // It is in the file, or refused, behind its last row.
+    added.Run();
+    return id;
 }
 
 bool SealStore::RemoveCertificate(std::int64_t id) {

@@ -11,6 +11,32 @@ namespace {
 
 class SealStoreTest : public StoreFixture {};
 
+// The databases that are opened while it lives find their statements refused that ask for rows,
+// once it is told so.
+class RefusedQueries {
+public:
+    RefusedQueries() { sqlite3_auto_extension(Entry()); }
+    ~RefusedQueries() {
+        sqlite3_cancel_auto_extension(Entry());
+        s_refuses = false;
+    }
+    RefusedQueries(const RefusedQueries&) = delete;
+    RefusedQueries& operator=(const RefusedQueries&) = delete;
+
+    static void Begin() { s_refuses = true; }
+
+private:
+    static int Authorize(void*, int action, const char*, const char*, const char*, const char*) {
+        return s_refuses && action == SQLITE_SELECT ? SQLITE_DENY : SQLITE_OK;
+    }
+    static int Watch(sqlite3* opened, const char**, const sqlite3_api_routines*) {
+        return sqlite3_set_authorizer(opened, Authorize, nullptr);
+    }
+    static void (*Entry())() { return reinterpret_cast<void (*)()>(&Watch); }
+
+    static inline bool s_refuses = false;
+};
+
 TEST_F(SealStoreTest, WhatWasEnteredIsThereForTheNextProcess) {
     const std::int64_t id = AddSeal({EsSeal(), "7", "合同"});
     m_store.SetSuspended(id, true);
@@ -50,6 +76,19 @@ TEST_F(SealStoreTest, ACertificateIsThereOnce) {
     EXPECT_EQ(m_store.Certificate(byTexts)->der, Signer().certificate);
     EXPECT_EQ(m_store.Certificates().size(), 1u);
     EXPECT_NE(EnterCertificate(m_store, "", kSignerSerial, "CN=signer"), byTexts);
+}
+
+TEST_F(SealStoreTest, ACertificateIsEnteredAsAWholeOrNotAtAll) {
+    const RefusedQueries refused;
+    SealStore store(Path());
+    RefusedQueries::Begin();
+    bool isEntered = true;
+    try {
+        EnterCertificate(store, Signer().certificate, "", "");
+    } catch (const DatabaseFailure&) {
+        isEntered = false;
+    }
+    EXPECT_EQ(m_store.Certificates().size(), isEntered ? 1u : 0u);
 }
 
 TEST_F(SealStoreTest, ANumberThatIsTakenIsAConflictAndACertificateThatIsGoneIsNone) {
