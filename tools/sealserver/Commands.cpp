@@ -93,13 +93,19 @@ SealStore ExistingStore(const Arguments& arguments) {
     return SealStore(arguments.database);
 }
 
+void PrintSeal(const StoredSeal& seal, const StoredCertificate& certificate) {
+    std::printf("%lld\t%s\t%s\t%s\t%s\t%s\t%s\n", static_cast<long long>(seal.id),
+                seal.suspended ? "suspended" : "in use", seal.number.c_str(), seal.name.c_str(),
+                seal.form.c_str(), certificate.serial.c_str(), certificate.name.c_str());
+}
+
 void List(const Arguments& arguments) {
     SealStore store = ExistingStore(arguments);
     for (const StoredCertificate& certificate : store.Certificates()) {
-        for (const StoredSeal& seal : store.Seals(certificate.id))
-            std::printf("%lld\t%s\t%s\t%s\t%s\t%s\t%s\n", static_cast<long long>(seal.id),
-                        seal.suspended ? "suspended" : "in use", seal.number.c_str(),
-                        seal.name.c_str(), seal.form.c_str(), certificate.serial.c_str(),
+        const auto seals = store.Seals(certificate.id);
+        for (const StoredSeal& seal : seals) PrintSeal(seal, certificate);
+        if (seals.empty())
+            std::printf("-\tno seals\t-\t-\t-\t%s\t%s\n", certificate.serial.c_str(),
                         certificate.name.c_str());
     }
 }
@@ -194,7 +200,9 @@ int RunSealServer(int argumentCount, const char* const* argumentTexts) {
               arguments);
     BindAdd(*command("add", "Adds a seal to a certificate and prints the seal's id", Add),
             arguments);
-    command("list", "The seals: id, state, number, name, form, serial number, distinguished name",
+    command("list",
+            "The seals: id, state, number, name, form, serial number, distinguished name; a "
+            "certificate without seals has a line, too",
             List);
     for (CLI::App* const app : {command("suspend", "Gives a seal out no more", Suspend),
                                 command("resume", "Gives it out again", Resume),

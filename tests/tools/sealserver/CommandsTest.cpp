@@ -41,7 +41,16 @@ TEST_F(CommandsTest, ASealIsAddedListedSuspendedResumedAndRemoved) {
     EXPECT_EQ(Run({"resume", "1"}).exitCode, 0);
     EXPECT_EQ(Run({"list"}).out, "1\tin use" + rest);
     EXPECT_EQ(Run({"remove", "1"}).exitCode, 0);
+    EXPECT_EQ(m_store.Seals(AddSigner()).size(), 0u);
+}
+
+TEST_F(CommandsTest, ACertificateWithoutSealsIsListedToo) {
     EXPECT_EQ(Run({"list"}).out, "");
+    EXPECT_EQ(Run({"add", "--serial", "0a", "--name", "CN=x"}).exitCode, 0);
+    EXPECT_EQ(Run({"list"}).out, "-\tno seals\t-\t-\t-\t0a\tCN=x\n");
+    AddSeal({EsSeal(), "7", "T"});
+    EXPECT_EQ(Run({"list"}).out,
+              "-\tno seals\t-\t-\t-\t0a\tCN=x\n1\tin use\t7\tT\tES\t1234ABCD\tCN=Signer\n");
 }
 
 TEST_F(CommandsTest, NumberAndTitleMayBeGiven) {
