@@ -37,6 +37,19 @@ StoredCertificate CertificateOfTexts(const std::string& serial, const std::strin
     return certificate;
 }
 
+// An "ES" file has no number in it by which the same one would be told: it would be given out
+// twice, under two numbers.
+std::string NumberOf(SealStore& store, std::int64_t certificate, const OfferedSeal& offered,
+                     const std::string& given) {
+    const std::string number = Checked("The number", given, kMaxAnswerText);
+    if (!number.empty()) return number;
+    if (const auto known = store.NumberOfFile(certificate, offered.hash))
+        throw Refusal("The certificate has this seal file already, under the number " + *known +
+                      ". Give another number to add it once more.");
+    const std::string own = Checked("The number", offered.sealId, kMaxAnswerText);
+    return own.empty() ? store.FirstFreeNumber(certificate) : own;
+}
+
 }  // namespace
 
 std::int64_t EnterCertificate(SealStore& store, const std::string& file, const std::string& serial,
@@ -61,9 +74,7 @@ std::int64_t EnterSeal(SealStore& store, std::int64_t certificate, const SealEnt
         throw Refusal("The file is no seal: neither of GM/T 0031 or GB/T 38540 nor \"ES\".");
     StoredSeal seal;
     seal.certificate = certificate;
-    seal.number = Checked("The number", entry.number, kMaxAnswerText);
-    if (seal.number.empty()) seal.number = Checked("The number", offered->sealId, kMaxAnswerText);
-    if (seal.number.empty()) seal.number = store.FirstFreeNumber(certificate);
+    seal.number = NumberOf(store, certificate, *offered, entry.number);
     seal.name = Checked("The name", entry.name, kMaxAnswerText);
     if (seal.name.empty()) seal.name = Checked("The name", offered->name, kMaxAnswerText);
     if (seal.name.empty()) seal.name = kUnnamed;

@@ -28,5 +28,6 @@ struct SealEntry {
 };
 
 // The new seal's id. A Refusal for a file that is no seal, for a number that the certificate has
-// already, and for texts as above, of 200 bytes at the most.
+// already, for a file that it has already where no number is given, and for texts as above, of 200
+// bytes at the most.
 std::int64_t EnterSeal(SealStore& store, std::int64_t certificate, const SealEntry& entry);

@@ -179,6 +179,15 @@ std::optional<StoredSeal> SealStore::FindSeal(std::int64_t certificate, const st
     return FirstSealWithFile(rows.Number(certificate).Text(number));
 }
 
+std::optional<std::string> SealStore::NumberOfFile(std::int64_t certificate,
+                                                   const std::string& hash) {
+    const Lock lock(m_mutex);
+    Statement rows(m_database,
+                   "SELECT number FROM seals WHERE certificate = ? AND hash = ? ORDER BY id");
+    if (!rows.Number(certificate).Text(hash).Step()) return std::nullopt;
+    return rows.Column(0);
+}
+
 std::string SealStore::FirstFreeNumber(std::int64_t certificate) {
     const Lock lock(m_mutex);
     Statement rows(m_database, "SELECT number FROM seals WHERE certificate = ?");

@@ -67,6 +67,8 @@ public:
     std::vector<StoredSeal> Seals(std::int64_t certificate);
     std::optional<StoredSeal> Seal(std::int64_t id);
     std::optional<StoredSeal> FindSeal(std::int64_t certificate, const std::string& number);
+    // Of the seal of the certificate whose file has that hash, the first one; reads no seal's file.
+    std::optional<std::string> NumberOfFile(std::int64_t certificate, const std::string& hash);
     // The first of "1", "2", ... that no seal of the certificate has. Reads no seal's file.
     std::string FirstFreeNumber(std::int64_t certificate);
     // A conflict if the certificate has a seal of that number. `id` and `added` aren't looked at.

@@ -166,6 +166,11 @@ TEST_F(AdminSiteTest, WhatIsRefusedIsToldOnThePage) {
     const WebReply seal = Post("/certificates/1/seals", {{"file", "text"}});
     EXPECT_EQ(seal.status, 400);
     EXPECT_THAT(seal.body, HasSubstr("role=\"alert\">The file is no seal"));
+    AddSeal({EsSeal(), "7", ""});
+    const WebReply again = Post("/certificates/1/seals", {{"file", EsSeal()}});
+    EXPECT_EQ(again.status, 400);
+    EXPECT_THAT(again.body, HasSubstr("role=\"alert\">The certificate has this seal file already"));
+    EXPECT_EQ(m_store.Seals(1).size(), 1u);
 }
 
 TEST_F(AdminSiteTest, ASealIsAddedLookedAtSuspendedResumedAndRemoved) {

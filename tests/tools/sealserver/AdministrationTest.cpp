@@ -70,6 +70,30 @@ TEST_F(AdministrationTest, AnEsSealIsNumberedAndItsNameIsGbk) {
     EXPECT_EQ(m_store.Seals(AddSigner()).back().name, "印章");
 }
 
+TEST_F(AdministrationTest, AFileThatIsThereIsAddedOnceMoreUnderAnotherNumberAlone) {
+    const auto refusal = [this](const std::string& file) -> std::string {
+        try {
+            AddSeal({file, "", "another name"});
+        } catch (const Refusal& refused) {
+            return refused.what();
+        }
+        return "added";
+    };
+    Added({EsSeal(), "7", ""});
+    EXPECT_EQ(refusal(EsSeal()),
+              "The certificate has this seal file already, under the number 7. "
+              "Give another number to add it once more.");
+    EXPECT_EQ(refusal(EsSeal("Another seal")), "added");
+    const std::string national = NationalSeal();
+    Added({national, "", ""});
+    EXPECT_EQ(refusal(national),
+              "The certificate has this seal file already, under the number 50010001234. "
+              "Give another number to add it once more.");
+    EXPECT_EQ(Added({EsSeal(), "8", ""}).number, "8");
+    const std::int64_t other = EnterCertificate(m_store, "", "99", "CN=Other");
+    EXPECT_GT(EnterSeal(m_store, other, {EsSeal(), "", ""}), 0);
+}
+
 TEST_F(AdministrationTest, WhatIsNoSealIsRefused) {
     const std::int64_t certificate = AddSigner();
     const std::string seal = NationalSeal();

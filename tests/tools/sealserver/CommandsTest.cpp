@@ -74,6 +74,18 @@ TEST_F(CommandsTest, WhatCannotBeDoneIsTold) {
     EXPECT_NE(RunProgram({SEALSERVER_PROGRAM, "serve"}).exitCode, 0);
 }
 
+TEST_F(CommandsTest, AnEsFileThatIsThereIsRefused) {
+    const std::vector<std::string> add = {
+        "add", "--serial", "0a", "--name", "CN=x", "--seal", Written("seal", EsSeal())};
+    EXPECT_EQ(Run(add).out, "1\n");
+    const ProgramOutcome again = Run(add);
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_EQ(again.out, "");
+    EXPECT_THAT(again.error,
+                StartsWith("sealserver: The certificate has this seal file already, under the "
+                           "number 1."));
+}
+
 TEST_F(CommandsTest, AMistypedDatabaseIsNotMade) {
     const std::string absent = m_folder.Below("absent.db");
     for (const char* const command : {"list", "suspend", "resume", "remove"}) {
