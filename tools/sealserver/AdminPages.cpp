@@ -204,10 +204,9 @@ std::string CertificateContent(const StoredCertificate& certificate,
 std::string SealContent(const StoredSeal& seal, const OfferedSeal& offered,
                         const StoredCertificate& certificate, const std::string& formToken) {
     std::string content;
-    if (!SealNamesCertificate(offered, certificate))
-        content +=
-            "<p class=\"notice fault\" role=\"note\">The seal names other certificates than "
-            "this one, so no signature can be made with it.</p>\n";
+    const std::string warning = WarningAbout(offered, certificate);
+    if (!warning.empty())
+        content += "<p class=\"notice fault\" role=\"note\">" + Escaped(warning) + "</p>\n";
     content += Card(PictureType(offered.picture).empty()
                         ? "<p>Its picture is none that a browser shows.</p>\n"
                         : "<p>" + Picture(seal, "large") + "</p>\n");

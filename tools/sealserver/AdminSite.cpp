@@ -280,10 +280,14 @@ WebReply AdminSite::AddCertificate(const WebRequest& request, const Session& ses
 WebReply AdminSite::AddSeal(std::int64_t certificate, const WebRequest& request,
                             const Session& session) {
     try {
-        EnterSeal(m_store, certificate,
-                  {FieldOf(request, "file"), FieldOf(request, "number"), FieldOf(request, "name")});
-        return Redirect("/certificates/" + std::to_string(certificate) + "?done=added",
-                        "seal added");
+        const std::int64_t seal = EnterSeal(
+            m_store, certificate,
+            {FieldOf(request, "file"), FieldOf(request, "number"), FieldOf(request, "name")});
+        // The seal's own page has the warning.
+        const std::string place = WarningAboutSeal(m_store, seal).empty()
+                                      ? "/certificates/" + std::to_string(certificate)
+                                      : "/seals/" + std::to_string(seal);
+        return Redirect(place + "?done=added", "seal added");
     } catch (const Refusal& refusal) {
         return ShowCertificate(certificate, session, "", refusal.what());
     }

@@ -89,3 +89,10 @@ std::int64_t EnterSeal(SealStore& store, std::int64_t certificate, const SealEnt
         throw Refusal("The certificate has a seal of this number already.");
     }
 }
+
+std::string WarningAboutSeal(SealStore& store, std::int64_t seal) {
+    const auto stored = store.Seal(seal);
+    const auto certificate = stored ? store.Certificate(stored->certificate) : std::nullopt;
+    const auto offered = stored ? ReadOfferedSeal(stored->file) : std::nullopt;
+    return certificate && offered ? WarningAbout(*offered, *certificate) : std::string();
+}

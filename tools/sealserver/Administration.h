@@ -31,3 +31,6 @@ struct SealEntry {
 // already, for a file that it has already where no number is given, and for texts as above, of 200
 // bytes at the most.
 std::int64_t EnterSeal(SealStore& store, std::int64_t certificate, const SealEntry& entry);
+
+// WarningAbout a seal of the store and its certificate; empty where either is gone.
+std::string WarningAboutSeal(SealStore& store, std::int64_t seal);

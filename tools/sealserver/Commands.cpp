@@ -84,6 +84,8 @@ void Add(const Arguments& arguments) {
     const std::int64_t seal = EnterSeal(
         store, certificate, {ReadInput(arguments.sealFile), arguments.number, arguments.title});
     std::printf("%lld\n", static_cast<long long>(seal));
+    const std::string warning = WarningAboutSeal(store, seal);
+    if (!warning.empty()) std::fprintf(stderr, "sealserver: warning: %s\n", warning.c_str());
 }
 
 // The database of a command that has nothing to do in a new one.

@@ -86,7 +86,8 @@ std::optional<StoredCertificate> ReadOfferedCertificate(std::string_view file) {
                              DerOf<i2d_X509>(certificate)};
 }
 
-bool SealNamesCertificate(const OfferedSeal& seal, const StoredCertificate& certificate) {
-    if (!seal.national || certificate.der.empty()) return true;
-    return NamesSigner(*seal.national, certificate.der);
+std::string WarningAbout(const OfferedSeal& seal, const StoredCertificate& certificate) {
+    if (!seal.national || certificate.der.empty() || NamesSigner(*seal.national, certificate.der))
+        return {};
+    return "The seal names other certificates than this one, so no signature can be made with it.";
 }

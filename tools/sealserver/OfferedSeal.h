@@ -34,6 +34,7 @@ std::string PictureType(std::string_view picture);
 // service names it. None if there is no certificate in it.
 std::optional<StoredCertificate> ReadOfferedCertificate(std::string_view file);
 
-// Whether the seal may be used with the certificate as far as both tell: it is an "ES" file, which
-// names no signers, or it names this one, or the certificate itself isn't known.
-bool SealNamesCertificate(const OfferedSeal& seal, const StoredCertificate& certificate);
+// What the administrator is told about a seal that can't be used with the certificate it is entered
+// for, as a sentence: it names other ones as its signers. Empty as far as both tell nothing of the
+// kind: an "ES" file names no signers, and of a certificate only the two texts may be known.
+std::string WarningAbout(const OfferedSeal& seal, const StoredCertificate& certificate);

@@ -193,11 +193,14 @@ TEST_F(AdminSiteTest, ASealIsAddedLookedAtSuspendedResumedAndRemoved) {
     EXPECT_EQ(Get("/seals/1").status, 404);
 }
 
-TEST_F(AdminSiteTest, ASealOfAnotherCertificateIsTold) {
+TEST_F(AdminSiteTest, ASealOfAnotherCertificateIsToldWhenItIsAddedAndLater) {
     LogIn();
-    const std::int64_t other = EnterCertificate(m_store, Maker().certificate, "", "");
-    EnterSeal(m_store, other, {NationalSeal(), "", ""});
-    EXPECT_THAT(Get("/seals/1").body, HasSubstr("names other certificates"));
+    EnterCertificate(m_store, Maker().certificate, "", "");
+    EXPECT_EQ(PlaceOf(Post("/certificates/1/seals", {{"file", NationalSeal()}})),
+              "/seals/1?done=added");
+    const std::string page = Get("/seals/1", {{"done", "added"}}).body;
+    EXPECT_THAT(page, HasSubstr("role=\"status\">Added."));
+    EXPECT_THAT(page, HasSubstr("role=\"note\">The seal names other certificates"));
 }
 
 TEST_F(AdminSiteTest, APictureHasTheTypeOfItsBytesAndAFileIsADownload) {

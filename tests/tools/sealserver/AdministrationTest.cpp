@@ -122,11 +122,20 @@ TEST_F(AdministrationTest, PicturesAreShownByTheirOwnFirstBytes) {
 TEST_F(AdministrationTest, ASealOfOtherSignersIsTold) {
     const auto seal = ReadOfferedSeal(NationalSeal());
     ASSERT_TRUE(seal);
-    EXPECT_TRUE(SealNamesCertificate(*seal, *m_store.Certificate(AddSigner())));
-    EXPECT_FALSE(SealNamesCertificate(*seal, {1, "5678", "CN=Maker", Maker().certificate}));
-    EXPECT_TRUE(SealNamesCertificate(*seal, {1, "5678", "CN=Maker", ""}));
-    EXPECT_TRUE(SealNamesCertificate(*ReadOfferedSeal(EsSeal()),
-                                     {1, "5678", "CN=Maker", Maker().certificate}));
+    EXPECT_EQ(WarningAbout(*seal, *m_store.Certificate(AddSigner())), "");
+    EXPECT_NE(WarningAbout(*seal, {1, "5678", "CN=Maker", Maker().certificate}), "");
+    EXPECT_EQ(WarningAbout(*seal, {1, "5678", "CN=Maker", ""}), "");
+    EXPECT_EQ(
+        WarningAbout(*ReadOfferedSeal(EsSeal()), {1, "5678", "CN=Maker", Maker().certificate}), "");
+}
+
+TEST_F(AdministrationTest, WhatIsStoredIsWarnedAboutUntilItIsGone) {
+    EXPECT_EQ(WarningAboutSeal(m_store, AddSeal({NationalSeal(), "", ""})), "");
+    const std::int64_t other = EnterCertificate(m_store, Maker().certificate, "", "");
+    const std::int64_t seal = EnterSeal(m_store, other, {NationalSeal(), "", ""});
+    EXPECT_NE(WarningAboutSeal(m_store, seal), "");
+    m_store.RemoveCertificate(other);
+    EXPECT_EQ(WarningAboutSeal(m_store, seal), "");
 }
 
 }  // namespace

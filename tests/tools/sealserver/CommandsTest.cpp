@@ -74,6 +74,21 @@ TEST_F(CommandsTest, WhatCannotBeDoneIsTold) {
     EXPECT_NE(RunProgram({SEALSERVER_PROGRAM, "serve"}).exitCode, 0);
 }
 
+TEST_F(CommandsTest, ASealOfOtherSignersIsAddedWithAWarning) {
+    const std::string seal = Written("seal", NationalSeal());
+    const ProgramOutcome other =
+        Run({"add", "--certificate-file", Written("b.cer", Maker().certificate), "--seal", seal});
+    EXPECT_EQ(other.exitCode, 0);
+    EXPECT_EQ(other.out, "1\n");
+    EXPECT_EQ(other.error,
+              "sealserver: warning: The seal names other certificates than this one, so no "
+              "signature can be made with it.\n");
+    const ProgramOutcome own =
+        Run({"add", "--certificate-file", Written("a.cer", Signer().certificate), "--seal", seal});
+    EXPECT_EQ(own.out, "2\n");
+    EXPECT_EQ(own.error, "");
+}
+
 TEST_F(CommandsTest, AnEsFileThatIsThereIsRefused) {
     const std::vector<std::string> add = {
         "add", "--serial", "0a", "--name", "CN=x", "--seal", Written("seal", EsSeal())};
