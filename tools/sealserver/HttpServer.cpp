@@ -9,14 +9,18 @@
 #include "tools/sealserver/AccessLog.h"
 #include "tools/sealserver/AdminSite.h"
 #include "tools/sealserver/BoundedServer.h"
+#include "tools/sealserver/Html.h"
 #include "tools/sealserver/ListeningSocket.h"
 #include "tools/sealserver/SealService.h"
 
 namespace {
 
+constexpr int kTooLarge = 413;
+
 using httplib::Request;
 using httplib::Response;
-using Handled = httplib::Server::HandlerResponse;
+using httplib::Server;
+using Handled = Server::HandlerResponse;
 
 // A request is answered and logged by one thread from its beginning to its end.
 thread_local std::string t_note;
@@ -72,6 +76,16 @@ bool ComesFromElsewhere(const Request& request) {
 void Refuse(Response& response, int status, const char* text) {
     response.status = status;
     response.set_content(text, "text/plain; charset=utf-8");
+}
+
+void RefuseForm(Response& response) {
+    const PageFrame frame{"Refused", "", "",
+                          response.status == kTooLarge
+                              ? "This is too large: a file may have 8 MiB. Nothing of it was "
+                                "taken. Go back and choose another file."
+                              : "The form can't be read. Go back and send it again."};
+    response.set_content(Page(frame, ""), "text/html; charset=utf-8");
+    response.set_header("Cache-Control", "no-store");
 }
 
 }  // namespace
@@ -140,6 +154,14 @@ private:
         };
         m_server->Get(".*", answer);
         m_server->Post(".*", answer);
+        // What is refused while its body is read comes here without a word.
+        m_server->set_error_handler(
+            Server::HandlerWithResponse([](const Request& request, Response& response) {
+                if (!response.body.empty() || request.path == kServicePath)
+                    return Handled::Unhandled;
+                RefuseForm(response);
+                return Handled::Handled;
+            }));
         m_server->set_exception_handler([](const Request&, Response& response, std::exception_ptr) {
             Refuse(response, 500, "The server failed.\n");
         });

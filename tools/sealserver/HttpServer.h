@@ -33,7 +33,8 @@ bool IsLoopback(const std::string& address);
 // (403: a web page of another origin that has its own name lead here), forms of another site's
 // pages (403: they would use up the attempts at the password), other methods than GET, HEAD and
 // POST (405), bodies that are compressed (415), without a length told at the front (411), or over
-// kMaxBodyBytes (413), and heads that RequestHead.h doesn't let pass (414, 416, 431).
+// kMaxBodyBytes (413), and heads that RequestHead.h doesn't let pass (414, 416, 431). A form of the
+// site whose body isn't taken in is answered by a page that says why.
 class HttpServer {
 public:
     // Throws std::runtime_error where the address or port can't be had, or the certificate's files

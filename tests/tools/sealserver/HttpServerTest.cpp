@@ -81,6 +81,26 @@ TEST_F(HttpServerTest, TooLargeABodyIsRefused) {
     EXPECT_EQ(PostHello({})->body, kHelloAnswer);
 }
 
+TEST_F(HttpServerTest, AFormThatCannotBeTakenInIsAnsweredByAPageThatSaysWhy) {
+    const auto tooLarge =
+        m_client.Post("/certificates/1/seals", std::string(kMaxBodyBytes + 1, ' '), "text/plain");
+    ASSERT_TRUE(tooLarge);
+    EXPECT_EQ(tooLarge->status, 413);
+    EXPECT_EQ(tooLarge->get_header_value("Content-Type"), "text/html; charset=utf-8");
+    EXPECT_EQ(tooLarge->get_header_value("Cache-Control"), "no-store");
+    EXPECT_THAT(tooLarge->body, HasSubstr("role=\"alert\">This is too large: a file may have 8 "));
+    EXPECT_THAT(Log(), HasSubstr(" POST /certificates/1/seals 413 "));
+    const auto broken =
+        m_client.Post("/certificates", "no parts", "multipart/form-data; boundary=b");
+    ASSERT_TRUE(broken);
+    EXPECT_EQ(broken->status, 400);
+    EXPECT_THAT(broken->body, HasSubstr("role=\"alert\">The form can&#39;t be read."));
+    const auto clients = PostHello({}, std::string(kMaxBodyBytes + 1, ' '));
+    ASSERT_TRUE(clients);
+    EXPECT_EQ(clients->status, 413);
+    EXPECT_EQ(clients->body, "");
+}
+
 TEST_F(HttpServerTest, ABodyWithoutItsLengthOrCompressedIsRefused) {
     EXPECT_EQ(PostHello({{"Content-Encoding", "gzip"}})->status, 415);
     const auto chunked = m_client.Post(

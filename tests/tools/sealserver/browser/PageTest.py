@@ -168,6 +168,16 @@ class WithoutScripts(Page):
         self.assertTrue(self.notice().startswith("The file is no seal"))
         self.assertIn("It has no seals yet.", self.text())
 
+    def test_a_file_that_is_too_large_is_told_in_a_sentence(self):
+        self.log_in()
+        self.add_certificate()
+        self.fill("file", self.server.file("large.dat", bytes(20 << 20)))
+        self.press("Add seal")
+        self.assertTrue(self.notice().startswith("This is too large: a file may have 8 MiB."))
+        self.assertEqual(self.one(".notice").get_attribute("role"), "alert")
+        self.go("/certificates/1")
+        self.assertIn("It has no seals yet.", self.text())
+
     def test_texts_are_shown_as_they_are(self):
         evil = "\"><img src=x onerror=alert(1)><script>alert(2)</script>&amp;"
         self.log_in()
