@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 
+#include "tools/sealserver/ConnectedSocket.h"
 #include "tools/sealserver/RequestHead.h"
 #include "tools/sealserver/ThreadStack.h"
 
@@ -12,6 +13,8 @@ namespace {
 
 constexpr int kNothingCame = -1;
 constexpr int kTooLate = 408;
+// Between two looks whether the server is stopped.
+constexpr int kGlanceMs = 100;
 
 // Set by the thread that accepts, while a connection is one too many.
 thread_local bool t_isTurnedAway = false;
@@ -151,7 +154,18 @@ bool BoundedServer::process_and_close_socket(socket_t socket) {
     }
 }
 
+// Browsers open connections ahead of their requests, which would keep a server from its end.
+bool BoundedServer::HasBegun(const Connection& connection) const {
+    const ConnectionLimits& limits = m_limits.connection;
+    for (int left = std::min(limits.silence, limits.head); left > 0; left -= kGlanceMs) {
+        if (svr_sock_ == INVALID_SOCKET) return false;
+        if (WaitForSocket(connection.Socket(), false, std::min(left, kGlanceMs))) return true;
+    }
+    return false;
+}
+
 bool BoundedServer::Serve(Connection& connection) {
+    if (!HasBegun(connection)) return false;
     std::string read;
     const int status = ReadHead(connection, read);
     if (status == kNothingCame) return false;

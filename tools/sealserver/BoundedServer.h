@@ -11,7 +11,8 @@
 // Takes the place of httplib::SSLServer, too. One request a connection. The library itself bounds
 // neither the request's line nor the number of header fields nor a request's time, and parses
 // "Range" by an expression that recurses for each character: here it gets a head only when that is
-// whole and RequestHead.h lets it pass.
+// whole and RequestHead.h lets it pass. Once it is stopped, connections that have sent nothing yet
+// are closed like those that wait for their turn; the others are served to their end.
 class BoundedServer : public httplib::Server {
 public:
     struct RefusedHead {
@@ -33,6 +34,7 @@ public:
 private:
     bool process_and_close_socket(socket_t socket) override;
     bool Serve(Connection& connection);
+    bool HasBegun(const Connection& connection) const;
     void Refuse(Connection& connection, int status, const std::string& head);
 
     TlsContext m_tls;

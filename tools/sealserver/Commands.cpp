@@ -11,6 +11,7 @@
 #include "tools/sealserver/AccessLog.h"
 #include "tools/sealserver/AdminSite.h"
 #include "tools/sealserver/Administration.h"
+#include "tools/sealserver/AskedToEnd.h"
 #include "tools/sealserver/HttpServer.h"
 #include "tools/sealserver/OfferedSeal.h"
 #include "tools/sealserver/Password.h"
@@ -73,7 +74,7 @@ void Serve(const Arguments& arguments) {
         std::printf("The administrator's password, told this once: %s\n", password.c_str());
     }
     std::fflush(stdout);
-    server.Serve();
+    RunUntilAskedToEnd([&server] { server.Serve(); }, [&server] { server.Stop(); });
 }
 
 void Add(const Arguments& arguments) {
@@ -198,7 +199,7 @@ int RunSealServer(int argumentCount, const char* const* argumentTexts) {
     const auto command = [&](const char* name, const char* description, Command run) {
         return AddCommand(program, name, description, arguments, chosen, run);
     };
-    BindServe(*command("serve", "Prints its addresses and serves until it is ended", Serve),
+    BindServe(*command("serve", "Prints its addresses and serves until it is asked to end", Serve),
               arguments);
     BindAdd(*command("add", "Adds a seal to a certificate and prints the seal's id", Add),
             arguments);

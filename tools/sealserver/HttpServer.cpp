@@ -1,6 +1,7 @@
 #include "tools/sealserver/HttpServer.h"
 
 #include <algorithm>
+#include <atomic>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -118,14 +119,22 @@ public:
                std::to_string(m_port) + path;
     }
 
-    void Serve() { m_server->listen_after_bind(); }
+    void Serve() {
+        const Ending ending{m_hasServed};
+        m_server->listen_after_bind();
+    }
     void Stop() {
         // Until it runs there is nothing that could be stopped.
-        while (!m_server->is_running()) std::this_thread::yield();
+        while (!m_server->is_running() && !m_hasServed) std::this_thread::yield();
         m_server->stop();
     }
 
 private:
+    struct Ending {
+        std::atomic<bool>& told;
+        ~Ending() { told = true; }
+    };
+
     void Bind() {
         const std::string& address = m_settings.address;
         m_port = m_settings.port;
@@ -227,6 +236,7 @@ private:
     AccessLog& m_log;
     std::unique_ptr<BoundedServer> m_server;
     int m_port = 0;
+    std::atomic<bool> m_hasServed = false;
 };
 
 HttpServer::HttpServer(HttpSettings settings, SealService& service, AdminSite& site, AccessLog& log)

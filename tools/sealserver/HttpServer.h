@@ -46,9 +46,10 @@ public:
 
     // "http://127.0.0.1:<port>" and `path`.
     std::string Url(const std::string& path) const;
-    // Until Stop is called.
+    // Until Stop is called and the requests that have their turn are answered, as long as each may
+    // last; connections that wait for theirs or have sent nothing yet are closed. Once only.
     void Serve();
-    // By any thread, once Serve runs.
+    // By any other thread; waits for Serve to begin, but not for its end.
     void Stop();
 
 private:

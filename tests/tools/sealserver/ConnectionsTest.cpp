@@ -4,6 +4,7 @@
 #include <httplib.h>
 
 #include <deque>
+#include <thread>
 
 #include "foundation/Text.h"
 #include "support/Program.h"
@@ -97,6 +98,18 @@ TEST_F(ConnectionsTest, SlowOnesDoNotKeepOthersWaiting) {
     const auto answer = client.Get("/login");
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->status, 200);
+}
+
+TEST_F(ConnectionsTest, OneThatHasSentNothingKeepsNoServerFromItsEnd) {
+    Start();
+    RawClient silent = Connected();
+    // Its turn comes behind the silent one's.
+    EXPECT_THAT(AnswerTo("GET /login HTTP/1.1\r\nHost: localhost\r\n\r\n"),
+                StartsWith("HTTP/1.1 200 "));
+    std::thread end([this] { m_running.reset(); });
+    EXPECT_EQ(silent.Receive(), "");
+    { const RawClient gone(std::move(silent)); }
+    end.join();
 }
 
 TEST_F(ConnectionsTest, OneTooManyIsClosedAtOnce) {

@@ -269,6 +269,19 @@ TEST_F(HttpServerTest, APortInUseAndAnAddressOfOthersAreTold) {
     EXPECT_THROW(RunningServer(foreign, m_store, ""), std::runtime_error);
 }
 
+TEST_F(HttpServerTest, OneThatServesNoMoreIsStoppedAlready) {
+    AccessLog log("");
+    SealService service(m_store);
+    AdminSite site(
+        m_store, [] { return std::time_t{0}; }, false);
+    HttpServer server({}, service, site, log);
+    std::thread serving([&server] { server.Serve(); });
+    server.Stop();
+    serving.join();
+    server.Stop();
+    EXPECT_FALSE(httplib::Client(server.Url("")).Get("/login"));
+}
+
 // Its own certificate is the only one that its client trusts. Built by MinGW the client knows no
 // alternative name that is an address, and looks at the common name.
 class TlsServerTest : public StoreFixture {

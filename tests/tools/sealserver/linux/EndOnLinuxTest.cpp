@@ -1,0 +1,116 @@
+// A server that is asked to end by a signal.
+
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "foundation/Text.h"
+#include "support/Sockets.h"
+#include "tests/tools/sealserver/RawClient.h"
+#include "tests/tools/sealserver/StoreFixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class EndOnLinux : public StoreFixture {
+protected:
+    ~EndOnLinux() override {
+        if (m_program > 0) kill(m_program, SIGKILL);
+        if (m_program > 0) waitpid(m_program, nullptr, 0);
+    }
+
+    // The signals are as a terminal's shell leaves them, but for the one that is ignored.
+    void Start(int ignored = 0) {
+        int output[2] = {-1, -1};
+        ASSERT_EQ(pipe(output), 0);
+        m_program = fork();
+        if (m_program == 0) {
+            dup2(output[1], STDOUT_FILENO);
+            close(output[0]);
+            close(output[1]);
+            for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::signal(signal, SIG_DFL);
+            if (ignored != 0) ::signal(ignored, SIG_IGN);
+            execl(SEALSERVER_PROGRAM, SEALSERVER_PROGRAM, "serve", "--database", Path().c_str(),
+                  "--access-log", LogPath().c_str(), static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        close(output[1]);
+        std::FILE* const told = fdopen(output[0], "r");
+        char line[256] = "";
+        ASSERT_NE(std::fgets(line, sizeof line, told), nullptr);
+        std::fclose(told);
+        m_address = line;
+        m_address.resize(m_address.rfind('/'));
+    }
+    // A form whose last byte isn't there yet.
+    RawClient BegunRequest() const {
+        RawClient client(m_address);
+        client.Send(
+            "POST /login HTTP/1.1\r\nHost: localhost\r\nContent-Length: 1\r\n"
+            "Expect: 100-continue\r\n\r\n");
+        EXPECT_THAT(client.Receive("\r\n\r\n"), StartsWith("HTTP/1.1 100 "));
+        return client;
+    }
+    void AwaitClosedPort() const {
+        const int port = std::stoi(m_address.substr(m_address.rfind(':') + 1));
+        while (Knock(port)) continue;
+    }
+    int Status() {
+        int status = -1;
+        waitpid(m_program, &status, 0);
+        m_program = 0;
+        return status;
+    }
+    std::string LogPath() const { return m_folder.Below("access.log"); }
+
+    pid_t m_program = 0;
+    std::string m_address;
+};
+
+TEST_F(EndOnLinux, ARequestUnderWayIsAnsweredAndLoggedAheadOfTheEnd) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        SCOPED_TRACE(signal);
+        Start();
+        {
+            RawClient client = BegunRequest();
+            kill(m_program, signal);
+            AwaitClosedPort();
+            client.Send("x");
+            EXPECT_THAT(client.Receive(), StartsWith("HTTP/1.1 403 "));
+        }
+        const int status = Status();
+        EXPECT_TRUE(WIFEXITED(status)) << status;
+        EXPECT_EQ(WEXITSTATUS(status), 0);
+        const std::string log = ReadFileToString(LogPath());
+        EXPECT_THAT(log, HasSubstr(" POST /login 403 "));
+        EXPECT_TRUE(log.ends_with('\n'));
+    }
+}
+
+TEST_F(EndOnLinux, ASecondSignalEndsItAtOnce) {
+    Start();
+    const RawClient client = BegunRequest();
+    kill(m_program, SIGTERM);
+    AwaitClosedPort();
+    kill(m_program, SIGINT);
+    const int status = Status();
+    EXPECT_TRUE(WIFSIGNALED(status)) << status;
+    EXPECT_EQ(WTERMSIG(status), SIGINT);
+}
+
+TEST_F(EndOnLinux, ASignalThatIsIgnoredStaysIgnored) {
+    Start(SIGHUP);
+    RawClient client = BegunRequest();
+    kill(m_program, SIGHUP);
+    client.Send("x");
+    EXPECT_THAT(client.Receive(), StartsWith("HTTP/1.1 403 "));
+    EXPECT_EQ(waitpid(m_program, nullptr, WNOHANG), 0);
+    EXPECT_NO_THROW(BegunRequest());
+}
+
+}  // namespace
