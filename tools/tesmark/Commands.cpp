@@ -5,6 +5,7 @@
 #include <exception>
 #include <new>
 
+#include "CommandLineFailure.h"
 #include "Failure.h"
 #include "Library.h"
 #include "Version.h"
@@ -51,10 +52,7 @@ ExitCode EndOfParsing(const CLI::App& app, const CLI::ParseError& error, bool js
         app.exit(error);
         return ExitCode::kOk;
     }
-    const Failure failure{ExitCode::kUsage,
-                          error.what() + std::string("."),
-                          {},
-                          "  help: tesmark --help, tesmark COMMAND --help"};
+    const Failure failure = CommandLineFailure(app, error);
     PrintFailure(failure, json, "");
     return failure.exitCode;
 }

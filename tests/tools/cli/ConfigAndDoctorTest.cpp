@@ -228,6 +228,35 @@ TEST_F(HelpTest, ACommandLineThatCannotBeUnderstoodEndsWithTwo) {
     }
 }
 
+TEST_F(HelpTest, AWordThatIsNoCommandIsNamedWithTheNearestOne) {
+    const auto outcome = Tesmark({"stmp", "a.pdf"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.error.find("No command is called \"tesmark stmp\"."), std::string::npos)
+        << outcome.error;
+    EXPECT_NE(outcome.error.find("is \"tesmark stamp\" meant?"), std::string::npos);
+    const auto below = Tesmark({"key", "nw"});
+    EXPECT_NE(below.error.find("No command is called \"tesmark key nw\"."), std::string::npos)
+        << below.error;
+    EXPECT_NE(below.error.find("is \"tesmark key new\" meant?"), std::string::npos);
+    const auto far = Tesmark({"frobnicate"});
+    EXPECT_NE(far.error.find("\"tesmark frobnicate\""), std::string::npos) << far.error;
+    EXPECT_EQ(far.error.find("meant?"), std::string::npos) << far.error;
+}
+
+// Nor is it taken for a command where one was named.
+TEST_F(HelpTest, WhatIsMissingBehindACommandIsStillTold) {
+    const auto outcome = Tesmark({"seal", "new", "stray"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.error.find("--name is required"), std::string::npos) << outcome.error;
+}
+
+TEST_F(HelpTest, WordsThatNobodyTakesAreToldInTheOrderTheyWereTyped) {
+    const auto outcome = Tesmark({"stamp", "a.pdf", "b.pdf", "c", "--pag", "1"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.error.find("Not understood: c --pag 1."), std::string::npos) << outcome.error;
+    EXPECT_NE(Tesmark({"--jsn"}).error.find("Not understood: --jsn."), std::string::npos);
+}
+
 TEST_F(HelpTest, APinInTwoPlacesIsRefused) {
     EXPECT_EQ(Tesmark({"sign", "f", "--pin", "1", "--pin-file", "f"}).exitCode, 2);
 }
