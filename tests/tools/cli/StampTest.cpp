@@ -227,12 +227,26 @@ TEST_F(StampTest, WhatIsNoPdfIsRefused) {
     EXPECT_TRUE(NothingWritten());
 }
 
-TEST_F(StampTest, APlaceThatIsNoneIsAUsageError) {
-    EXPECT_EQ(Stamp({"--at", "here"}).exitCode, 3) << "the key comes first";
+TEST_F(StampTest, NumbersThatAreNoneAreUsageErrorsThatNameTheOptionAndCostNoTry) {
+    EXPECT_EQ(Stamp({"--at", "here"}).exitCode, 2) << "before a key is looked for";
     MakeKey("rsa", "rsa2048");
     MakeSeal("rsa", "es", "rsa");
-    EXPECT_EQ(Stamp({"--at", "here", "--pin", "123456"}).exitCode, 2);
-    EXPECT_EQ(Stamp({"--size", "30", "--pin", "123456"}).exitCode, 2);
+    for (const std::vector<std::string>& wrong :
+         std::vector<std::vector<std::string>>{{"--at", "here"},
+                                               {"--at", "3"},
+                                               {"--size", "30"},
+                                               {"--size", "-3x4"},
+                                               {"--size", "0x0"},
+                                               {"--page", "0"},
+                                               {"--page", "x"}}) {
+        const auto outcome = Stamp({wrong[0], wrong[1], "--pin", "000000"});
+        EXPECT_EQ(outcome.exitCode, 2) << wrong[0] << wrong[1];
+        EXPECT_NE(outcome.error.find(wrong[0] + (wrong[1] == "x" ? " = x" : " is ")),
+                  std::string::npos)
+            << outcome.error;
+    }
+    EXPECT_EQ(Json({"key", "list"})["keys"][0]["triesLeft"].asInt(), 6);
+    EXPECT_TRUE(NothingWritten());
 }
 
 TEST_F(StampTest, AnEmptyValueIsNoAbsentOne) {

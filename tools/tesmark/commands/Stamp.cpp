@@ -108,15 +108,35 @@ PdfPageSize Measure(const Options& options) {
     return size;
 }
 
+Pair ParseSize(const std::string& text) {
+    // What a seal on a page may have at least.
+    constexpr double kSmallest = 0.1;
+    const Pair size = ParsePair(text, 'x', "--size", "WIDTHxHEIGHT");
+    if (size.first >= kSmallest && size.second >= kSmallest) return size;
+    throw Failure{ExitCode::kUsage, "--size is WIDTHxHEIGHT, each of them 0.1 mm at least: \"" +
+                                        text + "\" is none."};
+}
+
+Pair ParsePlace(const std::string& text) { return ParsePair(text, ',', "--at", "X,Y"); }
+
+// What is wrong with them shall cost no dialog and no try of a key.
+void CheckNumbers(const Options& options) {
+    if (!options.size.empty()) ParseSize(options.size);
+    if (!options.at.empty()) ParsePlace(options.at);
+    if (options.page != 0) return;
+    throw Failure{ExitCode::kUsage,
+                  "--page is a page's number from 1, or one from the end, from -1: 0 is none."};
+}
+
 void Place(const Options& options, const PdfPageSize& page, StampRequest& request) {
     request.page = page.page;
     if (!options.size.empty()) {
-        const Pair size = ParsePair(options.size, 'x', "--size", "WIDTHxHEIGHT");
+        const Pair size = ParseSize(options.size);
         request.widthMm = size.first;
         request.heightMm = size.second;
     }
     if (!options.at.empty()) {
-        const Pair at = ParsePair(options.at, ',', "--at", "X,Y");
+        const Pair at = ParsePlace(options.at);
         request.xMm = at.first;
         request.yMm = at.second;
         return;
@@ -314,6 +334,7 @@ void CheckCanCarryTimeStamp(const Options& options, const SelectedSeal& selected
 }
 
 Report Stamp(const Options& options) {
+    CheckNumbers(options);
     CheckIsNotInput(options.output, options.input);
     CheckIsNotInput(options.output, options.selection.pin.file);
     if (options.timeStamp) RequireTimeStamps();
