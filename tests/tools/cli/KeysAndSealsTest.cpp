@@ -159,6 +159,26 @@ TEST_F(SealsTest, APictureOfTheUsersOwnGivesTheSealItsShape) {
     EXPECT_EQ(made["heightMm"].asInt(), 30);
 }
 
+TEST_F(SealsTest, ASizeThatNoSealHasIsAUsageErrorThatNamesTheOptionAndItsRange) {
+    MakeKey("alice", "sm2");
+    const auto refused = [this](const char* option, const char* size) {
+        const auto outcome = Tesmark({"seal", "new", "--name", "p", option, size});
+        EXPECT_EQ(outcome.exitCode, 2) << option << size << outcome.out;
+        EXPECT_NE(outcome.error.find(option), std::string::npos) << outcome.error;
+        return outcome.error;
+    };
+    for (const char* size : {"-3", "0", "501", "nan"}) {
+        EXPECT_NE(refused("--width", size).find("from 1 to 500 mm"), std::string::npos) << size;
+        EXPECT_NE(refused("--height", size).find("from 1 to 500 mm"), std::string::npos) << size;
+    }
+    EXPECT_NE(refused("--width", "9").find("from 10 to 170 mm"), std::string::npos);
+    EXPECT_NE(refused("--height", "171").find("from 10 to 170 mm"), std::string::npos);
+    refused("--width", "wide");
+    EXPECT_EQ(Json({"list"})["certificates"][0]["seals"].size(), 0u);
+    EXPECT_EQ(Json({"seal", "new", "--name", "p", "--width", "10"})["heightMm"].asInt(), 10);
+    EXPECT_EQ(Json({"seal", "new", "--name", "p", "--height", "170"})["widthMm"].asInt(), 170);
+}
+
 TEST_F(SealsTest, APictureThatIsNoneIsAFilesFault) {
     MakeKey("alice", "sm2");
     WriteFile(InPrefix("text.png"), "no picture");

@@ -60,14 +60,39 @@ SealPicture FromFile(const PictureOptions& options) {
     return made;
 }
 
+// Neither what is no number lies within a range.
+std::string FaultOf(double millimetres, double smallest, double largest) {
+    if (millimetres >= smallest && millimetres <= largest) return "";
+    std::array<char, 96> text{};
+    std::snprintf(text.data(), text.size(), "from %.0f to %.0f mm, and not %.6g", smallest, largest,
+                  millimetres);
+    return text.data();
+}
+
+std::string FaultOfSize(const std::string& text) {
+    double millimetres = 0;
+    // What is none at all is told when it is to be stored.
+    if (!CLI::detail::lexical_cast(text, millimetres)) return "";
+    const std::string fault = FaultOf(millimetres, kSmallestMm, kLargestMm);
+    return fault.empty() ? "" : "a seal's is " + fault;
+}
+
+double DiameterOf(const PictureOptions& options) {
+    const bool byWidth = options.widthMm > 0;
+    if (!byWidth && options.heightMm <= 0) return kDrawnMm;
+    const double diameter = byWidth ? options.widthMm : options.heightMm;
+    const std::string fault = FaultOf(diameter, kSmallestSealMm, kLargestSealMm);
+    if (fault.empty()) return diameter;
+    throw Failure{ExitCode::kUsage, std::string(byWidth ? "--width" : "--height") +
+                                        ": that of a seal that is drawn is " + fault + "."};
+}
+
 SealPicture Drawn(const PictureOptions& options, const std::string& name) {
     SealDesign design;
     design.name = name;
     design.purpose = options.purpose;
     design.number = options.number;
-    design.diameterMm = options.widthMm > 0    ? options.widthMm
-                        : options.heightMm > 0 ? options.heightMm
-                                               : kDrawnMm;
+    design.diameterMm = DiameterOf(options);
     design.dpi = static_cast<int>(kDpi);
     Picture picture;
     std::string problem;
@@ -91,8 +116,12 @@ void BindPicture(CLI::App& command, PictureOptions& options) {
         ->excludes(file);
     command.add_option("--number", options.number, "Number on the lower arc of a drawn seal")
         ->excludes(file);
-    command.add_option("--width", options.widthMm, "Width on the page in mm");
-    command.add_option("--height", options.heightMm, "Height on the page in mm");
+    command
+        .add_option("--width", options.widthMm,
+                    "Width on the page in mm, 1 to 500; of a drawn seal its diameter, 10 to 170")
+        ->check(FaultOfSize);
+    command.add_option("--height", options.heightMm, "Height on the page in mm, as the width")
+        ->check(FaultOfSize);
 }
 
 SealPicture MakeSealPicture(const PictureOptions& options, const std::string& name) {

@@ -48,7 +48,7 @@ bool ReadTexts(const SealDesign& design, SealTexts& texts, std::string& problem)
 }
 
 bool CheckMeasures(const SealDesign& design, std::string& problem) {
-    if (!(design.diameterMm >= 10 && design.diameterMm <= 170)) {
+    if (!(design.diameterMm >= kSmallestSealMm && design.diameterMm <= kLargestSealMm)) {
         problem = "The seal's diameter is not between 10 and 170 millimetres.";
     } else if (design.dpi < 72 || design.dpi > 1'200) {
         problem = "The seal's resolution is not between 72 and 1200 dpi.";

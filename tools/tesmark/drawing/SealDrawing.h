@@ -6,6 +6,9 @@
 
 #include "components/drawing/Picture.h"
 
+constexpr double kSmallestSealMm = 10;
+constexpr double kLargestSealMm = 170;
+
 // All texts are UTF-8.
 struct SealDesign {
     // On the arc, from lower left over the top to lower right, evenly spaced, each glyph turned
@@ -15,7 +18,7 @@ struct SealDesign {
     std::string purpose;
     // Small on the lower arc, from left to right (the register's number). May be empty.
     std::string number;
-    double diameterMm = 42;  // outer edge of the ring; 10 to 170
+    double diameterMm = 42;  // outer edge of the ring; from kSmallestSealMm to kLargestSealMm
     int dpi = 300;           // 72 to 1200
     // Family to look for first; then 宋体 and its kin. A face that lacks a glyph of the texts is
     // never taken.
