@@ -54,6 +54,24 @@ TEST_F(KeysTest, ATakenNameIsRefusedAndTheKeyStays) {
     EXPECT_EQ(Json({"list"})["certificates"].size(), 1u);
 }
 
+TEST_F(KeysTest, AnIdThatNamesNoFolderIsAUsageErrorBeforeAnythingIsMade) {
+    WriteFile(InPrefix("k.pem"), "not looked at");
+    for (const std::string& id :
+         {std::string("../y"), std::string("a b"), std::string(".y"), std::string(49, 'a')}) {
+        for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+                 {"key", "new", "--name", "a", "--pin", "123456", "--id", id},
+                 {"key", "scan", "--name", "a", "--id", id},
+                 {"key", "import", InPrefix("k.pem"), "--pin", "123456", "--id", id}}) {
+            const auto outcome = Tesmark(command);
+            EXPECT_EQ(outcome.exitCode, 2) << command[1] << id << outcome.error;
+            EXPECT_NE(outcome.error.find("--id is the name of a key's folder"), std::string::npos)
+                << outcome.error;
+            EXPECT_NE(outcome.error.find("\"" + id + "\" is none."), std::string::npos);
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(InTrust("")));
+}
+
 TEST_F(KeysTest, TheTriesLeftAreShown) {
     MakeKey("alice", "sm2");
     EXPECT_EQ(Json({"key", "list"})["keys"][0]["triesLeft"].asInt(), 6);

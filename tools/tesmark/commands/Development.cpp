@@ -28,6 +28,13 @@ constexpr auto kAlgorithms = std::to_array<std::pair<const char*, DevelopmentAlg
     {"rsa4096", {KeyKind::kRsa, 4096, "RSA 4096"}},
 });
 
+bool CanNameKeyFolder(const std::string& name) {
+    return !name.empty() && name.size() <= kMaximumKeyName && name.front() != '.' &&
+           name.find_first_not_of(
+               "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+               "0123456789-_.") == std::string::npos;
+}
+
 std::unique_ptr<DevelopmentCa> OpenCa(KeyKind kind) {
     const std::string folder = CaFolderPath();
     const std::string trust = TrustFolderPath();
@@ -68,13 +75,18 @@ DevelopmentKey MakeDevelopmentKey(const DevelopmentAlgorithm& algorithm, int day
     return made;
 }
 
+void CheckKeyId(const std::string& id) {
+    if (id.empty() || CanNameKeyFolder(id)) return;
+    throw Failure{ExitCode::kUsage,
+                  "--id is the name of a key's folder, of at most " +
+                      std::to_string(kMaximumKeyName) +
+                      " letters, digits, \"-\", \"_\" and \".\", the first of them no \".\": \"" +
+                      id + "\" is none."};
+}
+
 std::string NameOfKeyFolder(const std::string& id, const std::string& name) {
     if (!id.empty()) return id;
-    const bool usable = !name.empty() && name.size() <= kMaximumKeyName && name.front() != '.' &&
-                        name.find_first_not_of(
-                            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                            "0123456789-_.") == std::string::npos;
-    return usable ? name : "";
+    return CanNameKeyFolder(name) ? name : "";
 }
 
 std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY* key,
@@ -85,8 +97,7 @@ std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY*
     if (code == kServiceBadArgument) {
         throw Failure{ExitCode::kFailed,
                       "The key can't be stored: a key \"" + name +
-                          "\" is there already, or the name "
-                          "has other characters than letters, digits, \"-\", \"_\" and \".\".",
+                          "\" is there already, or its folder can't have this name.",
                       code, "  give it another name with --id; see: tesmark key list"};
     }
     if (code)

@@ -31,6 +31,10 @@ struct DevelopmentKey {
 DevelopmentKey MakeDevelopmentKey(const DevelopmentAlgorithm& algorithm, int days,
                                   CertificateRequest request);
 
+// Throws a usage Failure for an --id that can't be the name of a key's folder. An empty one is
+// none that was asked for.
+void CheckKeyId(const std::string& id);
+
 // The name of a new key's folder: the one asked for, else the key's name where it may be one, else
 // empty for the serial number.
 std::string NameOfKeyFolder(const std::string& id, const std::string& name);

@@ -39,6 +39,7 @@ struct ImportOptions {
 struct ListOptions {};
 
 Report NewKey(const NewOptions& options) {
+    CheckKeyId(options.id);
     const DevelopmentAlgorithm algorithm = AlgorithmOf(options.algorithm);
     const std::string pin = NewPin(options.pin);
     CertificateRequest request;
@@ -66,6 +67,7 @@ std::string ImportPassword(const ImportOptions& options) {
 }
 
 Report Import(const ImportOptions& options) {
+    CheckKeyId(options.id);
     const std::string content = ReadWholeFile(options.file, kLargestImport);
     ImportedKey imported;
     const std::string password = ImportPassword(options);

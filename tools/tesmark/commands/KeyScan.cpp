@@ -89,6 +89,7 @@ Report Remove(const std::string& folder) {
 }
 
 Report Scan(const Options& options) {
+    CheckKeyId(options.id);
     const std::string folder = KeyFolderPath();
     if (options.remove) return Remove(folder);
     ScanAnswer answer{};
