@@ -106,6 +106,14 @@ TEST_F(KeysTest, APkcs12FileBecomesAKey) {
     const std::string file = InPrefix("k.p12");
     const auto wrong = Tesmark({"key", "import", file, "--password", "x", "--pin", "123456"});
     EXPECT_EQ(wrong.exitCode, 6);
+    EXPECT_NE(wrong.error.find("The password of " + file + " is wrong, or none was given."),
+              std::string::npos)
+        << wrong.error;
+    EXPECT_EQ(wrong.error.find("PIN"), std::string::npos) << wrong.error;
+    const auto lonely = Tesmark({"key", "import", InPrefix("k.pem"), "--pin", "123456"});
+    EXPECT_EQ(lonely.exitCode, 4);
+    EXPECT_NE(lonely.error.find("No certificate in " + InPrefix("k.pem")), std::string::npos)
+        << lonely.error;
     const auto right = Tesmark(
         {"key", "import", file, "--password", "secret", "--id", "imported", "--pin", "123456"});
     ASSERT_EQ(right.exitCode, 0) << right.error;
@@ -114,10 +122,16 @@ TEST_F(KeysTest, APkcs12FileBecomesAKey) {
     EXPECT_EQ(entry["problem"].asString(), "not trusted on this machine");
 }
 
-TEST_F(KeysTest, WhatIsNoKeyIsNotImported) {
+TEST_F(KeysTest, AFileWithoutAPrivateKeyIsAFilesFaultAndToldSo) {
     WriteFile(InPrefix("text"), "no key");
-    const auto outcome = Tesmark({"key", "import", InPrefix("text"), "--pin", "123456"});
-    EXPECT_EQ(outcome.exitCode, 1) << outcome.error;
+    WriteFile(InPrefix("empty"), "");
+    for (const std::string& file : {std::string(kContract), InPrefix("text"), InPrefix("empty")}) {
+        const auto outcome = Tesmark({"key", "import", file, "--pin", "123456"});
+        EXPECT_EQ(outcome.exitCode, 4) << outcome.error;
+        EXPECT_NE(outcome.error.find("There is no private key in " + file), std::string::npos)
+            << outcome.error;
+        EXPECT_EQ(outcome.error.find("damaged"), std::string::npos) << outcome.error;
+    }
 }
 
 class SealsTest : public CliTest {};

@@ -66,16 +66,33 @@ std::string ImportPassword(const ImportOptions& options) {
     return content.substr(0, content.find_first_of("\r\n"));
 }
 
+// The codes speak of a key that is stored and of its PIN.
+[[noreturn]] void ThrowNotImported(const std::string& file, int code) {
+    if (code == kServicePinWrong) {
+        throw Failure{ExitCode::kPin,
+                      "The password of " + file + " is wrong, or none was given.",
+                      {},
+                      "  give it with --password-file FILE"};
+    }
+    if (code == kServiceKeyDamaged) {
+        throw Failure{ExitCode::kFile,
+                      "There is no private key in " + file +
+                          " that can be read: it must be a PKCS#12, or a PEM with a private key."};
+    }
+    if (code == kServiceCertificateDamaged) {
+        throw Failure{ExitCode::kFile,
+                      "No certificate in " + file + " is that of its private key."};
+    }
+    throw Failure{ExitCodeFor(code), "No key can be taken from " + file + ".", code};
+}
+
 Report Import(const ImportOptions& options) {
     CheckKeyId(options.id);
     const std::string content = ReadWholeFile(options.file, kLargestImport);
     ImportedKey imported;
     const std::string password = ImportPassword(options);
-    if (const int code = ReadKeyImport(content, password, imported)) {
-        throw Failure{
-            ExitCodeFor(code), "No key can be taken from " + options.file + ".", code,
-            code == kServicePinWrong ? "  the file's password: --password-file FILE" : ""};
-    }
+    const int code = ReadKeyImport(content, password, imported);
+    if (code) ThrowNotImported(options.file, code);
     const std::string pin = NewPin(options.pin);
     const std::string certId =
         StoreKey(KeyFolderPath(), options.id, imported.key.get(), imported.certificate, pin);
