@@ -227,6 +227,17 @@ TEST_F(StampTest, WhatIsNoPdfIsRefused) {
     EXPECT_TRUE(NothingWritten());
 }
 
+TEST_F(StampTest, AFolderInADocumentsPlaceIsToldAsOne) {
+    for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+             {"stamp", m_prefix.Path(), m_out}, {"verify", m_prefix.Path()}}) {
+        const auto outcome = Tesmark(command);
+        EXPECT_EQ(outcome.exitCode, 4) << command[0];
+        EXPECT_NE(outcome.error.find("\"" + m_prefix.Path() + "\" is a folder."), std::string::npos)
+            << outcome.error;
+    }
+    EXPECT_TRUE(NothingWritten());
+}
+
 TEST_F(StampTest, NumbersThatAreNoneAreUsageErrorsThatNameTheOptionAndCostNoTry) {
     EXPECT_EQ(Stamp({"--at", "here"}).exitCode, 2) << "before a key is looked for";
     MakeKey("rsa", "rsa2048");

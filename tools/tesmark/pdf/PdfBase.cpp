@@ -161,6 +161,7 @@ int CPdfBase::NextNumber() {
 
 std::string WhyUnreadable(const std::string& path) {
     const std::string text = platform::Utf8FromPath(path);
+    if (platform::IsDirectory(path.c_str())) return "\"" + text + "\" is a folder.";
     return IsFile(path) ? "\"" + text + "\" can't be opened."
                         : "There is no file \"" + text + "\".";
 }
