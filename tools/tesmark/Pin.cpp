@@ -8,6 +8,7 @@
 #include "Failure.h"
 #include "PathText.h"
 #include "Terminal.h"
+#include "platform/Files.h"
 
 namespace {
 
@@ -26,6 +27,9 @@ std::string PinFromFile(const std::string& path) {
     if (path == "-") {
         pin = FirstLine(std::cin);
     } else {
+        if (platform::IsDirectory(platform::PathFromUtf8(path).c_str())) {
+            throw Failure{ExitCode::kFile, "The PIN file is a folder: " + path + "."};
+        }
         std::ifstream file(FileAt(path), std::ios::binary);
         if (!file) throw Failure{ExitCode::kFile, "The PIN file can't be read: " + path + "."};
         pin = FirstLine(file);

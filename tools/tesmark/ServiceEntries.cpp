@@ -80,6 +80,10 @@ void CheckServiceFile(const std::string& path) {
         throw Failure{ExitCode::kUsage,
                       "The path of the certificate service's file must be absolute: " + path + "."};
     }
+    if (platform::IsDirectory(platform::PathFromUtf8(path).c_str())) {
+        throw Failure{ExitCode::kFile,
+                      "A certificate service is a file, and this is a folder: " + path + "."};
+    }
     const LoadedFile file(platform::PathFromUtf8(path));
     if (!file.IsLoaded()) {
         throw Failure{ExitCode::kFile,

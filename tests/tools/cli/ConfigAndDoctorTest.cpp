@@ -187,6 +187,9 @@ TEST_F(ConfigTest, OnlyACertificateServiceIsRegisteredAsOne) {
          {std::string(CLI_TIME_STAMP_ENGINE), InPrefix("text"), InPrefix("none")}) {
         EXPECT_EQ(Tesmark({"config", "set", "CertService", file}).exitCode, 4) << file;
     }
+    const auto folder = Tesmark({"config", "set", "CertService", m_prefix.Path()});
+    EXPECT_EQ(folder.exitCode, 4);
+    EXPECT_NE(folder.error.find("this is a folder"), std::string::npos) << folder.error;
     const auto relative =
         Tesmark({"config", "set", "CertService", platform::ModuleFileName("KVLAppCOM")});
     EXPECT_EQ(relative.exitCode, 2);

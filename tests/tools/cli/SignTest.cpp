@@ -109,6 +109,14 @@ TEST_F(SignTest, AMissingInputIsToldBeforeAnyPin) {
     EXPECT_NE(outcome.error.find("absent"), std::string::npos) << outcome.error;
 }
 
+TEST_F(SignTest, AFolderInThePinFilesPlaceIsToldAsOne) {
+    MakeKey("rsa", "rsa2048");
+    const auto outcome = Tesmark({"sign", m_file, "--pin-file", m_prefix.Path()});
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_NE(outcome.error.find("The PIN file is a folder: " + m_prefix.Path()), std::string::npos)
+        << outcome.error;
+}
+
 TEST_F(SignTest, APinComesFromStandardInput) {
     MakeKey("rsa", "rsa2048");
     const auto outcome = Tesmark({"sign", m_file, "--pin-file", "-"}, "123456\n");
