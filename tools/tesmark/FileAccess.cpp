@@ -45,7 +45,16 @@ std::string NameBeside(const std::string& path) {
 
 }  // namespace
 
+void CheckIsNoStream(const std::string& path) {
+    if (path != "-") return;
+    throw Failure{ExitCode::kUsage,
+                  "A file is needed here, and \"-\" is standard input or output.",
+                  {},
+                  "  a file of that name is \"./-\""};
+}
+
 std::uint64_t CheckReadable(const std::string& path) {
+    CheckIsNoStream(path);
     std::error_code error;
     if (fs::is_directory(FileAt(path), error)) throw Unreadable(path, "it is a folder");
     errno = 0;

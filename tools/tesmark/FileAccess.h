@@ -5,8 +5,12 @@
 #include <string>
 #include <string_view>
 
+// Throws a usage Failure for "-", where neither standard input nor output can stand in a file's
+// place.
+void CheckIsNoStream(const std::string& path);
+
 // The size of a file that can be opened for reading. Throws a file Failure for a folder, and for
-// what isn't there or can't be opened.
+// what isn't there or can't be opened; for "-" as CheckIsNoStream.
 std::uint64_t CheckReadable(const std::string& path);
 
 // The whole file; "-" is standard input to its end. Throws a file Failure if it can't be read or

@@ -238,6 +238,24 @@ TEST_F(StampTest, AFolderInADocumentsPlaceIsToldAsOne) {
     EXPECT_TRUE(NothingWritten());
 }
 
+// It wrote a file of that name.
+TEST_F(StampTest, StandardInputAndOutputAreNoFilesToStampOrSign) {
+    MakeKey("rsa", "rsa2048");
+    MakeSeal("rsa", "es", "rsa");
+    for (const std::vector<std::string>& command :
+         std::vector<std::vector<std::string>>{{"stamp", kContract, "-", "--pin", "123456"},
+                                               {"stamp", "-", m_out, "--pin", "123456"},
+                                               {"sign", "-", "--pin", "123456"},
+                                               {"timestamp", "-"}}) {
+        const auto outcome = Tesmark(command);
+        EXPECT_EQ(outcome.exitCode, 2) << outcome.error;
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_NE(outcome.error.find("A file is needed here"), std::string::npos) << outcome.error;
+    }
+    EXPECT_FALSE(platform::PathExists("-"));
+    EXPECT_TRUE(NothingWritten());
+}
+
 TEST_F(StampTest, NumbersThatAreNoneAreUsageErrorsThatNameTheOptionAndCostNoTry) {
     EXPECT_EQ(Stamp({"--at", "here"}).exitCode, 2) << "before a key is looked for";
     MakeKey("rsa", "rsa2048");

@@ -334,6 +334,8 @@ void CheckCanCarryTimeStamp(const Options& options, const SelectedSeal& selected
 }
 
 Report Stamp(const Options& options) {
+    CheckIsNoStream(options.input);
+    CheckIsNoStream(options.output);
     CheckNumbers(options);
     CheckIsNotInput(options.output, options.input);
     CheckIsNotInput(options.output, options.selection.pin.file);
