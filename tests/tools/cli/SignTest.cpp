@@ -153,6 +153,30 @@ TEST_F(HashTest, AnSm2CertificatesHashDiffersFromThePlainOne) {
     EXPECT_NE(made["hash"].asString(), Of("sm3"));
 }
 
+TEST_F(HashTest, AnRsaCertificatesHashIsThePlainOne) {
+    MakeKey("rsa", "rsa2048");
+    EXPECT_EQ(Json({"hash", m_file, "--cert", "rsa"})["hash"].asString(), Of("sha256"));
+}
+
+// It was the plain hash, as if the certificate had a part in it.
+TEST_F(HashTest, AnAlgorithmThatTheCertificateDoesNotSignWithIsAUsageError) {
+    MakeKey("sm2", "sm2");
+    MakeKey("rsa", "rsa2048");
+    const auto with = [this](const char* cert, const char* algorithm) {
+        return Tesmark({"hash", m_file, "--cert", cert, "--algorithm", algorithm});
+    };
+    for (const auto& [cert, algorithm] : std::vector<std::pair<const char*, const char*>>{
+             {"sm2", "sha1"}, {"sm2", "sha256"}, {"rsa", "sha1"}, {"rsa", "sm3"}}) {
+        const auto outcome = with(cert, algorithm);
+        EXPECT_EQ(outcome.exitCode, 2) << cert << algorithm;
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_NE(outcome.error.find(std::string("--algorithm ") + algorithm), std::string::npos)
+            << outcome.error;
+    }
+    EXPECT_EQ(with("sm2", "sm3").exitCode, 0);
+    EXPECT_EQ(with("rsa", "sha256").exitCode, 0);
+}
+
 TEST_F(HashTest, AnUnknownAlgorithmIsAUsageError) {
     EXPECT_EQ(Tesmark({"hash", m_file, "--algorithm", "md5"}).exitCode, 2);
 }

@@ -53,6 +53,18 @@ std::string Hexadecimal(const unsigned char* bytes, int length) {
     return text;
 }
 
+// Of what a certificate signs over; another one's hash would be the file's alone, and no part of
+// any signature by it.
+void CheckIsOfCertificate(const std::string& option, bool sm2, const std::string& cert) {
+    const std::string own = sm2 ? "sm3" : "sha256";
+    if (option == own) return;
+    throw Failure{ExitCode::kUsage,
+                  "A signature by \"" + cert + "\" is made over " + own + ": --algorithm " +
+                      option + " doesn't go with this certificate.",
+                  {},
+                  "  the hash of the file alone: without --cert"};
+}
+
 int HashStandardInput(const char* algorithm, const std::string& der, unsigned char* hash,
                       int* length) {
     const std::string data = ReadWholeFile("-", kLargestInput);
@@ -104,6 +116,7 @@ Report Hash(const Options& options) {
                                : sm2                      ? "sm3"
                                                           : "sha256";
     const Algorithm& algorithm = AlgorithmNamed(option);
+    if (!options.cert.empty()) CheckIsOfCertificate(option, sm2, options.cert);
     const std::string hash = HashOf(options, algorithm.name, der);
     Report report;
     report.json["hash"] = hash;
@@ -118,8 +131,8 @@ void Bind(CLI::App& command, Options& options) {
     command.add_option("--algorithm", options.algorithm,
                        "sm3, sha256 or sha1; without it sha256, or sm3 with an SM2 certificate");
     command.add_option("--cert", options.cert,
-                       "With SM3: hash what an SM2 signature by this certificate is made over (ZA "
-                       "and the data, GB/T 32918.2)");
+                       "Hash what a signature by this certificate is made over: with SM2 by SM3 ZA "
+                       "and the data (GB/T 32918.2), with RSA by SHA-256 the data");
 }
 
 }  // namespace
