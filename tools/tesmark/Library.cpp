@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "Failure.h"
+#include "KeyDevices.h"
 #include "PathText.h"
 #include "ResultText.h"
 #include "ServiceEntries.h"
@@ -120,7 +121,12 @@ void CheckResult(int code, const std::string& sentence, const LogMark& mark) {
 void LogIn(const std::string& certId, const std::string& pin) {
     const LogMark mark;
     const int code = LoginIn(certId.c_str(), pin.c_str());
-    CheckResult(code, "The key can't be opened with this PIN.", mark);
+    try {
+        CheckResult(code, "The key can't be opened with this PIN.", mark);
+    } catch (Failure& failure) {
+        TellTriesLeft(certId, failure);
+        throw;
+    }
 }
 
 void Scan() {

@@ -40,7 +40,7 @@ private:
 void CheckResult(int code, const std::string& sentence, const LogMark& mark);
 
 // Opens the key; the certificate is selected then. Throws a Failure that tells a wrong PIN from a
-// locked key where the log does.
+// locked key where the log does, and then the tries that are left, if they are known.
 void LogIn(const std::string& certId, const std::string& pin);
 
 // Waits for a scan by phone. The selection stays. Throws a Failure that tells why it came to

@@ -109,6 +109,16 @@ TEST_F(SignTest, AMissingInputIsToldBeforeAnyPin) {
     EXPECT_NE(outcome.error.find("absent"), std::string::npos) << outcome.error;
 }
 
+TEST_F(SignTest, AWrongPinIsToldWithTheTriesThatAreLeft) {
+    MakeKey("rsa", "rsa2048");
+    const auto outcome = Tesmark({"sign", m_file, "--pin", "000000"});
+    EXPECT_EQ(outcome.exitCode, 6);
+    EXPECT_NE(outcome.error.find("  5 tries left\n"), std::string::npos) << outcome.error;
+    const auto seal = Tesmark({"seal", "new", "--name", "a", "--pin", "000000"});
+    EXPECT_EQ(seal.exitCode, 6);
+    EXPECT_NE(seal.error.find("  4 tries left\n"), std::string::npos) << seal.error;
+}
+
 TEST_F(SignTest, AFolderInThePinFilesPlaceIsToldAsOne) {
     MakeKey("rsa", "rsa2048");
     const auto outcome = Tesmark({"sign", m_file, "--pin-file", m_prefix.Path()});

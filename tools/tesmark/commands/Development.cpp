@@ -9,9 +9,7 @@
 #include "ResultText.h"
 #include "components/certservice/KeyFolder.h"
 #include "components/certservice/Places.h"
-#include "components/certservice/ScanDevice.h"
 #include "components/certservice/ServiceCodes.h"
-#include "components/certservice/pkcs11/Pkcs11Device.h"
 #include "components/crypto/Signature.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -104,27 +102,6 @@ std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY*
         throw Failure{ExitCodeFor(code),
                       "The key can't be stored in " + platform::Utf8FromPath(path) + ".", code};
     return certId;
-}
-
-std::vector<std::unique_ptr<KeyDevice>> OpenKeyDevices() {
-    std::vector<std::unique_ptr<KeyDevice>> devices;
-    devices.push_back(std::make_unique<KeyFolder>(KeyFolderPath()));
-    for (auto& device : OpenPkcs11Devices()) devices.push_back(std::move(device));
-    devices.push_back(std::make_unique<ScanDevice>(KeyFolderPath()));
-    return devices;
-}
-
-int TriesLeft(const std::string& certId) {
-    for (const auto& device : OpenKeyDevices()) {
-        if (device->Owns(certId)) return device->RetriesLeft(certId);
-    }
-    return -1;
-}
-
-std::string TriesText(int tries) {
-    if (tries < 0) return "";
-    if (tries == 0) return "locked";
-    return tries == 1 ? "1 try left" : std::to_string(tries) + " tries left";
 }
 
 std::string DateAfter(int days) {

@@ -1,13 +1,9 @@
-// Development.h - keys, certificates and seal makers of this machine's development CA, and the
-// devices that keys are on.
+// Development.h - keys, certificates and seal makers of this machine's development CA.
 #pragma once
 
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "components/certservice/DevelopmentCa.h"
-#include "components/certservice/KeyDevice.h"
 #include "components/crypto/Algorithm.h"
 #include "components/crypto/Handles.h"
 
@@ -43,14 +39,6 @@ std::string NameOfKeyFolder(const std::string& id, const std::string& name);
 // can't be used, and for a folder that can't be written.
 std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY* key,
                      const std::string& certificate, const std::string& pin);
-
-// The folder of development keys, the tokens that the store names, and the scan by phone.
-std::vector<std::unique_ptr<KeyDevice>> OpenKeyDevices();
-
-// Wrong PINs that the key still bears, told by the open components' devices; -1 if they don't know.
-int TriesLeft(const std::string& certId);
-// "5 tries left", "locked"; empty if nobody knows.
-std::string TriesText(int tries);
 
 // "2029-11-20", local time, so many days from now.
 std::string DateAfter(int days);

@@ -3,6 +3,7 @@
 
 #include "Declare.h"
 #include "FileAccess.h"
+#include "KeyDevices.h"
 #include "Pin.h"
 #include "ResultText.h"
 #include "TerminalText.h"

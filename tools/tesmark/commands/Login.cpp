@@ -4,12 +4,12 @@
 #include "CertServiceClient.h"
 #include "Declare.h"
 #include "Inventory.h"
+#include "KeyDevices.h"
 #include "Library.h"
 #include "Pin.h"
 #include "ResultText.h"
 #include "Terminal.h"
 #include "TerminalText.h"
-#include "commands/Development.h"
 #include "commands/InventoryJson.h"
 #include "include/TesmarkOpt.h"
 
@@ -64,8 +64,7 @@ void OpenKey(const CertificateEntry& entry, const std::string& pin) {
         CheckResult(CurrentCertLogin(entry.certId.c_str(), pin.c_str()),
                     "The key can't be opened with this PIN.", mark);
     } catch (Failure& failure) {
-        const std::string tries = TriesText(TriesLeft(entry.certId));
-        if (!tries.empty()) failure.hint = "  " + tries;
+        TellTriesLeft(entry.certId, failure);
         throw;
     }
 }

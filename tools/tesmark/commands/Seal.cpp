@@ -7,6 +7,7 @@
 #include "Declare.h"
 #include "FileAccess.h"
 #include "Inventory.h"
+#include "KeyDevices.h"
 #include "Library.h"
 #include "Pin.h"
 #include "ResultText.h"
@@ -135,8 +136,11 @@ std::string PutIntoKey(const CertificateEntry& signer, const Form& form, const s
     for (const auto& device : OpenKeyDevices()) {
         if (!device->Owns(signer.certId)) continue;
         if (const auto pin = GivenPin(pinOptions)) {
-            const int code = device->Login(signer.certId, *pin);
-            if (code) throw Failure{ExitCodeFor(code), "The key can't be opened.", code};
+            if (const int code = device->Login(signer.certId, *pin)) {
+                Failure failure{ExitCodeFor(code), "The key can't be opened with this PIN.", code};
+                TellTriesLeft(signer.certId, failure);
+                throw failure;
+            }
         }
         return WriteNew(*device, signer.certId, form, seal);
     }
