@@ -10,6 +10,7 @@
 #include <iterator>
 #include <string>
 
+#include "tools/dialog/CommandLine.h"
 #include "tools/dialog/HostWatch.h"
 #include "tools/dialog/tty/TtyFrontEnd.h"
 #include "tools/dialog/tty/UserTerminal.h"
@@ -149,7 +150,11 @@ private:
 
 }  // namespace
 
-int main() {
+int main(int count, char** arguments) {
+    const auto answered =
+        AnswerPerson(count, arguments, "tesmark-dialog-tty",
+                     "shows a dialog of the electronic seal library on the terminal");
+    if (answered) return *answered;
     std::setlocale(LC_CTYPE, "");
     return Program().Run();
 }
