@@ -1,6 +1,8 @@
 /* host.c - the smallest host: which picture goes on the page, and a signature over some bytes.
- * Build it with   cc host.c -I../include -L../build/linux/bin -lTesmarkOpt_x64
- * and on Windows  cl host.c /I..\include ..\lib\TesmarkOpt_x64.lib */
+ * Build it in its own folder, so that it finds the library when it runs, with
+ *   cc host.c -I../include -L../build/linux/bin -lTesmarkOpt_x64 -Wl,-rpath,$PWD/../build/linux/bin
+ * and on Windows, where the library's DLLs are to lie beside it or on PATH, with
+ *   cl host.c /I..\include ..\lib\TesmarkOpt_x64.lib */
 #include <TesmarkOpt.h>
 #include <stdio.h>
 #include <stdlib.h>
