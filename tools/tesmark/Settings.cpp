@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "Failure.h"
+#include "PathText.h"
 #include "PlatformText.h"
 #include "TerminalText.h"
 #include "components/certservice/Places.h"
@@ -210,6 +211,10 @@ void CheckValue(const Setting& setting, const std::string& text) {
         throw Refused(setting,
                       "is a path; to remove it: tesmark config unset " + std::string(setting.name));
     }
+    if (const std::string relative = RelativePathOf(setting, text); !relative.empty()) {
+        throw Refused(setting, "is an absolute path: \"" + relative +
+                                   "\" would mean another place in each working folder.");
+    }
     if (setting.type == kPath && platform::Utf8FromPath(platform::PathFromUtf8(text)) != text) {
         throw Refused(setting, "has a character that paths lack in this machine's code page.");
     }
@@ -244,6 +249,18 @@ const Setting& FindSetting(const std::string& name) {
 bool IsBeyondReading(const Setting& setting, const std::string& text) {
     return (setting.type == kText || setting.type == kAddress) &&
            Utf8ToAnsi(text).size() > kLargestText;
+}
+
+std::string RelativePathOf(const Setting& setting, const std::string& text) {
+    if (setting.type != kPath) return {};
+    const bool isList = std::strcmp(setting.name, "Pkcs11Modules") == 0;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(isList ? text.find(';', begin) : text.npos, text.size());
+        const std::string path = text.substr(begin, end - begin);
+        if (!path.empty() && !FileAt(path).is_absolute()) return path;
+        begin = end + 1;
+    }
+    return {};
 }
 
 std::string SettingPlace(const Setting& setting) {

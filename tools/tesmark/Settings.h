@@ -56,7 +56,12 @@ bool IsUnreadable(const Setting& setting);
 // True for a text (UTF-8) that the library, which reads 199 bytes of GBK, takes for none.
 bool IsBeyondReading(const Setting& setting, const std::string& text);
 
-// Checks `text` against the type and the largest number (usage Failure) and stores it. A store that
+// One of its paths that isn't absolute, which means another place in each working folder; empty if
+// there is none, and for what is no path.
+std::string RelativePathOf(const Setting& setting, const std::string& text);
+
+// Checks `text` against the type and the largest number, and that a path is absolute (usage
+// Failure), and stores it. A store that
 // can't be written is a setup Failure, and so is one that doesn't give the value back.
 void WriteSetting(const Setting& setting, const std::string& text);
 

@@ -48,11 +48,36 @@ TEST_F(ConfigTest, APathKeepsItsBytes) {
     EXPECT_EQ(Tesmark({"config", "get", "TrustFolder"}).out, path + "\n");
 }
 
+TEST_F(ConfigTest, ARelativePathIsRefusedForEverySetting) {
+    std::size_t paths = 0;
+    const Json::Value settings = Json({"config", "get"})["settings"];
+    for (const Json::Value& setting : settings) {
+        if (setting["type"] != "path") continue;
+        const std::string name = setting["name"].asString();
+        const auto outcome = Tesmark({"config", "set", name, "rel/x"});
+        EXPECT_EQ(outcome.exitCode, 2) << name;
+        EXPECT_NE(outcome.error.find("absolute"), std::string::npos) << outcome.error;
+        EXPECT_NE(outcome.error.find("rel/x"), std::string::npos) << outcome.error;
+        EXPECT_EQ(Json({"config", "get", name})["value"], setting["value"]) << name;
+        ++paths;
+    }
+    EXPECT_GE(paths, 11u);
+    EXPECT_EQ(Tesmark({"config", "set", "KeyFolder", "~/keys"}).exitCode, 2);
+}
+
+TEST_F(ConfigTest, EachPathOfAListIsAbsolute) {
+    const std::string one = InPrefix("one.so");
+    EXPECT_EQ(Tesmark({"config", "set", "Pkcs11Modules", one + ";two.so"}).exitCode, 2);
+    EXPECT_EQ(Tesmark({"config", "set", "Pkcs11Modules", one + ";" + InPrefix("two.so")}).exitCode,
+              0);
+}
+
 TEST_F(ConfigTest, TheInstallationFolderIsTheUsersOwn) {
-    ASSERT_EQ(Tesmark({"config", "set", "InstallPath", "/opt/velmora"}).exitCode, 0);
+    const std::string path = InPrefix("velmora");
+    ASSERT_EQ(Tesmark({"config", "set", "InstallPath", path}).exitCode, 0);
     EXPECT_EQ(Stored(platform::RegistryRoot::CurrentUser, "Software\\Velmora\\InstallPath",
                      "InstallPath"),
-              std::string("/opt/velmora", 13));
+              path + '\0');
     EXPECT_EQ(Json({"config", "get", "InstallPath"})["scope"].asString(), "user");
 }
 
@@ -154,6 +179,13 @@ TEST_F(DoctorTest, ACertificateThatNobodyTrustsIsNamed) {
     std::filesystem::remove_all(TrustFolderPath());
     EXPECT_NE(Text().find("DevKeys/alice: not trusted on this machine"), std::string::npos)
         << Text();
+}
+
+TEST_F(DoctorTest, ASettingThatIsNoAbsolutePathIsNamed) {
+    MakeKey("alice", "sm2");
+    m_prefix.RegisterInstallation("rel");
+    EXPECT_EQ(Problems(), 1u) << Text();
+    EXPECT_NE(Text().find("InstallPath is no absolute path: rel"), std::string::npos) << Text();
 }
 
 TEST_F(DoctorTest, ServicesFilesThatAreNoLibrariesAreNamed) {

@@ -8,18 +8,15 @@
 #include "PathText.h"
 #include "PlatformText.h"
 #include "ResultText.h"
-#include "Settings.h"
-#include "TerminalText.h"
 #include "Version.h"
 #include "commands/DialogWay.h"
+#include "commands/ExamineStore.h"
 #include "commands/Findings.h"
 #include "commands/PinEntry.h"
 #include "components/certservice/Places.h"
-#include "foundation/Registry.h"
 #include "include/TesmarkOpt.h"
 #include "platform/Files.h"
 #include "platform/Module.h"
-#include "platform/RegistryStore.h"
 
 namespace {
 
@@ -88,42 +85,6 @@ void ExamineStart(Findings& findings) {
         findings.Good("start", "the library starts the certificate service and the seal library");
     } catch (const Failure& failure) {
         findings.Problem("start", CauseOf(failure), "see the log");
-    }
-}
-
-// A key that isn't there is no lack of rights.
-bool LibraryReadsSettings() {
-    using platform::RegistryAccess;
-    const auto opens = [](RegistryAccess access) {
-        const CRegistry key(
-            platform::OpenRegistryKey(platform::RegistryRoot::LocalMachine, kSettingsKey, access));
-        return key.key != nullptr;
-    };
-    return opens(RegistryAccess::AllAccess) || !opens(RegistryAccess::Read64);
-}
-
-void ExamineStore(Findings& findings) {
-    std::string former;
-    for (const Setting& setting : KnownSettings()) {
-        const SettingHolder holder = HolderOf(setting);
-        if (holder.name.empty() || holder.name == former) continue;
-        if (former.empty() || setting.root == platform::RegistryRoot::CurrentUser) {
-            findings.Good("store",
-                          holder.name + (holder.there ? "" : " (not there: defaults hold)"));
-        }
-        former = holder.name;
-    }
-    if (!LibraryReadsSettings()) {
-        findings.Problem(
-            "store",
-            "This user lacks rights on the settings' key, which the library opens with "
-            "all access: it runs on defaults.",
-            "give the user full control of HKEY_LOCAL_MACHINE\\software\\Velmora");
-    }
-    for (const Setting& setting : KnownSettings()) {
-        if (const auto value = ShownSetting(setting)) {
-            findings.Good("setting", std::string(setting.name) + " = " + Printable(*value));
-        }
     }
 }
 
