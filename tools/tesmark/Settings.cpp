@@ -17,6 +17,7 @@
 #include "components/http/SealServiceSettings.h"
 #include "components/timestamp/TimeStampSettings.h"
 #include "foundation/Registry.h"
+#include "foundation/SealSettings.h"
 #include "foundation/Text.h"
 #include "platform/Files.h"
 #include "platform/closed/PersonalSealControl.h"
@@ -55,7 +56,8 @@ constexpr auto kMachine = RegistryRoot::LocalMachine;
 constexpr auto kSettings = std::to_array<Setting>({
     {"bSealPosition", kMachine, kSettingsKey, "bSealPosition", kNumber, "0",
      "where seals come from: 0 the keys, 1 the online service, 3 and 4 a drawing of the "
-     "certificate's name (3 a line of text, 4 framed)"},
+     "certificate's name (3 a line of text, 4 framed)",
+     kNameBySize},
     {"bSignWithTimeStamp", kMachine, kSettingsKey, "bSignWithTimeStamp", kNumber, "0",
      "1: signatures carry a time stamp"},
     {"bVerifyCRL", kMachine, kSettingsKey, "bVerifyCRL", kNumber, "0",

@@ -103,6 +103,18 @@ TEST_F(ConfigTest, ATextForANumberAndATooLongTextAreRefused) {
     EXPECT_EQ(Tesmark({"config", "get", "sWSURL"}).out, std::string(199, 'a') + "\n");
 }
 
+TEST_F(ConfigTest, AValueThatStandsForNoSourceOfSealsIsRefused) {
+    for (const char* value : {"0", "1", "2", "3", "4"}) {
+        EXPECT_EQ(Tesmark({"config", "set", "bSealPosition", value}).exitCode, 0) << value;
+    }
+    const auto outcome = Tesmark({"config", "set", "bSealPosition", "5"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_NE(outcome.error.find("bSealPosition is a number from 0 to 4: \"5\" is none."),
+              std::string::npos)
+        << outcome.error;
+    EXPECT_EQ(Tesmark({"config", "get", "bSealPosition"}).out, "4\n");
+}
+
 TEST_F(ConfigTest, AllSettingsAreShownWithTheirDefaults) {
     const Json::Value settings = Json({"config", "get"})["settings"];
     EXPECT_GE(settings.size(), 12u);

@@ -31,6 +31,14 @@ TEST_F(SealSourceDoctorTest, AMachineOfWhichNothingWasSetTakesSealsFromItsKeys) 
     EXPECT_EQ(Finding("seal status"), "not asked for");
 }
 
+TEST_F(SealSourceDoctorTest, AValueThatStandsForNoSourceIsToldWithTheKeys) {
+    m_prefix.SetNumber("bSealPosition", 7);
+    EXPECT_EQ(Finding("seal source"),
+              "the keys: bSealPosition is 7, which stands for no other place");
+    m_prefix.SetNumber("bSealPosition", 2);
+    EXPECT_EQ(Finding("seal source"), "the keys");
+}
+
 TEST_F(SealSourceDoctorTest, TheOnlineServiceNeedsAnAddressOfItsForm) {
     Set("bSealPosition", "1");
     EXPECT_THAT(Finding("seal source"),

@@ -34,11 +34,18 @@ void ExamineService(Findings& findings) {
     }
 }
 
+std::string KeysText() {
+    const unsigned int position = ReadNumberSetting("bSealPosition");
+    if (position <= FindSetting("bSealPosition").largest) return "the keys";
+    return "the keys: bSealPosition is " + std::to_string(position) +
+           ", which stands for no other place";
+}
+
 void ExamineSource(Findings& findings, SealSource source) {
     if (source == SealSource::kOnline) return ExamineService(findings);
     findings.Good(kSource, source == SealSource::kName
                                ? "none: pictures are drawn of the certificate's name"
-                               : "the keys");
+                               : KeysText());
 }
 
 // The library asks for the status at exactly that.
