@@ -43,6 +43,10 @@ struct SettingHolder {
 };
 SettingHolder HolderOf(const Setting& setting);
 
+// Why what stands in the holder isn't read, or not all of it: a sentence that names it; empty if
+// nothing is wrong, or if it isn't there.
+std::string FaultOfHolder(const Setting& setting);
+
 // As text (UTF-8; a path as in PathText.h); none if it isn't set or can't be read as its type.
 std::optional<std::string> ReadSetting(const Setting& setting);
 

@@ -21,6 +21,16 @@ bool LibraryReadsSettings() {
     return opens(RegistryAccess::AllAccess) || !opens(RegistryAccess::Read64);
 }
 
+void ExamineHolder(Findings& findings, const Setting& setting, const SettingHolder& holder) {
+    const std::string fault = FaultOfHolder(setting);
+    if (fault.empty()) {
+        findings.Good("store", holder.name + (holder.there ? "" : " (not there: defaults hold)"));
+        return;
+    }
+    findings.Problem("store", fault,
+                     "mend the file; or remove it, and set the settings anew: tesmark config set");
+}
+
 // Of a class the system may find a bare name in folders of its own; its file is looked at
 // elsewhere.
 bool IsFoundBySystem(const Setting& setting, const std::string& path) {
@@ -51,8 +61,7 @@ void ExamineStore(Findings& findings) {
         const SettingHolder holder = HolderOf(setting);
         if (holder.name.empty() || holder.name == former) continue;
         if (former.empty() || setting.root == platform::RegistryRoot::CurrentUser) {
-            findings.Good("store",
-                          holder.name + (holder.there ? "" : " (not there: defaults hold)"));
+            ExamineHolder(findings, setting, holder);
         }
         former = holder.name;
     }
