@@ -5,6 +5,7 @@
 #include "CliFixture.h"
 #include "components/certservice/Places.h"
 #include "foundation/Registry.h"
+#include "platform/Files.h"
 #include "platform/Module.h"
 #include "platform/RegistryStore.h"
 
@@ -222,6 +223,29 @@ TEST_F(DoctorTest, ALibraryThatIsNoServiceIsNamedAndNeverCalled) {
         EXPECT_NE(refused.error.find("is no certificate service"), std::string::npos)
             << refused.error;
     }
+}
+
+TEST_F(DoctorTest, ALogThatCannotBeWrittenIsAProblem) {
+    std::string folder = m_prefix.LogFolder();
+    folder.pop_back();
+    const std::string log = folder + platform::PathSeparator() + "Fenmoor.log";
+    std::filesystem::remove(log);
+    std::filesystem::create_directories(log);
+    EXPECT_NE(Text().find("The log can't be written: " + log + " (it is a folder)."),
+              std::string::npos)
+        << Text();
+    std::filesystem::remove_all(folder);
+    WriteFile(folder, "in the folder's place");
+    // The program's log may be where it runs then.
+    ProgramOptions inPrefix;
+    inPrefix.folder = m_prefix.Path();
+    const std::string told = Tesmark({"doctor"}, inPrefix).out;
+    EXPECT_NE(told.find("The log can't be written: " + log + " (" + folder +
+                        " is no folder; look for it in the working folder)."),
+              std::string::npos)
+        << told;
+    std::filesystem::remove(folder);
+    EXPECT_EQ(Text().find("The log can't be written"), std::string::npos) << Text();
 }
 
 TEST_F(ConfigTest, OnlyACertificateServiceIsRegisteredAsOne) {

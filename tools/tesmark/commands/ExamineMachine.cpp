@@ -95,22 +95,43 @@ bool IsWritableFolder(const fs::path& folder) {
     return true;
 }
 
+// Why nothing can be added to the log, a clause; empty if nothing keeps it from that. Its folder is
+// made with the first record.
+std::string FaultOfLog(const fs::path& log) {
+    std::error_code error;
+    if (fs::is_directory(log, error)) return "it is a folder";
+    if (fs::exists(log, error)) {
+        const std::string path = platform::PathFromUtf8(TextOf(log));
+        return platform::AppendTextRecord(path.c_str(), "") < 0 ? "there is no right to" : "";
+    }
+    fs::path folder = log.parent_path();
+    while (!fs::exists(folder, error) && folder != folder.parent_path()) {
+        folder = folder.parent_path();
+    }
+    const bool isFolder = fs::is_directory(folder, error);
+    if (isFolder && IsWritableFolder(folder)) return "";
+    const std::string why = isFolder ? "there is no right to write " + TextOf(folder)
+                                     : TextOf(folder) + " is no folder";
+    // There it is where its own folder couldn't be made.
+    const bool elsewhere = !fs::is_directory(log.parent_path(), error);
+    return why + (elsewhere ? "; look for it in the working folder" : "");
+}
+
 void ExamineLog(Findings& findings) {
     const std::string path = LogPath();
     if (path.empty()) {
         findings.Problem("log", "The system tells no folder for the log.", "set HOME");
         return;
     }
-    std::error_code error;
-    const auto size = fs::file_size(FileAt(path), error);
-    const bool there = !error;
-    const fs::path folder = FileAt(path).parent_path();
-    if (!there && fs::is_directory(folder, error) && !IsWritableFolder(folder)) {
-        findings.Problem("log", "The log can't be written: " + path + ".",
-                         "give yourself the right to write the folder");
+    if (const std::string fault = FaultOfLog(FileAt(path)); !fault.empty()) {
+        findings.Problem("log", "The log can't be written: " + path + " (" + fault + ").",
+                         "make room for a file of your own there: the log tells causes that "
+                         "nothing else does");
         return;
     }
-    findings.Good("log", path + (there ? " (" + SizeText(size) + ")" : " (not yet there)"));
+    std::error_code error;
+    const auto size = fs::file_size(FileAt(path), error);
+    findings.Good("log", path + (error ? " (not yet there)" : " (" + SizeText(size) + ")"));
 }
 
 void ExamineCrlFolder(Findings& findings) {
