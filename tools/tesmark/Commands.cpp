@@ -2,12 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <cstdio>
 #include <exception>
 #include <new>
+#include <sstream>
 
 #include "CommandLineFailure.h"
 #include "Failure.h"
 #include "Library.h"
+#include "StandardOutput.h"
 #include "Version.h"
 #include "foundation/StringFailure.h"
 
@@ -49,8 +52,10 @@ void Declare(CLI::App& app, Invocation& invocation) {
 // Help and version are no errors: they go to standard output, with exit code 0.
 ExitCode EndOfParsing(const CLI::App& app, const CLI::ParseError& error, bool json) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-        app.exit(error);
-        return ExitCode::kOk;
+        std::ostringstream text;
+        app.exit(error, text, text);
+        std::fputs(text.str().c_str(), StandardOutput());
+        return std::fflush(StandardOutput()) == 0 ? ExitCode::kOk : ExitCode::kFile;
     }
     const Failure failure = CommandLineFailure(app, error);
     PrintFailure(failure, json, "");

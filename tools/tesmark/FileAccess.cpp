@@ -1,6 +1,7 @@
 #include "FileAccess.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include "Failure.h"
 #include "Output.h"
 #include "PathText.h"
+#include "StandardOutput.h"
 #include "Terminal.h"
 #include "pdf/FileState.h"
 #include "platform/Files.h"
@@ -87,9 +89,10 @@ void CheckIsNotInput(const std::string& output, const std::string& input) {
 
 void WriteWholeFile(const std::string& path, std::string_view content) {
     if (path == "-") {
-        std::cout.write(content.data(), static_cast<std::streamsize>(content.size())).flush();
-        if (!std::cout) throw Unwritable("standard output", "writing failed");
-        return;
+        std::FILE* const output = StandardOutput();
+        const std::size_t written = std::fwrite(content.data(), 1, content.size(), output);
+        if (std::fflush(output) == 0 && written == content.size()) return;
+        throw Unwritable("standard output", "writing failed");
     }
     const fs::path part = FileAt(NameBeside(path));
     errno = 0;

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "ResultText.h"
+#include "StandardOutput.h"
 #include "TerminalText.h"
 
 namespace {
@@ -92,11 +93,11 @@ std::string JsonText(const Json::Value& value) {
 }
 
 bool Print(const Report& report, bool json) {
-    return Write(stdout, json ? JsonText(report.json) : ForTerminal(report.text));
+    return Write(StandardOutput(), json ? JsonText(report.json) : ForTerminal(report.text));
 }
 
 void PrintFailure(const Failure& failure, bool json, const std::string& logPath) {
-    if (json) Write(stdout, JsonText(FailureObject(failure, logPath)));
+    if (json) Write(StandardOutput(), JsonText(FailureObject(failure, logPath)));
     Write(stderr, ForTerminal(FailureText(failure, logPath)));
 }
 

@@ -109,6 +109,24 @@ TEST_F(SignTest, AMissingInputIsToldBeforeAnyPin) {
     EXPECT_NE(outcome.error.find("absent"), std::string::npos) << outcome.error;
 }
 
+// Where there is no log the library says on stdout what belongs into it.
+TEST_F(SignTest, WithoutALogStandardOutputIsStillTheCommandsOwn) {
+    MakeKey("rsa", "rsa2048");
+    const std::string log = m_prefix.LogFolder() + "Fenmoor.log";
+    std::filesystem::remove(log);
+    std::filesystem::create_directories(log);
+    const auto outcome = Tesmark({"sign", m_file, "-o", "-", "--pin", "123456"});
+    const Json::Value examined = Json({"doctor"});
+    std::filesystem::remove(log);
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.error;
+    EXPECT_NE(outcome.error.find("KVLInitialize"), std::string::npos) << outcome.error;
+    WriteFile(m_file + ".p7s", outcome.out);
+    const auto verdict = Verify(m_file + ".p7s");
+    EXPECT_EQ(verdict.exitCode, 0) << verdict.error;
+    EXPECT_EQ(outcome.out.find("KVL"), std::string::npos);
+    EXPECT_TRUE(examined.isObject());
+}
+
 TEST_F(SignTest, AWrongPinIsToldWithTheTriesThatAreLeft) {
     MakeKey("rsa", "rsa2048");
     const auto outcome = Tesmark({"sign", m_file, "--pin", "000000"});
