@@ -16,6 +16,16 @@ constexpr char kLineEnd[] = "\r\n";
 // Opening up the parent may add as much again, and every offset still has 32 bits.
 constexpr std::size_t kLargest = std::size_t{1} << 31;
 
+// What a string holds without memory of its own.
+constexpr std::size_t kShort = 15;
+
+// Of `length` bytes at `p`, where kShort can be read: a copy of a fixed size needs no call.
+inline std::string ShortText(const char* p, std::size_t length) {
+    std::string text(p, kShort);
+    if (length < kShort) text.resize(length);
+    return text;
+}
+
 struct NewElement {
     std::string text;  // with its line end
     XmlElement record;
@@ -100,20 +110,6 @@ bool XmlDocument::FindNamed(std::string_view name) {
     return isSo ? GoTo(i) : FindFrom(i, name);
 }
 
-void XmlDocument::EnterElement() {
-    if (m_current == 0) return;
-    m_parent = m_current;
-    m_current = m_child;
-    m_child = 0;
-}
-
-void XmlDocument::LeaveElement() {
-    if (m_parent == 0) return;
-    m_child = m_current;
-    m_current = m_parent;
-    m_parent = m_elements[m_current].parent;
-}
-
 inline std::uint32_t XmlDocument::ContentBegin(const XmlElement& element) const {
     return element.start + XmlStartTagLength(m_text, element);
 }
@@ -124,8 +120,12 @@ std::string XmlDocument::GetElementText() const {
         return TextOfCurrent();
     // As it stands in nearly all leaves.
     const std::uint32_t startTag = XmlShortStartTagLength(element);
-    return std::string(m_text.data() + element.start + startTag,
-                       element.length - startTag - XmlShortEndTagLength(element));
+    const std::size_t begin = std::size_t{element.start} + startTag;
+    const std::size_t length = element.length - startTag - XmlShortEndTagLength(element);
+    if (length <= kShort && begin + kShort <= m_text.size()) {
+        return ShortText(m_text.data() + begin, length);
+    }
+    return std::string(m_text.data() + begin, length);
 }
 
 [[gnu::noinline]] std::string XmlDocument::TextOfCurrent() const {

@@ -33,9 +33,19 @@ public:
 
     // Goes inside the current element: before its first child, or to the child on which the cursor
     // stood when it last left. Nothing without a current element.
-    void EnterElement();
+    void EnterElement() {
+        if (m_current == 0) return;
+        m_parent = m_current;
+        m_current = m_child;
+        m_child = 0;
+    }
     // Goes to the parent; nothing outside the root.
-    void LeaveElement();
+    void LeaveElement() {
+        if (m_parent == 0) return;
+        m_child = m_current;
+        m_current = m_parent;
+        m_parent = m_elements[m_current].parent;
+    }
 
     // The text of the current element with references and CDATA sections resolved, white space
     // kept. Empty for an element that has child elements.
@@ -60,10 +70,10 @@ private:
     std::uint32_t NextSibling() const {
         return m_current != 0 ? m_elements[m_current].nextSibling : m_elements[m_parent].firstChild;
     }
+    // To another child of m_parent.
     bool GoTo(std::uint32_t i) {
         if (i == 0) return false;
         m_current = i;
-        m_parent = m_elements[i].parent;
         m_child = 0;
         return true;
     }
@@ -81,8 +91,8 @@ private:
 
     std::string m_text;
     std::string m_results;
-    std::uint32_t m_parent = 0;
-    std::uint32_t m_current = 0;
-    std::uint32_t m_child = 0;
+    std::uint32_t m_parent = 0;   // of m_current
+    std::uint32_t m_current = 0;  // 0: before all of m_parent's children
+    std::uint32_t m_child = 0;    // of m_current, where the cursor stood last
     XmlIndex m_elements;
 };

@@ -24,6 +24,7 @@ public:
 
 private:
     const char* ReadPlainStartTag(const char* tag);
+    const char* ReadPlainElement(const char* tag, std::uint32_t nameLength, XmlTextEnd text);
     const char* ReadPlainEndTag(const char* tag);
     const char* PlainEndTagEnd(const char* tag, const char* name, std::size_t nameLength) const;
     const char* ReadToken(const char* position);
@@ -96,13 +97,21 @@ bool Reader::Read() {
 // nothing but text; null for any other.
 const char* Reader::ReadPlainStartTag(const char* tag) {
     if (!StartsXmlName(tag[1])) return nullptr;
+    XmlNameAndText near;
+    if (FindXmlNameAndText(tag + 1, m_end, near)) [[likely]] {
+        return ReadPlainElement(tag, near.nameLength, {tag + 1 + near.textEnd, false});
+    }
     const char* const nameEnd = FindXmlNameEnd(tag + 1, m_end);
     const std::uint32_t nameLength = Offset(nameEnd) - Offset(tag + 1);
     if (*nameEnd != '>' || nameLength > kPlainNameLength) return nullptr;
-    const XmlTextEnd text = FindXmlTextEnd(nameEnd + 1, m_end);
+    return ReadPlainElement(tag, nameLength, FindXmlTextEnd(nameEnd + 1, m_end));
+}
+
+inline const char* Reader::ReadPlainElement(const char* tag, std::uint32_t nameLength,
+                                            XmlTextEnd text) {
     const char* const end = PlainEndTagEnd(text.place, tag + 1, nameLength);
     if (end == nullptr) {
-        Open(tag, nameEnd + 1, nameLength, XmlElement::kOnlyName);
+        Open(tag, tag + 1 + nameLength + 1, nameLength, XmlElement::kOnlyName);
         return text.place;
     }
     const std::uint32_t hints = XmlElement::kOnlyName | XmlElement::kOnlyText;

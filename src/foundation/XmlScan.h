@@ -107,6 +107,30 @@ inline const char* FindXmlNameEnd(const char* p, const char* end) {
     return p;
 }
 
+// Of a start tag of a name alone and the text behind it: the name's length, and where the "<"
+// stands that ends the text, counted from the name's first byte.
+struct XmlNameAndText {
+    unsigned int nameLength;
+    unsigned int textEnd;
+};
+
+// Tells them of the name that begins at `p`, if both are within 32 bytes and no "&" is; else false.
+// They are found at once: where a text ends the next search begins, and a search that waits for the
+// one before takes longer than all else.
+inline bool FindXmlNameAndText(const char* p, const char* end, XmlNameAndText& found) {
+    using namespace xml_scan;
+    if (end - p < static_cast<std::ptrdiff_t>(2 * sizeof(Bytes))) return false;
+    const Bytes first = Load(p);
+    const Bytes second = Load(p + sizeof(Bytes));
+    const unsigned int names = Bits(((first | ('<' ^ '>')) == '>') | (first < '0'));
+    const unsigned int texts = Bits((first == '<') | (first == '&')) |
+                               Bits((second == '<') | (second == '&')) << sizeof(Bytes);
+    if (names == 0 || texts == 0) return false;
+    found = {static_cast<unsigned int>(std::countr_zero(names)),
+             static_cast<unsigned int>(std::countr_zero(texts))};
+    return p[found.nameLength] == '>' && p[found.textEnd] == '<';
+}
+
 // Whether the name at `name` stands again at `p`, later in the text; `p` plus its length is then in
 // the text or its end.
 inline bool IsXmlNameAgain(const char* p, const char* end, const char* name, std::size_t length) {
