@@ -6,8 +6,8 @@
 
 namespace platform {
 
-// Begins on another core than its maker's, if the process may use one: left to themselves some
-// systems let a new thread wait until its maker rests, though a core is idle.
+// Begins on another core than its maker's where the system can be told so and the process may use
+// one: left to themselves some let a new thread wait until its maker rests, though a core is idle.
 class SideThread {
 public:
     SideThread();

@@ -110,6 +110,42 @@ TEST(XmlTextLimits, AStartTagTooLongForItsFieldIsFound) {
     }
 }
 
+// Short ones are found in one step, of which the place in the text's last bytes, the length and
+// what stands in them may be beyond.
+TEST(XmlTextLimits, NamesAndTextsOfEveryLengthAreReadAlikeWhereverTheyStand) {
+    const std::string letters(40, 'n');
+    for (std::size_t nameLength = 1; nameLength <= letters.size(); ++nameLength) {
+        const std::string name = letters.substr(0, nameLength);
+        for (std::size_t length = 0; length <= 40; ++length) {
+            const std::string value(length, 'v');
+            for (const std::size_t behind : {0u, 1u, 40u}) {
+                const std::string text =
+                    "<" + name + ">" + value + "</" + name + ">" + std::string(behind, ' ');
+                XmlDocument document;
+                ASSERT_TRUE(document.Load(text.c_str())) << text;
+                ASSERT_TRUE(document.FindElement(name.c_str())) << text;
+                ASSERT_EQ(document.GetElementText(), value) << text;
+            }
+        }
+    }
+}
+
+TEST(XmlTextLimits, AReferenceIsResolvedAtEveryPlaceOfAText) {
+    for (std::size_t before = 0; before <= 40; ++before) {
+        for (const std::size_t behind : {0u, 1u, 40u}) {
+            const std::string front(before, 'v');
+            const std::string rest(behind, 'w');
+            const std::string text = "<A><B>" + front + "&amp;" + rest + "</B></A>";
+            XmlDocument document;
+            ASSERT_TRUE(document.Load(text.c_str()));
+            ASSERT_TRUE(document.FindElement("A"));
+            document.EnterElement();
+            ASSERT_TRUE(document.FindElement("B"));
+            EXPECT_EQ(document.GetElementText(), front + "&" + rest);
+        }
+    }
+}
+
 TEST(XmlTextLimits, LongNamesAreReadAndWritten) {
     const std::string name(3000, 'n');
     XmlDocument document;

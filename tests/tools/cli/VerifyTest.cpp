@@ -241,6 +241,23 @@ TEST_F(VerifyTest, AShortenedRangeIsBad) {
     EXPECT_EQ(Verify().exitCode, 7);
 }
 
+TEST_F(VerifyTest, ASignatureWhoseRangeIsRefusedReachesNoComponent) {
+    StampByRsa();
+    const auto calls = [&] {
+        const std::string path = m_prefix.LogFolder() + "Fenmoor.log";
+        WriteFile(path, "");
+        Verify();
+        const std::string log = FileContent(path);
+        return log.find("GetInfoFromSignedDataEx") != std::string::npos;
+    };
+    EXPECT_TRUE(calls());
+    std::string bytes = FileContent(m_out);
+    bytes[bytes.rfind("/ByteRange [0") + 12] = '1';
+    WriteFile(m_out, bytes);
+    EXPECT_FALSE(calls());
+    EXPECT_EQ(Signature()["steps"][0]["failed"].asString(), "coverage");
+}
+
 TEST_F(VerifyTest, ASignerWhoseAuthorityIsNotTrustedIsBad) {
     StampByRsa();
     std::filesystem::remove(InTrust("velmora-development-rsa.pem"));

@@ -51,12 +51,28 @@ std::string AsClause(std::string sentence) {
     return sentence;
 }
 
+bool IsOtherForm(const PdfSignature& signature) {
+    return std::find(kOtherForms.begin(), kOtherForms.end(), signature.subFilter) !=
+           kOtherForms.end();
+}
+
+// The first certificate that has to be decoded takes as long as ten others. Whether the signature
+// is one that will be judged isn't known for sure until the whole document was looked through.
+void PrepareFirst(const PdfSignatures& found) {
+    const auto first =
+        std::find_if(found.list.begin(), found.list.end(), [](const PdfSignature& signature) {
+            return signature.problem == RangeProblem::kNone && !IsOtherForm(signature) &&
+                   signature.end <= kLargestInMemory &&
+                   KindOf(signature.contents) == SignatureKind::kPkcs7;
+        });
+    if (first != found.list.end()) PrepareSigner(first->contents);
+}
+
 SignatureVerdict Judge(CDocumentBytes& document, const PdfSignature& signature) {
     if (signature.problem != RangeProblem::kNone) {
         return Refused("coverage", 0, AsClause(RangeProblemText(signature.problem)));
     }
-    if (std::find(kOtherForms.begin(), kOtherForms.end(), signature.subFilter) !=
-        kOtherForms.end()) {
+    if (IsOtherForm(signature)) {
         return Refused("form", kServiceNotSupported,
                        "signatures of the form " + signature.subFilter + " can't be verified here");
     }
@@ -235,7 +251,7 @@ Report VerifyPdf(const Options& options) {
     report.json["signatures"] = Json::Value(Json::arrayValue);
     if (reading.Found().list.empty()) return Unsigned(std::move(report));
     const LibrarySession library;
-    PrepareSigner(reading.Found().list.front().contents);
+    PrepareFirst(reading.Found());
     Judged judged;
     CheckRead(reading.Finish(judged.all, message), message);
     const Progress progress(

@@ -9,7 +9,8 @@
 #include "platform/FileView.h"
 
 // A document as it stands in its file, opened once for all that is found out about it. Its bytes
-// aren't copied, but for those that have to move where a gap is closed. For one thread.
+// aren't copied, but for those that have to move where a gap is closed. For one thread,
+// but for the bytes of Whole(), which others may read as long as they stand.
 class CDocumentBytes {
 public:
     explicit CDocumentBytes(const std::string& path);

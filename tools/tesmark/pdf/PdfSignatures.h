@@ -31,7 +31,8 @@ public:
     // kNone, or kInputUnreadable, kNotPdf, kDamaged, kEncrypted (it wants a password) with one
     // sentence in `message`. First of all.
     StampError Begin(std::string& message);
-    // What Begin has read, in the order of the form: that a range is sound isn't certain yet.
+    // What Begin has read, in the order of the form: that a range is sound isn't certain yet. From
+    // a Begin that gave kNone until Finish.
     const PdfSignatures& Found() const;
     // The same codes. After a Begin that gave kNone, once.
     StampError Finish(PdfSignatures& signatures, std::string& message);
