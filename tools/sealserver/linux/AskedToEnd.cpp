@@ -48,6 +48,13 @@ public:
     HeldSignals& operator=(const HeldSignals&) = delete;
 
     const sigset_t& Set() const { return m_signals; }
+    // On this thread, but for SIGHUP, which stays held on all of them behind this as well.
+    void Release() {
+        if (sigismember(&m_signals, SIGHUP) == 1) sigaddset(&m_former, SIGHUP);
+        sigset_t released = m_signals;
+        sigdelset(&released, SIGHUP);
+        pthread_sigmask(SIG_UNBLOCK, &released, nullptr);
+    }
 
 private:
     const sigset_t m_signals = SignalsToEnd();
@@ -68,10 +75,11 @@ public:
 private:
     void Run() {
         if (WaitFor(m_over, m_asked)) return;
-        // This one is taken, the next one ends the process, on this thread.
-        signalfd_siginfo taken;
-        if (read(m_asked.Get(), &taken, sizeof taken) < 0) return;
-        pthread_sigmask(SIG_UNBLOCK, &m_held.Set(), nullptr);
+        // Those that came together are one, as a SIGTERM with a SIGHUP right behind it. A further
+        // one ends the process, on this thread.
+        signalfd_siginfo taken[3];
+        if (read(m_asked.Get(), taken, sizeof taken) < 0) return;
+        m_held.Release();
         m_stop();
         WaitFor(m_over, m_over);
     }
@@ -83,7 +91,7 @@ private:
     }
 
     const std::function<void()>& m_stop;
-    const HeldSignals m_held;
+    HeldSignals m_held;
     const Descriptor m_asked{signalfd(-1, &m_held.Set(), SFD_CLOEXEC)};
     const Descriptor m_over{eventfd(0, EFD_CLOEXEC)};
     std::thread m_thread;

@@ -103,6 +103,36 @@ TEST_F(EndOnLinux, ASecondSignalEndsItAtOnce) {
     EXPECT_EQ(WTERMSIG(status), SIGINT);
 }
 
+TEST_F(EndOnLinux, AClosedTerminalsSecondHangUpChangesNothing) {
+    Start();
+    RawClient client = BegunRequest();
+    kill(m_program, SIGHUP);
+    AwaitClosedPort();
+    kill(m_program, SIGHUP);
+    client.Send("x");
+    EXPECT_THAT(client.Receive(), StartsWith("HTTP/1.1 403 "));
+    const int status = Status();
+    EXPECT_TRUE(WIFEXITED(status)) << status;
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST_F(EndOnLinux, AHangUpRightBehindAnotherSignalChangesNothing) {
+    Start();
+    RawClient client = BegunRequest();
+    // While it is stopped, it finds both.
+    kill(m_program, SIGSTOP);
+    ASSERT_EQ(waitpid(m_program, nullptr, WUNTRACED), m_program);
+    kill(m_program, SIGTERM);
+    kill(m_program, SIGHUP);
+    kill(m_program, SIGCONT);
+    AwaitClosedPort();
+    client.Send("x");
+    EXPECT_THAT(client.Receive(), StartsWith("HTTP/1.1 403 "));
+    const int status = Status();
+    EXPECT_TRUE(WIFEXITED(status)) << status;
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
 TEST_F(EndOnLinux, ASignalThatIsIgnoredStaysIgnored) {
     Start(SIGHUP);
     RawClient client = BegunRequest();
