@@ -163,14 +163,14 @@ private:
         };
         m_server->Get(".*", answer);
         m_server->Post(".*", answer);
-        // What is refused while its body is read comes here without a word.
-        m_server->set_error_handler(
-            Server::HandlerWithResponse([](const Request& request, Response& response) {
-                if (!response.body.empty() || request.path == kServicePath)
-                    return Handled::Unhandled;
-                RefuseForm(response);
-                return Handled::Handled;
-            }));
+        // A form that is refused while its body is read comes here without a word.
+        m_server->set_error_handler(Server::HandlerWithResponse([](const Request& request,
+                                                                   Response& response) {
+            if (request.method != "POST" || !response.body.empty() || request.path == kServicePath)
+                return Handled::Unhandled;
+            RefuseForm(response);
+            return Handled::Handled;
+        }));
         m_server->set_exception_handler([](const Request&, Response& response, std::exception_ptr) {
             Refuse(response, 500, "The server failed.\n");
         });

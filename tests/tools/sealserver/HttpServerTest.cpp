@@ -10,6 +10,7 @@
 
 #include "foundation/Text.h"
 #include "support/Program.h"
+#include "tests/tools/sealserver/RawClient.h"
 #include "tests/tools/sealserver/RunningServer.h"
 #include "tests/tools/sealserver/StoreFixture.h"
 #include "tools/sealserver/Password.h"
@@ -99,6 +100,16 @@ TEST_F(HttpServerTest, AFormThatCannotBeTakenInIsAnsweredByAPageThatSaysWhy) {
     ASSERT_TRUE(clients);
     EXPECT_EQ(clients->status, 413);
     EXPECT_EQ(clients->body, "");
+}
+
+TEST_F(HttpServerTest, WhatIsNoFormIsNotRefusedAsOne) {
+    for (const char* const line : {"BREW /login HTTP/1.1", "/login", "GET /login HTTP/9.9"}) {
+        RawClient client(m_running.Address());
+        client.Send(std::string(line) + "\r\nHost: localhost\r\n\r\n");
+        const std::string answer = client.Receive();
+        EXPECT_THAT(answer, StartsWith("HTTP/1.1 400 ")) << line;
+        EXPECT_TRUE(answer.ends_with("\r\n\r\n")) << answer;
+    }
 }
 
 TEST_F(HttpServerTest, ABodyWithoutItsLengthOrCompressedIsRefused) {
