@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <system_error>
 #include <thread>
 
@@ -31,27 +32,39 @@ const Event& Asked() {
     return *asked;
 }
 
+std::atomic<bool> g_isWatched = false;
+
 // On a thread of the system's own. When it returns from an event that closes the console, logs the
 // user off or shuts down, the process is ended there and then; it has a few seconds.
 BOOL WINAPI NoteEvent(DWORD event) {
+    if (!g_isWatched) return FALSE;
     const bool isFirst = !Asked().IsSet();
     Asked().Set();
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
     return isFirst ? TRUE : FALSE;
 }
 
+// For good: the system runs NoteEvent under the lock that removing it would wait for, and NoteEvent
+// may never come back.
+void ListenToConsole() {
+    static const bool isListening = SetConsoleCtrlHandler(NoteEvent, TRUE) != 0;
+    if (!isListening)
+        throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+}
+
 // A thread that waits for an event of the console as long as this lives.
 class Watch {
 public:
     explicit Watch(const std::function<void()>& stop) : m_stop(stop) {
+        ListenToConsole();
         ResetEvent(Asked().Get());
-        SetConsoleCtrlHandler(NoteEvent, TRUE);
         m_thread = std::thread([this] { Run(); });
+        g_isWatched = true;
     }
     ~Watch() {
+        g_isWatched = false;
         m_over.Set();
         m_thread.join();
-        SetConsoleCtrlHandler(NoteEvent, FALSE);
     }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
