@@ -1,5 +1,6 @@
 #include "KeyDevices.h"
 
+#include <exception>
 #include <utility>
 
 #include "components/certservice/KeyFolder.h"
@@ -31,7 +32,11 @@ std::string TriesText(int tries) {
 
 void TellTriesLeft(const std::string& certId, Failure& failure) {
     if (failure.code != kServicePinWrong) return;
-    const std::string tries = TriesText(TriesLeft(certId));
-    if (tries.empty()) return;
-    failure.hint = "  " + tries + (failure.hint.empty() ? "" : "\n") + failure.hint;
+    try {
+        const std::string tries = TriesText(TriesLeft(certId));
+        if (tries.empty()) return;
+        failure.hint = "  " + tries + (failure.hint.empty() ? "" : "\n") + failure.hint;
+    } catch (const std::exception&) {
+        // The wrong PIN is what matters, and is told without them.
+    }
 }

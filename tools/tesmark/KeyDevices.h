@@ -17,5 +17,5 @@ int TriesLeft(const std::string& certId);
 std::string TriesText(int tries);
 
 // Adds to the hint of a failure that a wrong PIN is behind how many tries it has left, if the
-// devices know.
+// devices know; if they fail, the failure stays as it was. Throws nothing of its own.
 void TellTriesLeft(const std::string& certId, Failure& failure);
