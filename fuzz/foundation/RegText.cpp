@@ -26,6 +26,7 @@ void CheckSet(const RegText& before, std::string_view name, const std::string& l
               std::string_view expected) {
     RegText text = before;
     REQUIRE(text.Set(kKey, name, literal));
+    REQUIRE(before.FirstStrayLine() != 0 || text.FirstStrayLine() == 0);
     REQUIRE(BytesOf(text, kKey, name) == expected);
     REQUIRE(text.HasKey(kKey));
     for (const std::string_view other : {"sWSURL", "b", ""}) {

@@ -1,5 +1,6 @@
 #include "platform/RegText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <utility>
@@ -11,6 +12,8 @@ namespace {
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kHeader = "Windows Registry Editor Version 5.00";
+constexpr std::string_view kAnyHeader = "Windows Registry Editor ";
+constexpr std::string_view kOldHeader = "REGEDIT4";
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
@@ -217,18 +220,20 @@ struct FoundValue {
     RegValue value;
 };
 
+// Reads the name of a value at `position` and moves behind it; "" for the default value.
+std::optional<std::string> ReadName(std::string_view contents, std::size_t& position) {
+    if (contents[position] == '"') return ReadQuoted(contents, position);
+    ++position;
+    return std::string();
+}
+
+// The value of that name; without one, whatever value the line has.
 std::optional<FoundValue> ReadValue(std::string_view contents, const Line& line,
-                                    std::string_view wanted) {
+                                    std::optional<std::string_view> wanted) {
     if (line.Kind() != '"' && line.Kind() != '@') return std::nullopt;
     auto position = static_cast<std::size_t>(line.text.data() - contents.data());
-    std::optional<std::string> name;
-    if (line.Kind() == '"') {
-        name = ReadQuoted(contents, position);
-    } else {
-        name.emplace();
-        ++position;
-    }
-    if (!name || !EqualNoCase(*name, wanted)) return std::nullopt;
+    const auto name = ReadName(contents, position);
+    if (!name || (wanted && !EqualNoCase(*name, *wanted))) return std::nullopt;
     SkipBlanks(contents, position);
     if (!Accept(contents, position, "=")) return std::nullopt;
     SkipBlanks(contents, position);
@@ -238,6 +243,15 @@ std::optional<FoundValue> ReadValue(std::string_view contents, const Line& line,
     const auto feed = contents.find('\n', position);
     const auto end = feed == std::string_view::npos ? contents.size() : feed + 1;
     return FoundValue{line.begin, end, literal, position, std::move(*value)};
+}
+
+// A key, a comment, or the header.
+bool SaysWhatItIs(const Line& line) {
+    switch (line.Kind()) {
+        case ';': return true;
+        case '[': return !KeyOfLine(line.text).empty();
+        default: return line.text.starts_with(kAnyHeader) || line.text.starts_with(kOldHeader);
+    }
 }
 
 // Calls visit(line) for the [key] line of every section of `key` and for each line in it.
@@ -313,6 +327,21 @@ std::optional<RegValue> RegText::Find(std::string_view key, std::string_view nam
     auto found = FindLast(m_contents, key, name);
     if (!found) return std::nullopt;
     return std::move(found->value);
+}
+
+std::size_t RegText::FirstStrayLine() const {
+    std::size_t number = 1;
+    Line line;
+    for (std::size_t position = 0; NextLine(m_contents, position, line);) {
+        if (const auto value = ReadValue(m_contents, line, std::nullopt)) {
+            position = value->end;
+        } else if (!SaysWhatItIs(line)) {
+            return number;
+        }
+        const auto read = std::string_view(m_contents).substr(line.begin, position - line.begin);
+        number += static_cast<std::size_t>(std::count(read.begin(), read.end(), '\n'));
+    }
+    return 0;
 }
 
 bool RegText::AddKey(std::string_view key) {

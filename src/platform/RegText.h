@@ -39,6 +39,9 @@ public:
     bool HasKey(std::string_view key) const;
     // Nothing if the value is absent or can't be read. An empty `name` is the default value.
     std::optional<RegValue> Find(std::string_view key, std::string_view name) const;
+    // The number, from 1 on, of the first line that is skipped without being blank, a comment or
+    // the header ("Windows Registry Editor ...", "REGEDIT4"); 0 without one.
+    std::size_t FirstStrayLine() const;
 
     // Adds the key's line at the end unless it is there. False, with the contents as they were, if
     // the key can't be written as a line.

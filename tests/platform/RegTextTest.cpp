@@ -229,4 +229,30 @@ TEST(RegTextTest, EveryLiteralComesBack) {
     EXPECT_EQ(ValueOf(RegText::RawLiteral("")), "");
 }
 
+TEST(RegTextTest, TheFirstLineThatIsSkippedIsTold) {
+    const auto stray = [](const std::string& line) {
+        return RegText("REGEDIT4\r\n\r\n[HKLM]\n\"a\"=hex:01,\\\n  02\n" + line + "\n[HKLM")
+            .FirstStrayLine();
+    };
+    for (const char* const line : {"rubbish", "[a] b", "[]", "\"a=1", "\"a\"=rubbish", "\"a\"",
+                                   "\"a\"=-", "@", "\"a\"=\"1", "dword:1", "  03"}) {
+        EXPECT_EQ(stray(line), 6u) << line;
+    }
+    for (const char* const line :
+         {"", " ", "; rubbish", "[a]b]", "@=dword:1 ; one", "\"b\" = \"1\"", "[HKCU] ; mine"}) {
+        EXPECT_EQ(stray(line), 7u) << line;
+    }
+}
+
+TEST(RegTextTest, WhereEveryLineIsReadNoneIsStray) {
+    EXPECT_EQ(RegText().FirstStrayLine(), 0u);
+    EXPECT_EQ(RegText("\xEF\xBB\xBFWindows Registry Editor Version 5.00\r\n\r\n[HKLM\\a]\r\n"
+                      "\"a\"=hex(1):41,\\\r\n  00")
+                  .FirstStrayLine(),
+              0u);
+    RegText written;
+    ASSERT_TRUE(written.Set(kKey, "\"[a]\\", RegText::RawLiteral("ab")));
+    EXPECT_EQ(written.FirstStrayLine(), 0u);
+}
+
 }  // namespace

@@ -61,7 +61,8 @@ TEST_F(StoreDoctorOnLinux, AStoreThatIsInOrderHasNoFaults) {
 
 TEST_F(StoreDoctorOnLinux, AStoreThatIsRubbishIsAProblem) {
     const std::string skipped = " of the settings' file " + m_machine +
-                                " is neither a key nor a value; such lines are skipped.|";
+                                " is neither a key nor a value that can be read; such lines are "
+                                "skipped.|";
     WriteFile(m_machine, "hello world\n");
     EXPECT_EQ(Faults(), "Line 1" + skipped);
     WriteFile(m_machine, std::string("\x7F"
@@ -70,6 +71,8 @@ TEST_F(StoreDoctorOnLinux, AStoreThatIsRubbishIsAProblem) {
     EXPECT_EQ(Faults(), "Line 1" + skipped);
     WriteFile(m_machine, "[HKLM\\software]\n\"a\"=dword:1\nb=dword:1\n");
     EXPECT_EQ(Faults(), "Line 3" + skipped);
+    WriteFile(m_machine, "[HKLM\\software]\n\"a\"=\"rubbish\n");
+    EXPECT_EQ(Faults(), "Line 2" + skipped);
     EXPECT_EQ(Tesmark({"doctor"}).exitCode, 3);
     WriteFile(InPrefix("user.reg"), "[HKCU\n");
     EXPECT_NE(Faults().find("Line 1 of the settings' file " + InPrefix("user.reg")),
