@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
-#include <cstdio>
 #include <exception>
 #include <new>
 #include <sstream>
@@ -10,7 +9,7 @@
 #include "CommandLineFailure.h"
 #include "Failure.h"
 #include "Library.h"
-#include "StandardOutput.h"
+#include "Output.h"
 #include "Version.h"
 #include "foundation/StringFailure.h"
 
@@ -49,17 +48,23 @@ void Declare(CLI::App& app, Invocation& invocation) {
     for (const DeclareCommand declare : kCommands) declare(app, invocation);
 }
 
+Failure UnwritableOutput() { return {ExitCode::kFile, "Standard output can't be written."}; }
+
+// Before there is a log.
+ExitCode FailAtStart(const Failure& failure, bool json) {
+    PrintFailure(failure, json, "");
+    return failure.exitCode;
+}
+
 // Help and version are no errors: they go to standard output, with exit code 0.
 ExitCode EndOfParsing(const CLI::App& app, const CLI::ParseError& error, bool json) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
         std::ostringstream text;
         app.exit(error, text, text);
-        std::fputs(text.str().c_str(), StandardOutput());
-        return std::fflush(StandardOutput()) == 0 ? ExitCode::kOk : ExitCode::kFile;
+        if (Print({text.str()}, false)) return ExitCode::kOk;
+        return FailAtStart(UnwritableOutput(), json);
     }
-    const Failure failure = CommandLineFailure(app, error);
-    PrintFailure(failure, json, "");
-    return failure.exitCode;
+    return FailAtStart(CommandLineFailure(app, error), json);
 }
 
 ExitCode Fail(const Failure& failure, bool json) {
@@ -69,9 +74,7 @@ ExitCode Fail(const Failure& failure, bool json) {
 
 ExitCode Run(const Invocation& invocation) {
     const Report report = invocation.command();
-    if (!Print(report, invocation.json)) {
-        throw Failure{ExitCode::kFile, "Standard output can't be written."};
-    }
+    if (!Print(report, invocation.json)) throw UnwritableOutput();
     return report.exitCode;
 }
 
