@@ -65,8 +65,8 @@ bool IsBeyondReading(const Setting& setting, const std::string& text);
 std::string RelativePathOf(const Setting& setting, const std::string& text);
 
 // Checks `text` against the type and the largest number, and that a path is absolute (usage
-// Failure), and stores it. A store that
-// can't be written is a setup Failure, and so is one that doesn't give the value back.
+// Failure), and stores it. A store that can't be written is a setup Failure, and so is one that
+// doesn't give the value back.
 void WriteSetting(const Setting& setting, const std::string& text);
 
 // False if it wasn't set. A store that can't be written is a setup Failure.

@@ -199,6 +199,7 @@ TEST_F(DoctorTest, ASettingThatIsNoAbsolutePathIsNamed) {
     m_prefix.RegisterInstallation("rel");
     EXPECT_EQ(Problems(), 1u) << Text();
     EXPECT_NE(Text().find("InstallPath is no absolute path: rel"), std::string::npos) << Text();
+    EXPECT_NE(Text().find("config set InstallPath ABSOLUTE_PATH"), std::string::npos) << Text();
 }
 
 TEST_F(DoctorTest, ServicesFilesThatAreNoLibrariesAreNamed) {

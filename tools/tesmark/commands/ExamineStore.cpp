@@ -49,7 +49,7 @@ void ExamineSettings(Findings& findings) {
         findings.Problem("setting",
                          std::string(setting.name) + " is no absolute path: " +
                              Printable(relative) + " means another place in each working folder.",
-                         std::string("tesmark config set ") + setting.name + " /AN/ABSOLUTE/PATH");
+                         std::string("tesmark config set ") + setting.name + " ABSOLUTE_PATH");
     }
 }
 
