@@ -281,7 +281,8 @@ TEST_F(HttpServerTest, APortInUseAndAnAddressOfOthersAreTold) {
 }
 
 TEST_F(HttpServerTest, OneThatServesNoMoreIsStoppedAlready) {
-    AccessLog log("");
+    const std::string path = m_folder.Below("second.log");
+    AccessLog log(path);
     SealService service(m_store);
     AdminSite site(
         m_store, [] { return std::time_t{0}; }, false);
@@ -290,7 +291,9 @@ TEST_F(HttpServerTest, OneThatServesNoMoreIsStoppedAlready) {
     server.Stop();
     serving.join();
     server.Stop();
-    EXPECT_FALSE(httplib::Client(server.Url("")).Get("/login"));
+    // Another program may have the port by now.
+    httplib::Client(server.Url("")).Get("/login");
+    EXPECT_EQ(ReadFileToString(path), "");
 }
 
 // Its own certificate is the only one that its client trusts. Built by MinGW the client knows no
