@@ -8,6 +8,6 @@ std::FILE* StandardOutput();
 
 // Keeps the standard output for StandardOutput() and puts standard error in its place: the library
 // writes its records to stdout where it can't write its log, and would write them between the bytes
-// of a document or a signature. Once, before anything was written. On a terminal, and without a
-// standard output or a standard error, all stays as it was.
+// of a document or a signature. What is kept is no child's. Once, before anything was written. On a
+// terminal, and without a standard output or a standard error, all stays as it was.
 void KeepStandardOutput();
