@@ -60,7 +60,7 @@ SealPicture FromFile(const PictureOptions& options) {
     return made;
 }
 
-// Neither what is no number lies within a range.
+// What is no number lies within no range.
 std::string FaultOf(double millimetres, double smallest, double largest) {
     if (millimetres >= smallest && millimetres <= largest) return "";
     std::array<char, 96> text{};
