@@ -42,9 +42,16 @@ inline unsigned int Bits(Found found) {
 #endif
 }
 
-// The place of the first that was found; the number of bytes if none was.
-inline std::size_t First(Found found) {
-    return static_cast<std::size_t>(std::countr_zero(Bits(found) | 1U << sizeof(Bytes)));
+// The place of the first whose bit is set; the number of bytes if none is.
+inline std::size_t First(unsigned int bits) {
+    return static_cast<std::size_t>(std::countr_zero(bits | 1U << sizeof(Bytes)));
+}
+inline std::size_t First(Found found) { return First(Bits(found)); }
+
+// A bit for each byte that ends a name: an angle bracket, which differ in one bit, or what stands
+// below the digits, as a few bytes do that end none.
+inline unsigned int NameEnds(Bytes bytes) {
+    return Bits(((bytes | ('<' ^ '>')) == '>') | (bytes < '0'));
 }
 
 template <typename Word>
@@ -97,10 +104,7 @@ inline XmlTextEnd FindXmlTextEnd(const char* p, const char* end) {
 inline const char* FindXmlNameEnd(const char* p, const char* end) {
     using namespace xml_scan;
     if (HasRoom(p, end)) [[likely]] {
-        // Whatever ends a name is an angle bracket, which differ in one bit, or stands below the
-        // digits, as a few bytes do that don't.
-        const Bytes bytes = Load(p);
-        const std::size_t first = First(((bytes | ('<' ^ '>')) == '>') | (bytes < '0'));
+        const std::size_t first = First(NameEnds(Load(p)));
         if (first < sizeof(Bytes) && p[first] == '>') return p + first;
     }
     while (!EndsXmlName(*p)) ++p;
@@ -122,7 +126,7 @@ inline bool FindXmlNameAndText(const char* p, const char* end, XmlNameAndText& f
     if (end - p < static_cast<std::ptrdiff_t>(2 * sizeof(Bytes))) return false;
     const Bytes first = Load(p);
     const Bytes second = Load(p + sizeof(Bytes));
-    const unsigned int names = Bits(((first | ('<' ^ '>')) == '>') | (first < '0'));
+    const unsigned int names = NameEnds(first);
     const unsigned int texts = Bits((first == '<') | (first == '&')) |
                                Bits((second == '<') | (second == '&')) << sizeof(Bytes);
     if (names == 0 || texts == 0) return false;
