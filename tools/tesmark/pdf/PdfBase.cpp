@@ -21,6 +21,12 @@ constexpr std::uint64_t kTailSearch = 1'054;
 constexpr std::uint64_t kHeaderLength = 16;
 constexpr int kHighestNumber = 8'388'607;  // what readers must be able to hold
 
+// Without the file's name in front.
+std::string DamageSentence(const std::exception& error) {
+    if (const auto* told = dynamic_cast<const QPDFExc*>(&error)) return told->getMessageDetail();
+    return error.what();
+}
+
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsBlank(char c) {
     return std::string_view("\0\t\n\f\r ", 6).find(c) != std::string_view::npos;
@@ -135,8 +141,7 @@ void CPdfBase::Process(const std::function<void()>& open) {
     } catch (const QPDFExc& error) {
         ThrowFor(error, m_ifEncrypted);
     } catch (const std::exception& error) {
-        throw CPdfFailure(StampError::kDamaged,
-                          "The PDF can't be read: " + DamageSentence(error) + ".");
+        throw UnreadablePdf(error);
     }
     // Warnings so far tell of things that change no object, like a wrong /Size.
     m_pdf.getWarnings();
@@ -166,7 +171,6 @@ std::string WhyUnreadable(const std::string& path) {
                         : "There is no file \"" + text + "\".";
 }
 
-std::string DamageSentence(const std::exception& error) {
-    if (const auto* told = dynamic_cast<const QPDFExc*>(&error)) return told->getMessageDetail();
-    return error.what();
+CPdfFailure UnreadablePdf(const std::exception& error) {
+    return {StampError::kDamaged, "The PDF can't be read: " + DamageSentence(error) + "."};
 }

@@ -59,6 +59,3 @@ private:
 
 // Why the file of that path can't be read, as a sentence.
 std::string WhyUnreadable(const std::string& path);
-
-// qpdf's own sentence about `error` without the file's name in front.
-std::string DamageSentence(const std::exception& error);

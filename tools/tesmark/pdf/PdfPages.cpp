@@ -181,20 +181,14 @@ PdfPage FindPdfPage(CPdfBase& base, int number) {
 StampError MeasurePdfPage(const std::string& path, int page, PdfPageSize& size,
                           std::string& message) {
     size = {};
-    message.clear();
-    try {
-        CPdfBase base(path);
-        size.pageCount = PdfPageCount(base);
-        const PdfPage found = FindPdfPage(base, page);
-        base.CheckWhatWasRead();
-        size = {found.number, found.pageCount, VisibleWidthMm(found.geometry),
-                VisibleHeightMm(found.geometry)};
-        return StampError::kNone;
-    } catch (const CPdfFailure& failure) {
-        message = failure.what();
-        return failure.Error();
-    } catch (const std::exception& error) {
-        message = "The PDF can't be read: " + DamageSentence(error) + ".";
-        return StampError::kDamaged;
-    }
+    return ResultOf(
+        [&] {
+            CPdfBase base(path);
+            size.pageCount = PdfPageCount(base);
+            const PdfPage found = FindPdfPage(base, page);
+            base.CheckWhatWasRead();
+            size = {found.number, found.pageCount, VisibleWidthMm(found.geometry),
+                    VisibleHeightMm(found.geometry)};
+        },
+        message);
 }

@@ -196,22 +196,6 @@ void CheckIsOpen(const std::string& path, const CDocumentBytes& document) {
     throw CPdfFailure(StampError::kInputUnreadable, WhyUnreadable(path));
 }
 
-// What `step` fails with, as a code and a sentence.
-template <typename Step>
-StampError Told(const Step& step, std::string& message) {
-    message.clear();
-    try {
-        step();
-        return StampError::kNone;
-    } catch (const CPdfFailure& failure) {
-        message = failure.what();
-        return failure.Error();
-    } catch (const std::exception& error) {
-        message = "The PDF can't be read: " + DamageSentence(error) + ".";
-        return StampError::kDamaged;
-    }
-}
-
 PdfSignatures ReadForm(CPdfBase& base, std::string_view file) {
     PdfSignatures found;
     found.fileSize = base.FileSize();
@@ -258,7 +242,7 @@ CPdfSignatureReading::CPdfSignatureReading(std::string path, CDocumentBytes& doc
 CPdfSignatureReading::~CPdfSignatureReading() = default;
 
 StampError CPdfSignatureReading::Begin(std::string& message) {
-    return Told(
+    return ResultOf(
         [this] {
             CheckIsOpen(m_path, m_document);
             m_state = std::make_unique<CState>(m_document.Whole());
@@ -269,7 +253,7 @@ StampError CPdfSignatureReading::Begin(std::string& message) {
 const PdfSignatures& CPdfSignatureReading::Found() const { return m_state->Found(); }
 
 StampError CPdfSignatureReading::Finish(PdfSignatures& signatures, std::string& message) {
-    return Told([&] { signatures = m_state->Finish(); }, message);
+    return ResultOf([&] { signatures = m_state->Finish(); }, message);
 }
 
 StampError ReadPdfSignatures(const std::string& path, PdfSignatures& signatures,

@@ -80,8 +80,7 @@ std::unique_ptr<CStamp> ReadInput(const StampRequest& request, StampResult& resu
     } catch (const CPdfFailure&) {
         throw;
     } catch (const std::exception& error) {
-        throw CPdfFailure(StampError::kDamaged,
-                          "The PDF can't be read: " + DamageSentence(error) + ".");
+        throw UnreadablePdf(error);
     }
 }
 
