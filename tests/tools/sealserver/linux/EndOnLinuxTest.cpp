@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <utility>
 
 #include "foundation/Text.h"
 #include "tests/tools/sealserver/RawClient.h"
@@ -96,6 +97,18 @@ protected:
         m_program = 0;
         return status;
     }
+    // To the request that `client` has begun. The server waits a moment for a connection that isn't
+    // closed behind it.
+    static std::string AnswerTo(RawClient client) {
+        client.Send("x");
+        return client.Receive();
+    }
+    void ExpectAnswerAndOrderlyEnd(RawClient client) {
+        EXPECT_THAT(AnswerTo(std::move(client)), StartsWith("HTTP/1.1 403 "));
+        const int status = Status();
+        EXPECT_TRUE(WIFEXITED(status)) << status;
+        EXPECT_EQ(WEXITSTATUS(status), 0);
+    }
     std::string LogPath() const { return m_folder.Below("access.log"); }
 
     pid_t m_program = 0;
@@ -107,16 +120,10 @@ TEST_F(EndOnLinux, ARequestUnderWayIsAnsweredAndLoggedAheadOfTheEnd) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         SCOPED_TRACE(signal);
         Start();
-        {
-            RawClient client = BegunRequest();
-            kill(m_program, signal);
-            AwaitClosedPort();
-            client.Send("x");
-            EXPECT_THAT(client.Receive(), StartsWith("HTTP/1.1 403 "));
-        }
-        const int status = Status();
-        EXPECT_TRUE(WIFEXITED(status)) << status;
-        EXPECT_EQ(WEXITSTATUS(status), 0);
+        RawClient client = BegunRequest();
+        kill(m_program, signal);
+        AwaitClosedPort();
+        ExpectAnswerAndOrderlyEnd(std::move(client));
         const std::string log = ReadFileToString(LogPath());
         EXPECT_THAT(log, HasSubstr(" POST /login 403 "));
         EXPECT_TRUE(log.ends_with('\n'));
@@ -140,11 +147,7 @@ TEST_F(EndOnLinux, AClosedTerminalsSecondHangUpChangesNothing) {
     kill(m_program, SIGHUP);
     AwaitClosedPort();
     kill(m_program, SIGHUP);
-    client.Send("x");
-    EXPECT_THAT(client.Receive(), StartsWith("HTTP/1.1 403 "));
-    const int status = Status();
-    EXPECT_TRUE(WIFEXITED(status)) << status;
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    ExpectAnswerAndOrderlyEnd(std::move(client));
 }
 
 TEST_F(EndOnLinux, AHangUpRightBehindAnotherSignalChangesNothing) {
@@ -157,11 +160,7 @@ TEST_F(EndOnLinux, AHangUpRightBehindAnotherSignalChangesNothing) {
     kill(m_program, SIGHUP);
     kill(m_program, SIGCONT);
     AwaitClosedPort();
-    client.Send("x");
-    EXPECT_THAT(client.Receive(), StartsWith("HTTP/1.1 403 "));
-    const int status = Status();
-    EXPECT_TRUE(WIFEXITED(status)) << status;
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    ExpectAnswerAndOrderlyEnd(std::move(client));
 }
 
 TEST_F(EndOnLinux, ASignalThatIsIgnoredStaysIgnored) {
