@@ -14,13 +14,6 @@ namespace {
 
 constexpr size_t kMaximumFileName = 64;
 
-bool IsKeyName(std::string_view name) {
-    constexpr std::string_view kAllowed =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_.";
-    return !name.empty() && name.size() <= kMaximumKeyName && name.front() != '.' &&
-           name.find_first_not_of(kAllowed) == std::string_view::npos && IsPlainName(name);
-}
-
 // "&&&" separates the names in the list of files; a name that ends in "&" would run into it.
 bool IsFileName(std::string_view name) {
     return IsPlainName(name) && name.size() <= kMaximumFileName && name.front() != '.' &&
@@ -47,6 +40,13 @@ bool BelongTogether(EVP_PKEY* key, X509* certificate) {
 }
 
 }  // namespace
+
+bool IsKeyName(std::string_view name) {
+    constexpr std::string_view kAllowed =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_.";
+    return !name.empty() && name.size() <= kMaximumKeyName && name.front() != '.' &&
+           name.find_first_not_of(kAllowed) == std::string_view::npos && IsPlainName(name);
+}
 
 KeyFolder::KeyFolder(std::string folder) : m_folder(std::move(folder)) {}
 

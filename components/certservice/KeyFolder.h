@@ -18,6 +18,9 @@
 constexpr char kKeyFolderPrefix[] = "DevKeys/";
 constexpr int kPinTries = 6;
 constexpr size_t kMaximumKeyName = 48;
+// Whether a key's folder may have that name: letters, digits, "-", "_" and ".", no "." in front,
+// and none that a system keeps for itself ("con").
+bool IsKeyName(std::string_view name);
 
 // certIds are kKeyFolderPrefix and the name of the certificate's folder. The label is the
 // certificate's common name, or the folder's name where it has none. Passwords and PINs are bytes

@@ -26,13 +26,6 @@ constexpr auto kAlgorithms = std::to_array<std::pair<const char*, DevelopmentAlg
     {"rsa4096", {KeyKind::kRsa, 4096, "RSA 4096"}},
 });
 
-bool CanNameKeyFolder(const std::string& name) {
-    return !name.empty() && name.size() <= kMaximumKeyName && name.front() != '.' &&
-           name.find_first_not_of(
-               "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-               "0123456789-_.") == std::string::npos;
-}
-
 std::unique_ptr<DevelopmentCa> OpenCa(KeyKind kind) {
     const std::string folder = CaFolderPath();
     const std::string trust = TrustFolderPath();
@@ -74,7 +67,7 @@ DevelopmentKey MakeDevelopmentKey(const DevelopmentAlgorithm& algorithm, int day
 }
 
 void CheckKeyId(const std::string& id) {
-    if (id.empty() || CanNameKeyFolder(id)) return;
+    if (id.empty() || IsKeyName(id)) return;
     throw Failure{ExitCode::kUsage,
                   "--id is the name of a key's folder, of at most " +
                       std::to_string(kMaximumKeyName) +
@@ -84,7 +77,7 @@ void CheckKeyId(const std::string& id) {
 
 std::string NameOfKeyFolder(const std::string& id, const std::string& name) {
     if (!id.empty()) return id;
-    return CanNameKeyFolder(name) ? name : "";
+    return IsKeyName(name) ? name : "";
 }
 
 std::string StoreKey(const std::string& path, const std::string& name, EVP_PKEY* key,
