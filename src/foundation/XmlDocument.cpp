@@ -98,18 +98,6 @@ inline bool XmlDocument::HasName(const XmlElement& element, std::string_view nam
     return GoTo(i);
 }
 
-// Nearly always the next one is it.
-bool XmlDocument::FindNamed(std::string_view name) {
-    const std::uint32_t i = NextSibling();
-    if (i == 0) return false;
-    const XmlElement& element = m_elements[i];
-    const bool isSo =
-        (element.flags & XmlElement::kOnlyName) != 0 &&
-        XmlShortStartTagLength(element) == name.size() + 2 &&
-        AreEqualShortXmlNames(m_text.data() + element.start + 1, name.data(), name.size());
-    return isSo ? GoTo(i) : FindFrom(i, name);
-}
-
 inline std::uint32_t XmlDocument::ContentBegin(const XmlElement& element) const {
     return element.start + XmlStartTagLength(m_text, element);
 }

@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "foundation/XmlIndex.h"
+#include "foundation/XmlScan.h"
+#include "foundation/XmlTags.h"
 
 // A document is one text in the ANSI code page and an index of its elements, whose size is all that
 // reading costs in memory. It is neither converted nor given a declaration. For one thread at a
@@ -26,8 +28,8 @@ public:
 
     // Goes forward, never back, to the next sibling of that name, or to the next one whatever its
     // name, if null. If there is none the cursor stays, so that a GetElementText after it reads the
-    // element before.
-    bool FindElement(const char* name) {
+    // element before. Made in place, where a constant name is compared by its words.
+    [[gnu::always_inline]] bool FindElement(const char* name) {
         return name != nullptr ? FindNamed(name) : GoTo(NextSibling());
     }
 
@@ -64,8 +66,17 @@ public:
     const std::string& GetResults() const { return m_results; }
 
 private:
-    // The length of a constant name is told by the compiler.
-    bool FindNamed(std::string_view name);
+    // Nearly always the next one is it.
+    [[gnu::always_inline]] bool FindNamed(std::string_view name) {
+        const std::uint32_t i = NextSibling();
+        if (i == 0) return false;
+        const XmlElement& element = m_elements[i];
+        const bool isSo =
+            (element.flags & XmlElement::kOnlyName) != 0 &&
+            XmlShortStartTagLength(element) == name.size() + 2 &&
+            AreEqualShortXmlNames(m_text.data() + element.start + 1, name.data(), name.size());
+        return isSo ? GoTo(i) : FindFrom(i, name);
+    }
     bool FindFrom(std::uint32_t i, std::string_view name);
     std::uint32_t NextSibling() const {
         return m_current != 0 ? m_elements[m_current].nextSibling : m_elements[m_parent].firstChild;

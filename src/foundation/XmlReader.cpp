@@ -86,6 +86,9 @@ bool Reader::Read() {
     while (p != m_end) {
         const char* next = p[1] == '/' ? ReadPlainEndTag(p) : ReadPlainStartTag(p);
         if (next == nullptr) next = ReadToken(p);
+        // Between tags there is mostly nothing or a line end, as the service and AddElement write
+        // it.
+        if (next[0] == '\r' && next[1] == '\n') next += 2;
         p = *next == '<' ? next : FindXmlByte(next, m_end, '<');
     }
     EndAllInside(0, m_end);

@@ -50,6 +50,19 @@ TEST(XmlReaderTest, ElementsStandInTheIndexAsInTheText) {
     EXPECT_EQ(Elements("text"), "");
 }
 
+TEST(XmlReaderTest, WhatStandsBetweenTagsMakesNoDifference) {
+    for (const std::string gap :
+         {"", "\r\n", "\r\n\r\n", "\r", "\n", "\r\r\n", "\r\n ", "\r\nx", "x\r\n", "\r\n<!---->"}) {
+        std::string text = gap;
+        for (const char* tag : {"<A>", "<B>", "</B>", "<C>", "<D/>", "</C>", "</A>"}) {
+            text += tag + gap;
+        }
+        EXPECT_EQ(Elements(text), "A(B C(D))") << text;
+        EXPECT_EQ(Findings(text), "") << text;
+        EXPECT_EQ(Elements("<A>" + gap), "A!") << text;
+    }
+}
+
 TEST(XmlReaderTest, AnAngleBracketInQuotesDoesNotEndAStartTag) {
     EXPECT_EQ(Elements("<A b='/>' c=\">'\"><B d='\"'/></A>"), "A(B)");
     EXPECT_EQ(Elements("<A b=\"<C>\"/>"), "A");
