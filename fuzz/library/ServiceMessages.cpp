@@ -33,7 +33,7 @@ void CheckHello(const std::string& answer) {
 void CheckList(const std::string& answer, bool refused) {
     g_boxes = 0;
     std::uint32_t count = 0;
-    const int result = ParseSealList(answer, nullptr, &count);
+    const int result = ParseSealList(answer, {}, &count);
     REQUIRE(result == 0 || result == kUnusable || result == kRefused);
     REQUIRE((result == kRefused) == refused);
     REQUIRE(g_boxes == (refused ? 1 : 0));
@@ -41,7 +41,7 @@ void CheckList(const std::string& answer, bool refused) {
     REQUIRE(result == 0 || count == 0);
     if (count == 0 || count > kRoom) return;
     std::vector<OnlineSealEntry> list(kRoom + 1, {"-", "-", "-"});
-    REQUIRE(ParseSealList(answer, list.data(), &count) == 0);
+    REQUIRE(ParseSealList(answer, list, &count) == 0);
     for (std::uint32_t i = count; i <= kRoom; ++i) REQUIRE(list[i].sealNum == "-");
     for (const OnlineSealEntry& entry : list) REQUIRE(entry.reserved == "-");
 }

@@ -67,11 +67,12 @@ int TellRefusal(XmlDocument& document, const std::string& status) {
     return TESMARK_SERVICE_REFUSED;
 }
 
-void ReadEntries(XmlDocument& document, OnlineSealEntry* list, std::uint32_t count) {
-    for (std::uint32_t i = 0; i < count && document.FindElement("SEALINFO"); ++i) {
+void ReadEntries(XmlDocument& document, std::span<OnlineSealEntry> list) {
+    for (OnlineSealEntry& entry : list) {
+        if (!document.FindElement("SEALINFO")) return;
         document.EnterElement();
-        list[i].sealNum = ReadElement(document, "SEALNUM");
-        list[i].sealName = ReadElement(document, "SEALNAME");
+        entry.sealNum = ReadElement(document, "SEALNUM");
+        entry.sealName = ReadElement(document, "SEALNAME");
         document.LeaveElement();
     }
 }
@@ -92,7 +93,8 @@ std::string MakeAppointedSealRequest(const std::string& sealNum, const std::stri
                         {"SEALNUM", sealNum.c_str()}});
 }
 
-int ParseSealList(const std::string& answer, OnlineSealEntry* list, std::uint32_t* count) {
+int ParseSealList(const std::string& answer, std::span<OnlineSealEntry> list,
+                  std::uint32_t* count) {
     TESMARK_LOG_SCOPE("ParseSealList");
     XmlDocument document;
     const std::string status = OpenAnswer(document, answer, nullptr);
@@ -114,11 +116,11 @@ int ParseSealList(const std::string& answer, OnlineSealEntry* list, std::uint32_
         *count = number;
         return 0;
     }
-    if (list == nullptr) {
+    if (list.data() == nullptr) {
         TESMARK_LOG(kLogError, "[印章数据为空！]");
         return 0;
     }
-    ReadEntries(document, list, *count);
+    ReadEntries(document, list.first(std::min<std::size_t>(*count, list.size())));
     return 0;
 }
 

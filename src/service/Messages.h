@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 // Text is ANSI. A message is an XML document with the root `ROOT`, without a declaration,
@@ -25,13 +26,13 @@ std::string MakeAppointedSealRequest(const std::string& sealNum, const std::stri
 // it. Text that is no document reads as a status other than "200", and only exactly "200" is a
 // success.
 
-// To be called twice: with a null `list` and `*count` 0 for the number of seals, which stays as it
-// is when there are none and is what the service says, a negative number as an unsigned one; then
-// with `*count` entries. No more than these are filled, and where the service sends fewer the rest
-// stays as it was.
+// To be called twice: with no `list` and `*count` 0 for the number of seals, which stays as it is
+// when there are none and is what the service says, a negative number as an unsigned one; then with
+// that number and a list, which may be shorter. No more than `*count` entries and the list's are
+// filled, and where the service sends fewer the rest stays as it was.
 // 0. -2: the number is absent. -3051: another status; the user sees the service's message in a box,
 // else the status, else a text of the library's own.
-int ParseSealList(const std::string& answer, OnlineSealEntry* list, std::uint32_t* count);
+int ParseSealList(const std::string& answer, std::span<OnlineSealEntry> list, std::uint32_t* count);
 
 // 0, with the Base64 text of a seal; where the answer has none, with the text "200". -2 with `seal`
 // untouched: another status, about which nobody is told.

@@ -20,9 +20,10 @@ constexpr int kDistinguishedName = 33;
 constexpr int kSerialNumber = 2;
 constexpr int kCertCapacity = 4096;
 constexpr int kDetailCapacity = 256;
-// Of more entries than these only as many are made as an answer of its length could fill.
+// Of more entries than these only as many are made as an answer of its length could fill: one needs
+// no end tag.
 constexpr std::size_t kPromisedEntries = 65'536;
-constexpr std::size_t kShortestEntry = std::string_view("<SEALINFO/>").size();
+constexpr std::size_t kShortestEntry = std::string_view("<SEALINFO>").size();
 
 struct CertDetails {
     std::string dn;
@@ -66,11 +67,11 @@ int Exchange(const std::string& url, const std::string& request, std::string& an
 int ReadSealList(const std::string& answer, std::vector<OnlineSealEntry>& list,
                  std::uint32_t& count) {
     count = 0;
-    if (const int code = ParseSealList(answer, nullptr, &count)) return code;
+    if (const int code = ParseSealList(answer, {}, &count)) return code;
     if (count == 0) return TESMARK_NO_ONLINE_SEAL;
     list.resize(
         std::min<std::size_t>(count, std::max(answer.size() / kShortestEntry, kPromisedEntries)));
-    return ParseSealList(answer, list.data(), &count);
+    return ParseSealList(answer, list, &count);
 }
 
 int AskUser(const std::vector<OnlineSealEntry>& list, std::string& sealNum) {

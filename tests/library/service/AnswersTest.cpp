@@ -29,14 +29,14 @@ protected:
     // The query for the number, which begins at 0.
     int Query(const std::string& answer, std::uint32_t begin = 0) {
         m_count = begin;
-        return ParseSealList(answer, nullptr, &m_count);
+        return ParseSealList(answer, {}, &m_count);
     }
     // Both calls, with room for more than the count says; "number name" of each entry, which are
     // "- -" before.
     std::vector<std::string> Read(const std::string& answer) {
         EXPECT_EQ(Query(answer), 0);
         std::vector<OnlineSealEntry> list(m_count + 3, {"-", "-", "-"});
-        EXPECT_EQ(ParseSealList(answer, list.data(), &m_count), 0);
+        EXPECT_EQ(ParseSealList(answer, list, &m_count), 0);
         std::vector<std::string> entries;
         for (const auto& entry : list) {
             EXPECT_EQ(entry.reserved, "-");
@@ -138,6 +138,17 @@ TEST_F(SealListAnswerTest, MoreSealsThanTheCountAreLeftOut) {
     EXPECT_THAT(
         Read(Success("<COUNT>1</COUNT>" + SealInfo("7001", "one") + SealInfo("7002", "two"))),
         ElementsAre("7001 one"));
+}
+
+TEST_F(SealListAnswerTest, AListShorterThanTheCountIsNotOverrun) {
+    OnlineSealEntry list[3] = {{}, {}, {"-", "-", "-"}};
+    m_count = 3;
+    const std::string answer = Success("<COUNT>3</COUNT>" + SealInfo("7001", "one") +
+                                       SealInfo("7002", "two") + SealInfo("7003", "three"));
+    EXPECT_EQ(ParseSealList(answer, std::span(list).first(2), &m_count), 0);
+    EXPECT_EQ(m_count, 3u);
+    EXPECT_EQ(list[1].sealNum, "7002");
+    EXPECT_EQ(list[2].sealNum, "-");
 }
 
 TEST_F(SealListAnswerTest, ARoomierListIsFilledUpToItsOwnCount) {

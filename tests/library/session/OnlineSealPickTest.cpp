@@ -102,8 +102,18 @@ TEST_F(OnlineSealPickTest, NoMoreSealsAreOfferedThanAnAnswerOfThatLengthCouldTel
                            std::string(2'000'000, ' '));
     const ScriptedDialogs dialogs(nullptr);
     EXPECT_EQ(Query(), 0);
-    EXPECT_EQ(g_onlineSealNames.size(), m_listAnswer.size() / std::string("<SEALINFO/>").size());
+    EXPECT_EQ(g_onlineSealNames.size(), m_listAnswer.size() / std::string("<SEALINFO>").size());
     EXPECT_EQ(g_onlineSealNames.front(), TextPair("one", "7001"));
+}
+
+TEST_F(OnlineSealPickTest, ElementsThatAreNeverEndedFillNoMoreEntriesThanThereAre) {
+    constexpr int kEntries = 100'000;
+    std::string entries;
+    for (int i = 0; i < kEntries; ++i) entries += "<SEALINFO>";
+    m_listAnswer = SealList(kEntries, entries);
+    const ScriptedDialogs dialogs(nullptr);
+    EXPECT_EQ(Query(), 0);
+    EXPECT_EQ(g_onlineSealNames.size(), static_cast<std::size_t>(kEntries));
 }
 
 TEST_F(OnlineSealPickTest, FewerSealsThanTheListPromisesAreOfferedWithEmptyOnes) {
