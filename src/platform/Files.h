@@ -24,6 +24,10 @@ bool CreateDirectoryAt(const char* path);
 bool MakeDirectoryPath(const char* path);
 // Is there a file of that name to be found? A path that ends in a separator never is.
 bool FindFile(const char* path);
+// The path of the file that `name` means in `folder`, which has a separator at its end: where the
+// system's names regard case and none is there by the letter, one that differs in the case of
+// letters from A to Z. `folder` with `name` behind it if there is no such file.
+std::string FileInFolder(const std::string& folder, const std::string& name);
 
 // The folder for the user's data of this machine, with "Velmora" and a separator at its end, not
 // yet made; empty if the system tells none.

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "platform/NoCase.h"
+
 namespace platform {
 
 namespace {
@@ -14,16 +16,6 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kHeader = "Windows Registry Editor Version 5.00";
 constexpr std::string_view kAnyHeader = "Windows Registry Editor ";
 constexpr std::string_view kOldHeader = "REGEDIT4";
-
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
-bool EqualNoCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (Lower(a[i]) != Lower(b[i])) return false;
-    }
-    return true;
-}
 
 int HexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';

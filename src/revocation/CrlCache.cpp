@@ -102,18 +102,18 @@ int CrlCache::Get(std::string_view distributionPoints, std::string& crl) {
     }
     const std::string name = url.substr(url.rfind('/') + 1);
     if (!platform::IsDirectory(m_folder.c_str())) platform::CreateDirectoryAt(m_folder.c_str());
-    const std::string path = m_folder + name;
-    const bool found = platform::FindFile(path.c_str());
-    if (const int code = found ? Refresh(url, name) : Fetch(url, name)) return code;
-    crl = ReadFileToString(path);
-    TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]readFile2Memory: %s", path.c_str());
+    const List list{url, name, platform::FileInFolder(m_folder, name)};
+    const bool found = platform::FindFile(list.path.c_str());
+    if (const int code = found ? Refresh(list) : Fetch(list)) return code;
+    crl = ReadFileToString(list.path);
+    TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]readFile2Memory: %s", list.path.c_str());
     return 0;
 }
 
 // The first download: the time recorded is that after it.
-int CrlCache::Fetch(const std::string& url, const std::string& name) {
+int CrlCache::Fetch(const List& list) {
     TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: can not find local crl,download begin");
-    if (const int result = m_downloader.DownloadFile(url, m_folder + name)) {
+    if (const int result = m_downloader.DownloadFile(list.url, list.path)) {
         TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: download error:%ld",
                     static_cast<long>(result));
         return result;
@@ -122,38 +122,38 @@ int CrlCache::Fetch(const std::string& url, const std::string& name) {
     const std::time_t now = m_clock.Now();
     TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: update regedit");
     TimesKey times;
-    if (times.OpenOrMake()) times.Record(name, now);
+    if (times.OpenOrMake()) times.Record(list.name, now);
     return 0;
 }
 
 // The time recorded is that before the download.
-int CrlCache::Refresh(const std::string& url, const std::string& name) {
+int CrlCache::Refresh(const List& list) {
     TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: find local crl,get time from regedit");
     const std::time_t now = m_clock.Now();
     TimesKey times;
     if (!times.IsOpen()) {
         TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: open regedit error");
-        if (const int code = Renew(url, name)) return code;
-        if (times.OpenOrMake()) times.Record(name, now);
+        if (const int code = Renew(list)) return code;
+        if (times.OpenOrMake()) times.Record(list.name, now);
         return 0;
     }
     TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: open regedit success");
     std::string stored;
-    if (!times.Read(name, stored)) {
-        if (const int code = Renew(url, name)) return code;
-        times.Record(name, now);
+    if (!times.Read(list.name, stored)) {
+        if (const int code = Renew(list)) return code;
+        times.Record(list.name, now);
         return 0;
     }
     if (!IsStale(stored, now)) return 0;
     TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: regedit time out, download crl begin");
-    if (const int code = Renew(url, name)) return code;
+    if (const int code = Renew(list)) return code;
     TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: download crl success, update regedit");
-    times.Record(name, now);
+    times.Record(list.name, now);
     return 0;
 }
 
-int CrlCache::Renew(const std::string& url, const std::string& name) {
-    if (m_downloader.DownloadFile(url, m_folder + name) == 0) return 0;
-    TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: download error, url is %s", url.c_str());
+int CrlCache::Renew(const List& list) {
+    if (m_downloader.DownloadFile(list.url, list.path) == 0) return 0;
+    TESMARK_LOG(kLogTrace, "[GetCrlDataFromCert]: download error, url is %s", list.url.c_str());
     return TESMARK_FAILED;
 }

@@ -10,8 +10,9 @@
 // Keeps one file per list in `folder` (with a separator at its end), and beside it, in the
 // registry, when it was fetched. A list is fresh on the calendar day of its download and stale from
 // one second past the midnight that ends it. Lists are told apart by the last part of their address
-// alone. Files and times are never removed, and nothing is locked: whoever reads during a download
-// can see part of a file.
+// alone, without regard to the case of its letters: the registry knows no other names. Files and
+// times are never removed, and nothing is locked: whoever reads during a download can see part of a
+// file.
 class CrlCache {
 public:
     CrlCache(std::string folder, Downloader& downloader, Clock& clock)
@@ -26,9 +27,15 @@ public:
     int Get(std::string_view distributionPoints, std::string& crl);
 
 private:
-    int Fetch(const std::string& url, const std::string& name);
-    int Refresh(const std::string& url, const std::string& name);
-    int Renew(const std::string& url, const std::string& name);
+    struct List {
+        std::string url;
+        std::string name;  // of the file and of the time
+        std::string path;
+    };
+
+    int Fetch(const List& list);
+    int Refresh(const List& list);
+    int Renew(const List& list);
 
     std::string m_folder;
     Downloader& m_downloader;

@@ -37,6 +37,17 @@ TEST_F(FilesTest, AFileIsNoDirectory) {
     EXPECT_FALSE(IsDirectory(Path("none").c_str()));
 }
 
+TEST_F(FilesTest, AFileInAFolderIsFoundWhateverTheCaseOfItsLetters) {
+    const std::string folder = m_prefix.Path() + PathSeparator();
+    EXPECT_EQ(FileInFolder(folder, "list.crl"), folder + "list.crl");
+    Touch("List.CRL");
+    EXPECT_TRUE(FindFile(FileInFolder(folder, "list.crl").c_str()));
+    EXPECT_EQ(FileInFolder(folder, "List.CRL"), folder + "List.CRL");
+    EXPECT_EQ(FileInFolder(folder, "list.crl2"), folder + "list.crl2");
+    EXPECT_EQ(FileInFolder(folder, ""), folder);
+    EXPECT_EQ(FileInFolder(Path("none/"), "a"), Path("none/a"));
+}
+
 TEST_F(FilesTest, AChineseNameIsFoundByThePathOfItsTextAndToldByIt) {
     const std::u8string name = u8"合同（已盖章）";
     const std::string text(name.begin(), name.end());

@@ -1,12 +1,15 @@
 #include "platform/Files.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <memory>
 
+#include "platform/NoCase.h"
 #include "platform/linux/Places.h"
 
 namespace platform {
@@ -46,6 +49,17 @@ bool MakeDirectoryPath(const char* path) {
 bool FindFile(const char* path) {
     const std::string_view name = path;
     return !name.ends_with('/') && PathExists(path);
+}
+
+std::string FileInFolder(const std::string& folder, const std::string& name) {
+    const std::string path = folder + name;
+    if (FindFile(path.c_str())) return path;
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.c_str()), &closedir);
+    if (!listing) return path;
+    while (const dirent* const entry = readdir(listing.get())) {
+        if (EqualNoCase(entry->d_name, name)) return folder + entry->d_name;
+    }
+    return path;
 }
 
 std::string UserDataFolder() {

@@ -63,6 +63,10 @@ bool FindFile(const char* path) {
     return true;
 }
 
+std::string FileInFolder(const std::string& folder, const std::string& name) {
+    return folder + name;
+}
+
 std::string UserDataFolder() {
     char folder[MAX_PATH] = {};
     if (SHGetFolderPathA(nullptr, CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, nullptr,

@@ -334,6 +334,20 @@ TEST_F(CrlCacheTest, ListsOfOneNameFromTwoServersShareOneFile) {
     EXPECT_THAT(m_downloader.urls, ElementsAre(kUrl));
 }
 
+TEST_F(CrlCacheTest, NamesThatDifferInCaseShareTheirFileAsTheyShareTheirTime) {
+    ASSERT_EQ(Get(), 0);
+    m_clock.Set("2026-11-15 12:00:00");
+    m_downloader.content = "renewed";
+    ASSERT_EQ(Get(), 0);
+    EXPECT_EQ(Get("URI:http://192.0.2.8/CA1.crl"), 0);
+    EXPECT_EQ(m_crl, "renewed") << "and no list of yesterday under today's time";
+    EXPECT_EQ(Downloads(), 2u);
+    m_clock.Set("2026-11-16 12:00:00");
+    m_downloader.content = "of the other server";
+    EXPECT_EQ(Get("URI:http://192.0.2.8/CA1.crl"), 0);
+    EXPECT_EQ(FileContent(), "of the other server");
+}
+
 TEST_F(CrlCacheTest, AFolderThatCannotBeMadeGivesZeroWithAnEmptyListAndRecordsTheTime) {
     CrlCache cache(m_prefix.Path() + "/no/such/", m_downloader, m_clock);
     EXPECT_EQ(cache.Get(kInfo, m_crl), 0);
