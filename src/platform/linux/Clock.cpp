@@ -33,6 +33,8 @@ int CurrentThreadId() {
 }
 
 std::tm LocalTime(std::time_t time) {
+    // Else the zone would be that of the first call, whatever the host has set since.
+    tzset();
     std::tm local{};
     localtime_r(&time, &local);
     return local;

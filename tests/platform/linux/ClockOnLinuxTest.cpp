@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "platform/Clock.h"
+#include "support/Environment.h"
 
 namespace {
 
@@ -23,6 +24,14 @@ TEST(ClockOnLinux, AForkedProcessHasAnIdOfItsOwn) {
     int status = -1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
+}
+
+TEST(ClockOnLinux, AZoneThatTheHostSetsLaterHoldsFromThenOn) {
+    const SavedVariable zone("TZ");
+    SetVariable("TZ", "UTC0");
+    EXPECT_EQ(platform::LocalTime(86400).tm_hour, 0);
+    SetVariable("TZ", "CST-8");
+    EXPECT_EQ(platform::LocalTime(86400).tm_hour, 8);
 }
 
 }  // namespace
