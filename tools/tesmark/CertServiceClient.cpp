@@ -1,6 +1,7 @@
 #include "CertServiceClient.h"
 
 #include "Failure.h"
+#include "Registration.h"
 #include "ServiceEntries.h"
 #include "TerminalText.h"
 #include "TwoStep.h"
@@ -24,10 +25,10 @@ std::vector<std::string> Records(std::string_view list) {
 }
 
 Failure NotFound(const std::string& tried) {
-    return {ExitCode::kSetup, "The certificate service's file was not found.",
-            TESMARK_SERVICE_NOT_FOUND,
-            "  looked for " + tried + "\n  register it: tesmark config set CertService /path/of/" +
-                platform::ModuleFileName("KVLAppCOM")};
+    return {
+        ExitCode::kSetup, "The certificate service's file was not found.",
+        TESMARK_SERVICE_NOT_FOUND,
+        "  looked for " + tried + "\n  register it: " + HowToRegister("CertService", "KVLAppCOM")};
 }
 
 }  // namespace

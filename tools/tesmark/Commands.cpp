@@ -1,10 +1,13 @@
 #include "Commands.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <new>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "CommandLineFailure.h"
 #include "Failure.h"
@@ -64,7 +67,10 @@ ExitCode EndOfParsing(const CLI::App& app, const CLI::ParseError& error, bool js
         if (Print({text.str()}, false)) return ExitCode::kOk;
         return FailAtStart(UnwritableOutput(), json);
     }
-    return FailAtStart(CommandLineFailure(app, error), json);
+    // Where the line stumbles before a command has it.
+    const std::vector<std::string> rest = app.remaining(true);
+    const bool asked = std::find(rest.begin(), rest.end(), "--json") != rest.end();
+    return FailAtStart(CommandLineFailure(app, error), json || asked);
 }
 
 ExitCode Fail(const Failure& failure, bool json) {

@@ -1,10 +1,9 @@
 #include "DrawingControl.h"
 
 #include "Failure.h"
-#include "LoadedObject.h"
+#include "Registration.h"
 #include "include/TesmarkOpt.h"
 #include "platform/Automation.h"
-#include "platform/Module.h"
 #include "platform/closed/PersonalSealControl.h"
 
 AutomationSession::AutomationSession() { platform::InitializeAutomation(); }
@@ -21,10 +20,7 @@ bool DrawingControlCanBeMade() {
 }
 
 std::string HowToRegisterDrawingControl() {
-    const std::string file = platform::ModuleFileName("VelmoraPersonalSeal");
-    const std::string beside = BesideLibrary(file);
-    return "tesmark config set PersonalSealControl " +
-           (beside.empty() ? "/path/of/" + file : beside);
+    return HowToRegister("PersonalSealControl", "VelmoraPersonalSeal");
 }
 
 void CheckDrawn(int code) {

@@ -9,6 +9,9 @@ extern const char kCaFolderDefault[];
 // Behind the examples of `tesmark config set`: lines, the last one without its end.
 extern const char kConfigSetExamples[];
 
+// With its separator, where a message names no file that is there.
+extern const char kExampleFolder[];
+
 // What a user does who lacks a right.
 extern const char kAdministratorHint[];
 extern const char kSharedFolderAdvice[];

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "Failure.h"
-#include "LoadedObject.h"
 #include "Output.h"
 #include "PathText.h"
+#include "Registration.h"
 #include "platform/Files.h"
 #include "platform/Module.h"
 #include "platform/closed/CertService.h"
@@ -54,15 +54,12 @@ private:
 void Check(const LoadedFile& file, const std::string& path, ExitCode exitCode) {
     const std::vector<std::string> missing = file.Missing();
     if (missing.empty()) return;
-    const std::string own = platform::ModuleFileName("KVLAppCOM");
-    const std::string beside = BesideLibrary(own);
     throw Failure{exitCode,
                   "The file is no certificate service that the library can work with: " + path +
                       " lacks " + CountText(missing.size(), "entry point") + ", " +
                       missing.front() + (missing.size() > 1 ? " and others" : "") + ".",
                   {},
-                  "  register one: tesmark config set CertService " +
-                      (beside.empty() ? "/path/of/" + own : beside)};
+                  "  register one: " + HowToRegister("CertService", "KVLAppCOM")};
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <limits>
 #include <string_view>
+#include <vector>
 
 #include "Failure.h"
 #include "PathText.h"
@@ -69,15 +70,15 @@ constexpr auto kSettings = std::to_array<Setting>({
     {"sWSURL", kMachine, kSettingsKey, "sWSURL", kAddress, "",
      "address of the online seal service: http://HOST/QelmServlet; see tesmark config online"},
     {"appid", kMachine, kSettingsKey, "appid", kText, "", "application id for signing by phone"},
-    {"KeyFolder", kMachine, kCertServiceSettingsKey, "KeyFolder", kPath, kKeyFolderDefault,
+    {"KeyFolder", kMachine, kCertServiceSettingsKey, "KeyFolder", kFolder, kKeyFolderDefault,
      "folder of the development keys"},
-    {"TrustFolder", kMachine, kCertServiceSettingsKey, "TrustFolder", kPath, kTrustFolderDefault,
+    {"TrustFolder", kMachine, kCertServiceSettingsKey, "TrustFolder", kFolder, kTrustFolderDefault,
      "folder of the certificates that are trusted"},
-    {"CaFolder", kMachine, kCertServiceSettingsKey, "CaFolder", kPath, kCaFolderDefault,
+    {"CaFolder", kMachine, kCertServiceSettingsKey, "CaFolder", kFolder, kCaFolderDefault,
      "folder of the development CA"},
-    {"PinentryProgram", kMachine, kCertServiceSettingsKey, "PinentryProgram", kPath, "",
+    {"PinentryProgram", kMachine, kCertServiceSettingsKey, "PinentryProgram", kFile, "",
      "the program that asks for PINs; without it one on PATH"},
-    {"Pkcs11Modules", kMachine, kCertServiceSettingsKey, "Pkcs11Modules", kPath, "",
+    {"Pkcs11Modules", kMachine, kCertServiceSettingsKey, "Pkcs11Modules", kFiles, "",
      "PKCS#11 modules of tokens: paths with \";\" between them"},
     {"Pkcs11Sm2Mechanism", kMachine, kCertServiceSettingsKey, "Pkcs11Sm2Mechanism", kNumber, "0",
      "the token maker's number of the SM2 signature mechanism"},
@@ -91,7 +92,7 @@ constexpr auto kSettings = std::to_array<Setting>({
      "that user's password; it stands in the store as it is"},
     {"TimeStampProxy", kMachine, kTimeStampSettingsKey, "Proxy", kLongAddress, "",
      "proxy on the way to the authorities; without it that of the environment"},
-    {"TimeStampCaFile", kMachine, kTimeStampSettingsKey, "CaFile", kPath, "",
+    {"TimeStampCaFile", kMachine, kTimeStampSettingsKey, "CaFile", kFile, "",
      "certificates (PEM) that authorities' servers are checked with; without it the system's"},
     {"TimeStampConnectTimeout", kMachine, kTimeStampSettingsKey, "ConnectTimeout", kNumber, "10",
      "seconds until an authority must have been reached", kLongestTimeoutSeconds},
@@ -99,7 +100,7 @@ constexpr auto kSettings = std::to_array<Setting>({
      "seconds until an authority must have answered", kLongestTimeoutSeconds},
     {"ServiceProxy", kMachine, kSealServiceSettingsKey, "Proxy", kLongAddress, "",
      "proxy on the way to the online seal service; without it that of the environment"},
-    {"ServiceCaFile", kMachine, kSealServiceSettingsKey, "CaFile", kPath, "",
+    {"ServiceCaFile", kMachine, kSealServiceSettingsKey, "CaFile", kFile, "",
      "certificates (PEM) that the service's server is checked with; without it the system's"},
     {"ServiceConnectTimeout", kMachine, kSealServiceSettingsKey, "ConnectTimeout", kNumber, "10",
      "seconds until the service must have been reached", kLongestTimeoutSeconds},
@@ -107,15 +108,15 @@ constexpr auto kSettings = std::to_array<Setting>({
      "seconds until the service must have answered", kLongestTimeoutSeconds},
     {"ServiceLargestAnswer", kMachine, kSealServiceSettingsKey, "LargestAnswer", kNumber, "64",
      "MiB that an answer of the service may have", kMostLargestAnswerMib},
-    {"DialogProgram", kMachine, kPlatformKey, "DialogProgram", kPath, "",
+    {"DialogProgram", kMachine, kPlatformKey, "DialogProgram", kFile, "",
      "the program that shows the dialogs"},
-    {"CertService", RegistryRoot::ClassesRoot, kServiceClassKey, "", kPath, "",
+    {"CertService", RegistryRoot::ClassesRoot, kServiceClassKey, "", kFile, "",
      "the certificate service's file (InprocServer32 of its class)"},
-    {"TimeStampEngine", RegistryRoot::ClassesRoot, kEngineClassKey.data(), "", kPath, "",
+    {"TimeStampEngine", RegistryRoot::ClassesRoot, kEngineClassKey.data(), "", kFile, "",
      "the time-stamp engine's file (InprocServer32 of its class)"},
-    {"PersonalSealControl", RegistryRoot::ClassesRoot, kControlClassKey.data(), "", kPath, "",
+    {"PersonalSealControl", RegistryRoot::ClassesRoot, kControlClassKey.data(), "", kFile, "",
      "the file of the drawing control for personal seals (InprocServer32 of its class)"},
-    {"InstallPath", RegistryRoot::CurrentUser, kInstallPathKey, "InstallPath", kPath, "",
+    {"InstallPath", RegistryRoot::CurrentUser, kInstallPathKey, "InstallPath", kFolder, "",
      "installation folder; the certificate service is looked for in Program below it"},
 });
 
@@ -133,9 +134,13 @@ private:
     platform::RegistryKey m_key;
 };
 
+bool IsPath(const Setting& setting) {
+    return setting.type == kFile || setting.type == kFiles || setting.type == kFolder;
+}
+
 bool Query(platform::RegistryKey key, const Setting& setting, void* data, std::size_t* size) {
-    return setting.type == kPath ? platform::QueryRegistryPath(key, setting.value, data, size)
-                                 : platform::QueryRegistryValue(key, setting.value, data, size);
+    return IsPath(setting) ? platform::QueryRegistryPath(key, setting.value, data, size)
+                           : platform::QueryRegistryValue(key, setting.value, data, size);
 }
 
 std::optional<std::string> RawValue(const Setting& setting) {
@@ -164,7 +169,20 @@ Failure Refused(const Setting& setting, const std::string& why) {
     return {ExitCode::kUsage, std::string(setting.name) + " " + why};
 }
 
-bool IsText(const Setting& setting) { return setting.type != kNumber && setting.type != kPath; }
+// Those of `text` that aren't empty; none for what is no path.
+std::vector<std::string> PathsOf(const Setting& setting, const std::string& text) {
+    std::vector<std::string> paths;
+    if (!IsPath(setting)) return paths;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t separator = setting.type == kFiles ? text.find(';', begin) : text.npos;
+        const std::size_t end = std::min(separator, text.size());
+        if (end != begin) paths.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return paths;
+}
+
+bool IsText(const Setting& setting) { return setting.type != kNumber && !IsPath(setting); }
 
 bool IsAddress(const Setting& setting) {
     return setting.type == kAddress || setting.type == kLongAddress;
@@ -186,7 +204,7 @@ bool Store(const Setting& setting, const std::string& text) {
     const OpenKey key(
         platform::CreateRegistryKey(platform::RegistryRootKey(setting.root), setting.key));
     if (!key.Get()) return false;
-    if (setting.type == kPath) {
+    if (IsPath(setting)) {
         return StoreClassFile(key.Get(), setting, platform::PathFromUtf8(text));
     }
     if (IsText(setting)) {
@@ -196,6 +214,16 @@ bool Store(const Setting& setting, const std::string& text) {
     unsigned int number = 0;
     return ParseNumber(text, number) &&
            platform::SetRegistryNumber(key.Get(), setting.value, number);
+}
+
+// What isn't there yet may become either.
+void CheckKind(const Setting& setting, const std::string& path) {
+    const std::string there = platform::PathFromUtf8(path);
+    const bool isFolder = platform::IsDirectory(there.c_str());
+    if (isFolder == (setting.type == kFolder) || !platform::PathExists(there.c_str())) return;
+    throw Failure{ExitCode::kFile, std::string(setting.name) + " is a " +
+                                       (isFolder ? "file" : "folder") + ", and this is a " +
+                                       (isFolder ? "folder" : "file") + ": " + path + "."};
 }
 
 void CheckValue(const Setting& setting, const std::string& text) {
@@ -209,7 +237,7 @@ void CheckValue(const Setting& setting, const std::string& text) {
     if (IsBeyondReading(setting, text)) {
         throw Refused(setting, "has at most 199 bytes of GBK; a longer text is never read.");
     }
-    if (setting.type == kPath && text.empty()) {
+    if (IsPath(setting) && text.empty()) {
         throw Refused(setting,
                       "is a path; to remove it: tesmark config unset " + std::string(setting.name));
     }
@@ -217,7 +245,8 @@ void CheckValue(const Setting& setting, const std::string& text) {
         throw Refused(setting, "is an absolute path: \"" + relative +
                                    "\" would mean another place in each working folder.");
     }
-    if (setting.type == kPath && platform::Utf8FromPath(platform::PathFromUtf8(text)) != text) {
+    for (const std::string& path : PathsOf(setting, text)) CheckKind(setting, path);
+    if (IsPath(setting) && platform::Utf8FromPath(platform::PathFromUtf8(text)) != text) {
         throw Refused(setting, "has a character that paths lack in this machine's code page.");
     }
 }
@@ -254,13 +283,8 @@ bool IsBeyondReading(const Setting& setting, const std::string& text) {
 }
 
 std::string RelativePathOf(const Setting& setting, const std::string& text) {
-    if (setting.type != kPath) return {};
-    const bool isList = std::strcmp(setting.name, "Pkcs11Modules") == 0;
-    for (std::size_t begin = 0; begin <= text.size();) {
-        const std::size_t end = std::min(isList ? text.find(';', begin) : text.npos, text.size());
-        const std::string path = text.substr(begin, end - begin);
-        if (!path.empty() && !FileAt(path).is_absolute()) return path;
-        begin = end + 1;
+    for (const std::string& path : PathsOf(setting, text)) {
+        if (!FileAt(path).is_absolute()) return path;
     }
     return {};
 }
@@ -284,7 +308,7 @@ std::optional<std::string> ReadSetting(const Setting& setting) {
         return std::to_string(number);
     }
     const std::string text = bytes->substr(0, bytes->find('\0'));
-    return setting.type == kPath ? platform::Utf8FromPath(text) : Utf8FromGbk(text);
+    return IsPath(setting) ? platform::Utf8FromPath(text) : Utf8FromGbk(text);
 }
 
 std::optional<std::string> ShownSetting(const Setting& setting) {

@@ -15,7 +15,9 @@ enum class SettingType {
     kLongText,     // GBK of any length
     kLongAddress,  // the same, of one address or several; as kAddress
     kSecret,       // GBK of any length, for nobody to see
-    kPath          // the file system's bytes
+    kFile,         // a path, in the file system's bytes
+    kFiles,        // several of those with ";" between them
+    kFolder        // as kFile
 };
 
 struct Setting {
@@ -65,8 +67,9 @@ bool IsBeyondReading(const Setting& setting, const std::string& text);
 std::string RelativePathOf(const Setting& setting, const std::string& text);
 
 // Checks `text` against the type and the largest number, and that a path is absolute (usage
-// Failure), and stores it. A store that can't be written is a setup Failure, and so is one that
-// doesn't give the value back.
+// Failure) and leads to no folder in a file's place, nor the other way round (file Failure); what
+// isn't there may come. Then stores it. A store that can't be written is a setup Failure, and so is
+// one that doesn't give the value back.
 void WriteSetting(const Setting& setting, const std::string& text);
 
 // False if it wasn't set. A store that can't be written is a setup Failure.

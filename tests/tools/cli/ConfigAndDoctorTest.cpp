@@ -66,6 +66,36 @@ TEST_F(ConfigTest, ARelativePathIsRefusedForEverySetting) {
     EXPECT_EQ(Tesmark({"config", "set", "KeyFolder", "~/keys"}).exitCode, 2);
 }
 
+TEST_F(ConfigTest, AFolderIsNoFileAndAFileNoFolder) {
+    const std::string folder = InPrefix("folder");
+    const std::string file = InPrefix("file");
+    ASSERT_TRUE(std::filesystem::create_directory(folder));
+    WriteFile(file, "x");
+    const std::string list = InPrefix("module.so") + ";" + folder;
+    const struct {
+        std::string name, value, told;
+    } cases[] = {{"DialogProgram", folder, folder},
+                 {"ServiceCaFile", folder, folder},
+                 {"Pkcs11Modules", list, folder},
+                 {"KeyFolder", file, file},
+                 {"InstallPath", file, file}};
+    for (const auto& [name, value, told] : cases) {
+        const Json::Value before = Json({"config", "get", name})["value"];
+        const auto outcome = Tesmark({"config", "set", name, value});
+        EXPECT_EQ(outcome.exitCode, 4) << name;
+        EXPECT_NE(outcome.error.find(told + "."), std::string::npos) << outcome.error;
+        EXPECT_EQ(Json({"config", "get", name})["value"], before) << name;
+    }
+}
+
+TEST_F(ConfigTest, WhatIsNotThereYetMayBeSet) {
+    const std::string none = InPrefix("none");
+    for (const char* name : {"DialogProgram", "KeyFolder", "Pkcs11Modules"}) {
+        EXPECT_EQ(Tesmark({"config", "set", name, none}).exitCode, 0) << name;
+        EXPECT_EQ(Tesmark({"config", "get", name}).out, none + "\n");
+    }
+}
+
 TEST_F(ConfigTest, EachPathOfAListIsAbsolute) {
     const std::string one = InPrefix("one.so");
     EXPECT_EQ(Tesmark({"config", "set", "Pkcs11Modules", one + ";two.so"}).exitCode, 2);
@@ -313,6 +343,13 @@ TEST_F(HelpTest, AWordThatIsNoCommandIsNamedWithTheNearestOne) {
     const auto far = Tesmark({"frobnicate"});
     EXPECT_NE(far.error.find("\"tesmark frobnicate\""), std::string::npos) << far.error;
     EXPECT_EQ(far.error.find("meant?"), std::string::npos) << far.error;
+}
+
+TEST_F(HelpTest, AScriptGetsItsDocumentOfAWordThatIsNoCommandToo) {
+    for (const std::vector<std::string>& line :
+         std::vector<std::vector<std::string>>{{"stmp"}, {"key", "nw"}, {"--json", "stmp"}, {}}) {
+        EXPECT_EQ(Json(line)["error"]["exit"].asInt(), 2);
+    }
 }
 
 // Nor is it taken for a command where one was named.

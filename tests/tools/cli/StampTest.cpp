@@ -242,14 +242,15 @@ TEST_F(StampTest, AFolderInADocumentsPlaceIsToldAsOne) {
 }
 
 // It wrote a file of that name.
-TEST_F(StampTest, StandardInputAndOutputAreNoFilesToStampOrSign) {
+TEST_F(StampTest, StandardInputAndOutputAreNoFilesToStampSignOrVerify) {
     MakeKey("rsa", "rsa2048");
     MakeSeal("rsa", "es", "rsa");
     for (const std::vector<std::string>& command :
          std::vector<std::vector<std::string>>{{"stamp", kContract, "-", "--pin", "123456"},
                                                {"stamp", "-", m_out, "--pin", "123456"},
                                                {"sign", "-", "--pin", "123456"},
-                                               {"timestamp", "-"}}) {
+                                               {"timestamp", "-"},
+                                               {"verify", "-"}}) {
         const auto outcome = Tesmark(command);
         EXPECT_EQ(outcome.exitCode, 2) << outcome.error;
         EXPECT_EQ(outcome.out, "");

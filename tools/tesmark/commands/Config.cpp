@@ -23,7 +23,9 @@ const char* TypeText(SettingType type) {
         case SettingType::kLongText:
         case SettingType::kLongAddress: return "text";
         case SettingType::kSecret: return "secret";
-        case SettingType::kPath: return "path";
+        case SettingType::kFile:
+        case SettingType::kFiles:
+        case SettingType::kFolder: return "path";
     }
     return "";
 }

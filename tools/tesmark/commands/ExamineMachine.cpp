@@ -7,6 +7,7 @@
 #include "LoadedObject.h"
 #include "PathText.h"
 #include "PlatformText.h"
+#include "Registration.h"
 #include "ResultText.h"
 #include "Version.h"
 #include "commands/DialogWay.h"
@@ -59,11 +60,7 @@ void ExamineService(Findings& findings) {
                              missing.front() + (missing.size() > 1 ? " and others" : "") + ".",
                          "install a newer certificate service");
     } catch (const Failure& failure) {
-        const std::string beside = BesideLibrary(platform::ModuleFileName("KVLAppCOM"));
-        findings.Problem(
-            kSubject, CauseOf(failure),
-            "tesmark config set CertService " +
-                (beside.empty() ? "/path/of/" + platform::ModuleFileName("KVLAppCOM") : beside));
+        findings.Problem(kSubject, CauseOf(failure), HowToRegister("CertService", "KVLAppCOM"));
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "LoadedObject.h"
 #include "PathText.h"
+#include "Registration.h"
 #include "Settings.h"
 #include "TerminalText.h"
 #include "TimeStampWish.h"
@@ -18,13 +19,9 @@ namespace {
 constexpr char kSubject[] = "time stamps";
 constexpr char kSetAddress[] = "tesmark config set TimeStampUrl http://HOST/PATH";
 
-std::string EngineFile() { return platform::ModuleFileName("VelmoraTSEngine"); }
+constexpr char kEngineStem[] = "VelmoraTSEngine";
 
-std::string HowToRegister() {
-    const std::string beside = BesideLibrary(EngineFile());
-    return "tesmark config set TimeStampEngine " +
-           (beside.empty() ? "/path/of/" + EngineFile() : beside);
-}
+std::string HowToRegisterEngine() { return HowToRegister("TimeStampEngine", kEngineStem); }
 
 // Makes the engine as the library does.
 bool CanBeMade() {
@@ -42,7 +39,7 @@ bool CanBeMade() {
 
 // Another maker's engine has its address in a place of its own.
 bool IsOpenEngine(const std::string& path) {
-    const std::string beside = BesideLibrary(EngineFile());
+    const std::string beside = BesideLibrary(platform::ModuleFileName(kEngineStem));
     std::error_code error;
     return !beside.empty() && std::filesystem::equivalent(FileAt(path), FileAt(beside), error);
 }
@@ -50,7 +47,7 @@ bool IsOpenEngine(const std::string& path) {
 void ExamineMissing(Findings& findings, bool wanted) {
     if (wanted) {
         findings.Problem(kSubject, "Signatures are to carry a time stamp; no engine is registered.",
-                         HowToRegister());
+                         HowToRegisterEngine());
     } else {
         findings.Good(kSubject, "no engine is registered, and none is in use");
     }
@@ -81,7 +78,7 @@ void ExamineTimeStamps(Findings& findings) {
     if (!engine) return ExamineMissing(findings, wanted);
     if (!CanBeMade()) {
         findings.Problem(kSubject, "The engine can't be loaded: " + Printable(*engine) + ".",
-                         HowToRegister());
+                         HowToRegisterEngine());
         return;
     }
     const std::size_t before = findings.Problems();

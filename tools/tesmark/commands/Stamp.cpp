@@ -119,26 +119,33 @@ Pair ParseSize(const std::string& text) {
 
 Pair ParsePlace(const std::string& text) { return ParsePair(text, ',', "--at", "X,Y"); }
 
-// What is wrong with them shall cost no dialog and no try of a key.
-void CheckNumbers(const Options& options) {
-    if (!options.size.empty()) ParseSize(options.size);
-    if (!options.at.empty()) ParsePlace(options.at);
-    if (options.page != 0) return;
-    throw Failure{ExitCode::kUsage,
-                  "--page is a page's number from 1, or one from the end, from -1: 0 is none."};
+// Where the seal is to go, as far as that is said.
+struct Wish {
+    std::optional<Pair> size;
+    std::optional<Pair> at;
+};
+
+// Before anything else: what is wrong with the numbers shall cost no dialog and no try of a key.
+Wish ReadWish(const Options& options) {
+    if (options.page == 0) {
+        throw Failure{ExitCode::kUsage,
+                      "--page is a page's number from 1, or one from the end, from -1: 0 is none."};
+    }
+    Wish wish;
+    if (!options.size.empty()) wish.size = ParseSize(options.size);
+    if (!options.at.empty()) wish.at = ParsePlace(options.at);
+    return wish;
 }
 
-void Place(const Options& options, const PdfPageSize& page, StampRequest& request) {
+void Place(const Wish& wish, const PdfPageSize& page, StampRequest& request) {
     request.page = page.page;
-    if (!options.size.empty()) {
-        const Pair size = ParseSize(options.size);
-        request.widthMm = size.first;
-        request.heightMm = size.second;
+    if (wish.size) {
+        request.widthMm = wish.size->first;
+        request.heightMm = wish.size->second;
     }
-    if (!options.at.empty()) {
-        const Pair at = ParsePlace(options.at);
-        request.xMm = at.first;
-        request.yMm = at.second;
+    if (wish.at) {
+        request.xMm = wish.at->first;
+        request.yMm = wish.at->second;
         return;
     }
     request.xMm = std::max(0.0, page.widthMm - request.widthMm - kMarginMm);
@@ -179,14 +186,14 @@ std::string Property(const StampRequest& request) {
            Millimetres(request.widthMm) + "," + Millimetres(request.heightMm) + "; unit=mm";
 }
 
-StampRequest MakeRequest(const Options& options, const PdfPageSize& page,
+StampRequest MakeRequest(const Options& options, const Wish& wish, const PdfPageSize& page,
                          const SelectedSeal& selected) {
     StampRequest request;
     request.inputPath = platform::PathFromUtf8(options.input);
     request.outputPath = platform::PathFromUtf8(options.output);
     request.widthMm = selected.widthMm;
     request.heightMm = selected.heightMm;
-    Place(options, page, request);
+    Place(wish, page, request);
     CheckLiesOnPage(options, page, request);
     request.picture = selected.picture;
     const std::string seal = IsSealSignature(selected.mode) ? SelectedSealFile() : "";
@@ -336,7 +343,7 @@ void CheckCanCarryTimeStamp(const Options& options, const SelectedSeal& selected
 Report Stamp(const Options& options) {
     CheckIsNoStream(options.input);
     CheckIsNoStream(options.output);
-    CheckNumbers(options);
+    const Wish wish = ReadWish(options);
     CheckIsNotInput(options.output, options.input);
     CheckIsNotInput(options.output, options.selection.pin.file);
     if (options.timeStamp) RequireTimeStamps();
@@ -351,7 +358,7 @@ Report Stamp(const Options& options) {
     const LibrarySession library;
     const SelectedSeal selected = Select(options);
     CheckCanCarryTimeStamp(options, selected);
-    const StampRequest request = MakeRequest(options, page, selected);
+    const StampRequest request = MakeRequest(options, wish, page, selected);
     if (!guard) guard.emplace();
     const bool large = copy.IsLarge() && !options.timeStamp;
     Made made;

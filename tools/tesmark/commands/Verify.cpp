@@ -239,6 +239,7 @@ Report Unsigned(Report report) {
 }
 
 Report VerifyPdf(const Options& options) {
+    CheckIsNoStream(options.input);
     const std::string path = platform::PathFromUtf8(options.input);
     CDocumentBytes document(path);
     CPdfSignatureReading reading(path, document);

@@ -45,7 +45,7 @@ struct StampRequest {
     // Room for the signature's bytes, 1 to 8 MiB; /Contents takes twice as many in the file, and
     // what the signature leaves is filled with zeros. For a signature that needs more the signer is
     // called once more, with more room.
-    std::size_t contentsSize = 32'768;
+    std::size_t contentsSize = 0;
 };
 
 // What is to be signed: the whole output but for the value of /Contents. Exactly one of the two
