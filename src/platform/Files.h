@@ -29,6 +29,10 @@ bool FindFile(const char* path);
 // letters from A to Z. `folder` with `name` behind it if there is no such file.
 std::string FileInFolder(const std::string& folder, const std::string& name);
 
+// True for a name that behind a folder's path doesn't mean a file in that folder: one with a
+// separator, and on Windows that of a device or with a drive or a stream in it.
+bool LeadsElsewhere(std::string_view name);
+
 // The folder for the user's data of this machine, with "Velmora" and a separator at its end, not
 // yet made; empty if the system tells none.
 std::string UserDataFolder();

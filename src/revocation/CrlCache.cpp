@@ -102,6 +102,11 @@ int CrlCache::Get(std::string_view distributionPoints, std::string& crl) {
     }
     const std::string name = url.substr(url.rfind('/') + 1);
     if (!platform::IsDirectory(m_folder.c_str())) platform::CreateDirectoryAt(m_folder.c_str());
+    // Nobody has looked yet at whose certificate it is that names the file.
+    if (platform::LeadsElsewhere(name)) {
+        crl.clear();
+        return 0;
+    }
     const List list{url, name, platform::FileInFolder(m_folder, name)};
     const bool found = platform::FindFile(list.path.c_str());
     if (const int code = found ? Refresh(list) : Fetch(list)) return code;

@@ -21,7 +21,8 @@ public:
     // Gives the bytes of the list that `distributionPoints` names, fetching it when it is absent
     // or stale: the text of the certificate's extension (RFC 5280, 4.2.1.13), of which the last
     // http address is used, else the last https address, each to the end of the text.
-    // 0 with an empty `crl`: the folder can't be written, or the server gave nothing.
+    // 0 with an empty `crl`: the folder can't be written, or its last part is no name of a file in
+    // it, or the server gave nothing.
     // -3048: the text names no such address. -1: a refresh failed, and the old list is gone.
     // Any other value is the first download's libcurl code. Blocks for the whole transfer.
     int Get(std::string_view distributionPoints, std::string& crl);

@@ -48,6 +48,14 @@ TEST_F(FilesTest, AFileInAFolderIsFoundWhateverTheCaseOfItsLetters) {
     EXPECT_EQ(FileInFolder(Path("none/"), "a"), Path("none/a"));
 }
 
+TEST_F(FilesTest, ANameWithASeparatorLeadsElsewhere) {
+    EXPECT_TRUE(LeadsElsewhere("../a"));
+    EXPECT_TRUE(LeadsElsewhere(std::string("..") + PathSeparator() + "a"));
+    for (const char* name : {"", "a", "a.b c", "ca1.crl) more", "\x81\x5C.crl"}) {
+        EXPECT_FALSE(LeadsElsewhere(name)) << name;
+    }
+}
+
 TEST_F(FilesTest, AChineseNameIsFoundByThePathOfItsTextAndToldByIt) {
     const std::u8string name = u8"合同（已盖章）";
     const std::string text(name.begin(), name.end());

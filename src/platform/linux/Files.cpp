@@ -62,6 +62,8 @@ std::string FileInFolder(const std::string& folder, const std::string& name) {
     return path;
 }
 
+bool LeadsElsewhere(std::string_view name) { return name.find('/') != std::string_view::npos; }
+
 std::string UserDataFolder() {
     std::string folder = PrefixFolder();
     if (folder.empty()) folder = UserFolder("XDG_STATE_HOME", ".local/state");

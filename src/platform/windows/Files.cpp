@@ -1,5 +1,7 @@
 #include "platform/Files.h"
 
+#include <cctype>
+
 #include "platform/CodePage.h"
 #include "platform/windows/UserData.h"
 #include "platform/windows/Win32.h"
@@ -26,6 +28,18 @@ struct TextModeBytes {
     char bytes[2 * kLargestRecord];
     DWORD size = 0;
 };
+
+// A name of the old system, also with an extension, is a device in every folder.
+bool IsDevice(std::string_view name) {
+    std::string stem(name.substr(0, name.find('.')));
+    while (!stem.empty() && stem.back() == ' ') stem.pop_back();
+    for (char& c : stem) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    for (const char* device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"}) {
+        if (stem == device) return true;
+    }
+    return stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) &&
+           std::isdigit(static_cast<unsigned char>(stem[3]));
+}
 
 // What the caller may still want to read.
 class KeptLastError {
@@ -65,6 +79,14 @@ bool FindFile(const char* path) {
 
 std::string FileInFolder(const std::string& folder, const std::string& name) {
     return folder + name;
+}
+
+bool LeadsElsewhere(std::string_view name) {
+    // The second byte of a character can be a backslash's.
+    for (std::size_t i = 0; i < name.size(); i += IsAnsiLeadByte(name[i]) ? 2 : 1) {
+        if (name[i] == '\\' || name[i] == '/' || name[i] == ':') return true;
+    }
+    return IsDevice(name);
 }
 
 std::string UserDataFolder() {

@@ -348,6 +348,14 @@ TEST_F(CrlCacheTest, NamesThatDifferInCaseShareTheirFileAsTheyShareTheirTime) {
     EXPECT_EQ(FileContent(), "of the other server");
 }
 
+TEST_F(CrlCacheTest, NoNameLeadsOutOfTheFolder) {
+    std::filesystem::create_directories(m_prefix.CrlFolder());
+    for (const char* name : {"..\\planted.bat", "..", "x:stream", "NUL.crl"}) {
+        EXPECT_EQ(Get(std::string("URI:http://192.0.2.7/") + name), 0) << name;
+    }
+    EXPECT_FALSE(std::filesystem::exists(m_prefix.CrlFolder() + "../planted.bat"));
+}
+
 TEST_F(CrlCacheTest, AFolderThatCannotBeMadeGivesZeroWithAnEmptyListAndRecordsTheTime) {
     CrlCache cache(m_prefix.Path() + "/no/such/", m_downloader, m_clock);
     EXPECT_EQ(cache.Get(kInfo, m_crl), 0);

@@ -31,6 +31,13 @@ TEST_F(FilesOnWindows, ARecordEndsAsALineOfATextFileDoes) {
     EXPECT_EQ(Contents("log"), "one\r\na\r\nb\r\n");
 }
 
+TEST_F(FilesOnWindows, ADriveAStreamAndADeviceLeadElsewhere) {
+    for (const char* name : {"c:a", "a:stream", "NUL", "con.crl", "Com1 .txt", "a\\b"}) {
+        EXPECT_TRUE(LeadsElsewhere(name)) << name;
+    }
+    EXPECT_FALSE(LeadsElsewhere("COM1a"));
+}
+
 TEST_F(FilesOnWindows, AFileThatAnotherKeepsToItselfTakesNoRecord) {
     const std::string file = m_prefix.Below("log");
     const HANDLE other =
