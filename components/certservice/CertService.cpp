@@ -1,6 +1,7 @@
 #include "components/certservice/CertService.h"
 
 #include <optional>
+#include <utility>
 
 #include "components/certservice/AmbiguousData.h"
 #include "components/certservice/Base64Text.h"
@@ -204,8 +205,9 @@ int CertService::CertificateExtension(std::string_view certificate, const char* 
 int CertService::Validate(std::string_view certificate, std::time_t now) {
     X509* parsed = m_certificates.Parse(certificate);
     if (!parsed) return kServiceCertificateDamaged;
+    const bool isListForIt = std::exchange(m_isListNew, false);
     const CertificateVerdict verdict =
-        m_process->trust.Validate(parsed, m_revocationList.get(), now);
+        m_process->trust.Validate(parsed, m_revocationList.get(), isListForIt, now);
     // Callers take -4 as acceptable: a forged list would hide a revocation from them.
     return verdict == kCertificateRevocationUndecided ? kCertificateUntrusted : verdict;
 }
@@ -213,6 +215,7 @@ int CertService::Validate(std::string_view certificate, std::time_t now) {
 int CertService::SetRevocationList(std::string_view base64) {
     if (base64.empty()) {
         m_revocationList.reset();
+        m_isListNew = false;
         return kServiceOk;
     }
     std::string content;
@@ -220,5 +223,6 @@ int CertService::SetRevocationList(std::string_view base64) {
     auto list = RevocationList::Parse(content);
     if (!list) return kServiceRevocationListDamaged;
     m_revocationList = std::move(list);
+    m_isListNew = true;
     return kServiceOk;
 }

@@ -81,7 +81,9 @@ public:
     // A CertificateVerdict, or kServiceCertificateDamaged. A certificate whose revocation stays
     // undecided is untrusted.
     int Validate(std::string_view certificate, std::time_t now);
-    // The list in force for Validate, as Base64 of DER or PEM; an empty text takes it away.
+    // The list in force for Validate, as Base64 of DER or PEM; an empty text takes it away. Callers
+    // fetch it for the certificate that they ask about next: if it is of another issuer then, that
+    // one's revocation stays undecided.
     // kServiceRevocationListDamaged leaves the one before in force.
     int SetRevocationList(std::string_view base64);
 
@@ -120,6 +122,7 @@ private:
     PendingResults m_pending;
     CertificateCache m_certificates;
     std::unique_ptr<RevocationList> m_revocationList;
+    bool m_isListNew = false;  // no certificate was asked about since it was set
     Prepared m_prepared;
     std::string m_messageBytes;
     std::shared_ptr<const SignedMessage> m_message;  // what those bytes are

@@ -44,7 +44,7 @@ bool HasShortKey(STACK_OF(X509) * chain) {
 // `first` says what the list tells about the chain's first certificate, by its issuer.
 template <typename First>
 CertificateVerdict RevocationVerdict(STACK_OF(X509) * chain, const RevocationList& list,
-                                     std::time_t now, First first) {
+                                     bool isForFirst, std::time_t now, First first) {
     bool undecided = false;
     // The anchor at the end is trusted by its own presence.
     for (int i = 0; i + 1 < sk_X509_num(chain); ++i) {
@@ -53,7 +53,7 @@ CertificateVerdict RevocationVerdict(STACK_OF(X509) * chain, const RevocationLis
             case Revocation::kRevoked:
                 return i == 0 ? kCertificateRevoked : kCertificateIssuerRevoked;
             case Revocation::kUndecided: undecided = true; break;
-            case Revocation::kOtherIssuer:
+            case Revocation::kOtherIssuer: undecided |= isForFirst && i == 0; break;
             case Revocation::kGood: break;
         }
     }
@@ -107,11 +107,12 @@ void TrustStore::LoadFile(const std::string& path) {
 }
 
 CertificateVerdict TrustStore::Validate(X509* certificate, const RevocationList* list,
-                                        std::time_t now) {
+                                        bool isListForIt, std::time_t now) {
     return Judge(certificate, {}, now, [&](STACK_OF(X509) * chain) {
         if (!list) return kCertificateGood;
-        return RevocationVerdict(
-            chain, *list, now, [&](X509* issuer) { return list->Check(certificate, issuer, now); });
+        return RevocationVerdict(chain, *list, isListForIt, now, [&](X509* issuer) {
+            return list->Check(certificate, issuer, now);
+        });
     });
 }
 
@@ -121,7 +122,7 @@ CertificateVerdict TrustStore::ValidateStamper(X509* authority,
                                                std::time_t now) {
     return Judge(authority, helpers, stamped, [&](STACK_OF(X509) * chain) {
         if (!list) return kCertificateGood;
-        return RevocationVerdict(chain, *list, now, [&](X509* issuer) {
+        return RevocationVerdict(chain, *list, false, now, [&](X509* issuer) {
             return list->CheckStamper(authority, issuer, stamped, now);
         });
     });

@@ -38,9 +38,12 @@ public:
     // Checks chain, if there is a list revocation, and validity at `now`. RSA keys below 2048 bits
     // and signatures by SHA-1 or weaker make a chain untrusted, but for the anchor's own
     // signature, which nobody looks at. A certificate whose
-    // issuer (or an issuer above) the list names is of a revoked issuer. The folder is read again
-    // if it or a file in it has changed.
-    CertificateVerdict Validate(X509* certificate, const RevocationList* list, std::time_t now);
+    // issuer (or an issuer above) the list names is of a revoked issuer. A list that was fetched
+    // for this certificate and is of another issuer leaves its revocation undecided; any other says
+    // nothing about those whose issuer isn't the list's. The folder is read again if it or a file
+    // in it has changed.
+    CertificateVerdict Validate(X509* certificate, const RevocationList* list, bool isListForIt,
+                                std::time_t now);
 
     // The same for the authority of a time stamp of `stamped`, when chain and validity have to have
     // been good. The list is asked as of `now` (RevocationList::CheckStamper). `helpers`, the

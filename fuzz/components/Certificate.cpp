@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         std::string der;
         REQUIRE(CertificateExtension(certificate.get(), "2.5.29.31", der) == kServiceOk);
-        REQUIRE(TrustStore({}).Validate(certificate.get(), nullptr, 1'800'000'000) ==
+        REQUIRE(TrustStore({}).Validate(certificate.get(), nullptr, false, 1'800'000'000) ==
                 kCertificateUntrusted);
     }
     ERR_clear_error();

@@ -1,7 +1,6 @@
 #include "components/certservice/DurableFile.h"
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 #include "components/certservice/windows/OwnerOnly.h"
@@ -66,18 +65,6 @@ bool Replace(const std::string& path, const std::string& temporary) {
         Sleep(kReplacePause);
     }
     return false;
-}
-
-// A name of the old system, also with an extension, is a device in every folder.
-bool IsDevice(std::string_view name) {
-    std::string stem(name.substr(0, name.find('.')));
-    while (!stem.empty() && stem.back() == ' ') stem.pop_back();
-    for (char& c : stem) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    for (const char* device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"}) {
-        if (stem == device) return true;
-    }
-    return stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) &&
-           std::isdigit(static_cast<unsigned char>(stem[3]));
 }
 
 std::vector<std::string> NamesIn(const std::string& path, bool folders) {
@@ -180,7 +167,7 @@ bool IsPlainName(std::string_view name) {
     if (name.empty() || name.back() == '.' || name.back() == ' ') return false;
     const bool control = std::any_of(name.begin(), name.end(),
                                      [](char c) { return static_cast<unsigned char>(c) < ' '; });
-    return !control && !HasCharacter(name, "<>:\"/\\|?*") && !IsDevice(name);
+    return !control && !HasCharacter(name, "<>\"|?*") && !platform::LeadsElsewhere(name);
 }
 
 std::vector<std::string> FoldersIn(const std::string& path) { return NamesIn(path, true); }

@@ -78,14 +78,44 @@ TEST_F(ValidateTest, TheTrustFolderIsReadAgainWhenItChanges) {
 TEST_F(ValidateTest, OfSeveralCertificatesInTurnEachIsJudgedAnew) {
     const std::string sm2 = MakeCertificate(KeyKind::kSm2, Named("11"));
     const std::string rsa = MakeCertificate(KeyKind::kRsa, Named("22"));
-    const auto both = [&] { return std::pair(Validate(m_context, sm2), Validate(m_context, rsa)); };
+    const auto both = [&] {
+        const int first = Validate(m_context, sm2);
+        return std::pair(first, Validate(m_context, rsa));
+    };
     EXPECT_EQ(both(), std::pair(0, 0));
     ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kRsa), "22")), 0);
+    EXPECT_EQ(Validate(m_context, rsa), -3);
     EXPECT_EQ(both(), std::pair(0, -3));
     ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kSm2), "11")), 0);
     EXPECT_EQ(both(), std::pair(-3, 0));
     std::filesystem::remove_all(Path("trust"));
     EXPECT_EQ(both(), std::pair(-1, -1));
+}
+
+// Whoever puts another issuer's list in the place of the one asked for would hide a revocation.
+TEST_F(ValidateTest, AListOfAnotherIssuerInThePlaceOfItsOwnLeavesACertificateUntrusted) {
+    for (const KeyKind kind : kKinds) {
+        const std::string certificate = MakeCertificate(kind, Named("1234"));
+        const auto stranger = DevelopmentCa::Make(kind, Named());
+        const KeyKind other = kind == KeyKind::kSm2 ? KeyKind::kRsa : KeyKind::kSm2;
+        for (const std::string& list : {List(*stranger, "99"), List(Authority(other), "99")}) {
+            ASSERT_EQ(SetRevocationList(m_context, list), 0);
+            EXPECT_EQ(Validate(m_context, certificate), -1);
+            EXPECT_EQ(Validate(m_context, certificate), 0) << "it is left from another's check";
+        }
+        ASSERT_EQ(SetRevocationList(m_context, List(Authority(kind), "99")), 0);
+        EXPECT_EQ(Validate(m_context, certificate), 0);
+    }
+}
+
+TEST_F(ValidateTest, AListOfAnIssuerFurtherUpIsNoListOfTheCertificates) {
+    CertificateRequest name = Named("5555");
+    name.commonName = "Intermediate";
+    const auto intermediate = Authority(KeyKind::kSm2).MakeSubordinate(KeyKind::kSm2, name);
+    Trust(*intermediate, "intermediate.pem");
+    const std::string certificate = IssueBelow(*intermediate, KeyKind::kSm2, Named());
+    ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kSm2), "99")), 0);
+    EXPECT_EQ(Validate(m_context, certificate), -1);
 }
 
 TEST_F(ValidateTest, ValidityIsJudgedOnBothSides) {
@@ -225,9 +255,9 @@ TEST_F(ValidateTest, ARevokedIntermediateIsARevokedIssuer) {
     }
 }
 
-TEST_F(ValidateTest, AListOfAnotherIssuerSaysNothing) {
-    const auto stranger = DevelopmentCa::Make(KeyKind::kSm2, Named());
-    ASSERT_EQ(SetRevocationList(m_context, List(*stranger, "1234")), 0);
+TEST_F(ValidateTest, AListThatWasOfAnotherCertificateSaysNothingOfTheNext) {
+    ASSERT_EQ(SetRevocationList(m_context, List(Authority(KeyKind::kRsa), "1234")), 0);
+    ASSERT_EQ(Validate(m_context, MakeCertificate(KeyKind::kRsa, Named("99"))), 0);
     EXPECT_EQ(Validate(m_context, MakeCertificate(KeyKind::kSm2, Named("1234"))), 0);
 }
 
