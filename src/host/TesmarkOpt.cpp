@@ -24,7 +24,9 @@ namespace {
 constexpr int kFirstField = 1;
 constexpr int kLastField = 34;
 
+// Copies: a call of the host's while a component asks its user may choose others.
 std::string SelectedCertificate() { return g_currentCertId.Text(); }
+std::string SelectedSeal() { return std::string(g_selectedSeal.View()); }
 
 bool SignsWithSeal() { return g_esealMode == SealTypeGM || g_esealMode == SealTypeGB; }
 
@@ -160,9 +162,9 @@ int P7SignData(const unsigned char* data, int dataLen, const unsigned char* prop
     const std::string certId = SelectedCertificate();
     if (certId.empty()) return 0;
     if (SignsWithSeal()) {
+        const std::string seal = SelectedSeal();
         return EndSelectionOnFailure(g_appOpt.SignData_GB(data, dataLen, certId.c_str(), property,
-                                                          propertyLen, g_selectedSeal.View(), out,
-                                                          outLen));
+                                                          propertyLen, seal, out, outLen));
     }
     if (g_esealMode != SealTypeDefault) return 0;
     return EndSelectionOnFailure(
@@ -175,8 +177,9 @@ int P7SignBigFile(const char* filePath, const unsigned char* property, int prope
     const std::string certId = SelectedCertificate();
     if (certId.empty()) return 0;
     if (SignsWithSeal()) {
-        return EndSelectionOnFailure(g_appOpt.SignBigFile_GB(
-            filePath, certId.c_str(), property, propertyLen, g_selectedSeal.View(), out, outLen));
+        const std::string seal = SelectedSeal();
+        return EndSelectionOnFailure(g_appOpt.SignBigFile_GB(filePath, certId.c_str(), property,
+                                                             propertyLen, seal, out, outLen));
     }
     if (g_esealMode != SealTypeDefault) return 0;
     return EndSelectionOnFailure(g_appOpt.SignBigFile(1, filePath, certId.c_str(), out, outLen));

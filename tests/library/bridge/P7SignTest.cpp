@@ -142,6 +142,21 @@ TEST_F(P7SignTest, InMode1TheSealLibrarySignsTheHashWithTheSelectedSeal) {
                             "8 [HashData]: begin", "8 [HashData]: ok", "8 [SignData_GB]: ok"));
 }
 
+// As may happen while the service's own window asks for a PIN.
+TEST_F(P7SignTest, ASelectionThatTheHostEndsMeanwhileStillSignsWithItsSeal) {
+    const auto endSelection = [](const fakes::Call&) {
+        ClearSelectKeyID();
+        return fakes::Answer{};
+    };
+    fakes::On("SOF_ValidateCert").Does(endSelection);
+    Select(1);
+    EXPECT_EQ(P7Sign("data", "", m_out.buffer, &m_out.length), 0);
+    EXPECT_THAT(fakes::CallTexts().back(), HasSubstr("9 \"seal file\""));
+    Select(1);
+    EXPECT_EQ(P7SignBigFile("file", nullptr, 0, m_out.buffer, &m_out.length), 0);
+    EXPECT_THAT(fakes::CallTexts().back(), HasSubstr("9 \"seal file\""));
+}
+
 TEST_F(P7SignTest, TheHashThatIsSignedIsTheServices) {
     Select(1);
     fakes::On("SOF_HashData").Gives("0123456789ABCDEF0123456789abcdef");
