@@ -9,8 +9,15 @@
 
 namespace {
 
-std::size_t WriteToFile(const char* data, std::size_t size, std::size_t count, void* file) {
-    return std::fwrite(data, size, count, static_cast<std::FILE*>(file));
+// The address may be of a certificate that nobody trusts: what it gives shall not fill the disk.
+constexpr std::size_t kLargest = 64 * 1024 * 1024;
+
+// Less than was given ends the transfer with CURLE_WRITE_ERROR.
+std::size_t WriteToFile(const char* data, std::size_t size, std::size_t count, void* stream) {
+    auto* const file = static_cast<std::FILE*>(stream);
+    const long written = std::ftell(file);
+    if (written < 0 || size * count > kLargest - static_cast<std::size_t>(written)) return 0;
+    return std::fwrite(data, size, count, file);
 }
 
 int Report(CURLcode result) {

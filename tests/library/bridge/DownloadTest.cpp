@@ -1,6 +1,7 @@
 // Downloads into a file.
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -21,6 +22,7 @@ using testing::StartsWith;
 
 constexpr int kCouldNotConnect = 7;
 constexpr int kUnsupportedProtocol = 1;
+constexpr int kWriteError = 23;
 
 class DownloadTest : public LibraryTest {
 protected:
@@ -54,6 +56,18 @@ TEST_F(DownloadTest, OneRequestIsMadeThatBearsNoUserAgent) {
     EXPECT_EQ(Download(server.Url("/ca1.crl?x=1")), 0);
     EXPECT_THAT(server.Requests(), ElementsAre(AllOf(StartsWith("GET /ca1.crl?x=1 HTTP/1.1\r\n"),
                                                      Not(HasSubstr("User-Agent")))));
+}
+
+TEST_F(DownloadTest, AServerThatGoesOnBeyond64MiBIsCutOff) {
+    constexpr std::size_t kLargest = 64 * 1024 * 1024;
+    const LoopbackServer server([](const std::string& request) {
+        const std::size_t more = request.find("/more") != std::string::npos ? 1 : 0;
+        return LoopbackServer::Page("200 OK", std::string(kLargest + more, 'x'));
+    });
+    EXPECT_EQ(Download(server.Url("/as-many")), 0);
+    EXPECT_EQ(std::filesystem::file_size(m_path), kLargest);
+    EXPECT_EQ(Download(server.Url("/more")), kWriteError);
+    EXPECT_LE(std::filesystem::file_size(m_path), kLargest);
 }
 
 TEST_F(DownloadTest, ASecondDownloadReplacesTheFirst) {
