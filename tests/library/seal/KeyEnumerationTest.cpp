@@ -16,6 +16,14 @@ TEST_F(KeyEnumerationTest, AKeyWithoutSealsIsACertificateWithoutSeals) {
     EXPECT_EQ(fakes::CountCalls("SOF_ReadFile"), 0);
 }
 
+TEST_F(KeyEnumerationTest, AKeyWithoutAnyFileIsACertificateWithoutSealsToo) {
+    fakes::AddCertificate("label", "cert-1");
+    EXPECT_EQ(m_list.GetCertAndPic(), 0);
+    EXPECT_THAT(Labels(), ElementsAre("label"));
+    EXPECT_THAT(Seals(), IsEmpty());
+    EXPECT_THAT(Failures(), ElementsAre("praseEnumFiles error"));
+}
+
 TEST_F(KeyEnumerationTest, TheServiceIsStartedAndTheSealsAreRead) {
     fakes::AddCertificate("label", "cert-1");
     fakes::AddFile("cert-1", "ESEAL01", fakes::EsSeal("picture", "name"));

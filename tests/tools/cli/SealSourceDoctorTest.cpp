@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <tuple>
 
 #include "SourceFixture.h"
@@ -132,7 +133,9 @@ TEST_F(ServiceExchangeDoctorTest, ACaFileThatIsNotThereOrHoldsNoCertificateIsNam
     EXPECT_EQ(Found(), "WRONG: ServiceCaFile can't be read: " + file + ".");
     WriteFile(file, "a text\n");
     EXPECT_EQ(Found(), "WRONG: ServiceCaFile holds no certificate in PEM: " + file + ".");
-    Set("ServiceCaFile", InPrefix(""));
+    const std::string folder = InPrefix("ca");
+    Set("ServiceCaFile", folder);
+    std::filesystem::create_directory(folder);
     EXPECT_THAT(Found(), HasSubstr("WRONG: ServiceCaFile can't be read"));
     const Json::Value told = Json({"doctor"});
     EXPECT_GE(told["problems"].asInt(), 1);

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "CliFixture.h"
 #include "components/timestamp/TimeStampSettings.h"
 #include "foundation/Registry.h"
@@ -106,7 +108,9 @@ TEST_F(TimeStampConfigTest, ACaFileThatIsNotThereOrHoldsNoCertificateIsNamed) {
     const std::string file = InPrefix("ca.pem");
     Set("TimeStampCaFile", file);
     EXPECT_EQ(Finding(), "WRONG: TimeStampCaFile can't be read: " + file + ".");
-    Set("TimeStampCaFile", InPrefix(""));
+    const std::string folder = InPrefix("ca");
+    Set("TimeStampCaFile", folder);
+    std::filesystem::create_directory(folder);
     EXPECT_THAT(Finding(), HasSubstr("WRONG: TimeStampCaFile can't be read"));
     Set("TimeStampCaFile", file);
     WriteFile(file, "a text\n");
