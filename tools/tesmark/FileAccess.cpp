@@ -14,6 +14,7 @@
 #include "StandardOutput.h"
 #include "Terminal.h"
 #include "pdf/FileState.h"
+#include "pdf/WorkFile.h"
 #include "platform/Files.h"
 
 namespace {
@@ -34,15 +35,6 @@ std::string ReadStandardInput(std::uint64_t limit) {
         throw Failure{ExitCode::kFile, "Standard input has more than " + SizeText(limit) + "."};
     }
     return content;
-}
-
-// A name that nobody else uses, in the same folder, so that a rename does.
-std::string NameBeside(const std::string& path) {
-    for (int i = 0; i < 1000; ++i) {
-        std::string name = path + ".part" + std::to_string(i);
-        if (!fs::exists(fs::symlink_status(FileAt(name)))) return name;
-    }
-    throw Unwritable(path, "too many unfinished files beside it");
 }
 
 }  // namespace
@@ -94,21 +86,10 @@ void WriteWholeFile(const std::string& path, std::string_view content) {
         if (std::fflush(output) == 0 && written == content.size()) return;
         throw Unwritable("standard output", "writing failed");
     }
-    const fs::path part = FileAt(NameBeside(path));
-    errno = 0;
-    std::ofstream file(part, std::ios::binary | std::ios::trunc);
-    if (!file) throw Unwritable(path, std::strerror(errno));
-    file.write(content.data(), static_cast<std::streamsize>(content.size()));
-    file.close();
-    std::error_code error;
-    if (file && !InterruptGuard::Interrupted()) {
-        fs::rename(part, FileAt(path), error);
-        if (!error) return;
-    }
-    std::error_code ignored;
-    fs::remove(part, ignored);
+    CWorkFile file(platform::PathFromUtf8(path));
+    const bool isWritten = file.Create() && file.WriteAt(0, content);
     if (InterruptGuard::Interrupted()) {
         throw Failure{ExitCode::kInterrupted, "Interrupted; nothing was written."};
     }
-    throw Unwritable(path, error ? error.message() : "writing failed");
+    if (!isWritten || !file.BecomeOutput()) throw Failure{ExitCode::kFile, file.Problem()};
 }

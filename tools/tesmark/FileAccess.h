@@ -21,6 +21,7 @@ std::string ReadWholeFile(const std::string& path, std::uint64_t limit);
 // followed. Neither what isn't there nor "-" is one.
 void CheckIsNotInput(const std::string& output, const std::string& input);
 
-// Writes a file beside `path` and renames it: `path` is either whole or as it was. "-" is standard
+// Writes a file beside `path`, brings it to the disk and gives it that name: `path` is either whole
+// or as it was. A link there is followed, and what is no regular file refused. "-" is standard
 // output. Throws a file Failure, or an interrupted one if an InterruptGuard was asked to stop.
 void WriteWholeFile(const std::string& path, std::string_view content);

@@ -122,8 +122,8 @@ TEST_F(VerifyTest, TheSealsPictureIsSavedIntoAFileOrAFolder) {
     EXPECT_EQ(FileContent(file).substr(1, 3), "PNG");
     std::filesystem::create_directory(InPrefix("pictures"));
     const Json::Value told = Json({"verify", m_out, "--save-seal-picture", InPrefix("pictures")});
-    EXPECT_EQ(FileContent(InPrefix("pictures/Signature1.png")), FileContent(file));
-    EXPECT_NE(told["signatures"][0]["seal"]["savedAs"].asString().find("Signature1.png"),
+    EXPECT_EQ(FileContent(InPrefix("pictures/1-Signature1.png")), FileContent(file));
+    EXPECT_NE(told["signatures"][0]["seal"]["savedAs"].asString().find("1-Signature1.png"),
               std::string::npos);
 }
 
@@ -131,7 +131,7 @@ TEST_F(VerifyTest, ThePictureOfTheSealNeverReplacesTheDocument) {
     StampBySeal();
     const std::string before = FileContent(m_out);
     std::filesystem::create_directory(InPrefix("pictures"));
-    std::filesystem::create_hard_link(m_out, InPrefix("pictures/Signature1.png"));
+    std::filesystem::create_hard_link(m_out, InPrefix("pictures/1-Signature1.png"));
     for (const std::string& picture : {m_out, InPrefix("./out.pdf"), InPrefix("pictures")}) {
         const auto outcome = Tesmark({"verify", m_out, "--save-seal-picture", picture});
         EXPECT_EQ(outcome.exitCode, 4) << picture;
@@ -139,7 +139,7 @@ TEST_F(VerifyTest, ThePictureOfTheSealNeverReplacesTheDocument) {
             << outcome.error;
     }
     EXPECT_TRUE(FileContent(m_out) == before);
-    EXPECT_TRUE(FileContent(InPrefix("pictures/Signature1.png")) == before);
+    EXPECT_TRUE(FileContent(InPrefix("pictures/1-Signature1.png")) == before);
 }
 
 TEST_F(VerifyTest, WithoutASealThereIsNoPictureToSave) {

@@ -129,8 +129,7 @@ std::string Mark(Standing standing) {
 
 constexpr char kIndent[] = "         ";
 
-std::string FileNameOf(const std::string& field) {
-    std::string name = field.empty() ? "signature" : field;
+std::string FileNameOf(std::string name) {
     for (char& c : name) {
         const bool plain = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') ||
                            (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
@@ -139,8 +138,9 @@ std::string FileNameOf(const std::string& field) {
     return name;
 }
 
-// Writes the pictures of seal signatures: into a folder under the names of their fields, or a
-// single one into a file. Verdicts come first: what can't be written is told with them.
+// Writes the pictures of seal signatures: into a folder under the numbers and names of their
+// fields, or a single one into a file. A document doesn't choose the name of a file by its fields'
+// alone. Verdicts come first: what can't be written is told with them.
 class CPictureSaver {
 public:
     explicit CPictureSaver(const Options& options) : m_options(options), m_path(options.picture) {
@@ -148,13 +148,12 @@ public:
         m_isFolder = std::filesystem::is_directory(FileAt(m_path), error);
     }
 
-    void Save(const std::string& field, const SignatureVerdict& verdict, Json::Value& json,
+    void Save(const std::string& name, const SignatureVerdict& verdict, Json::Value& json,
               std::string& text) {
         if (m_path.empty() || !verdict.seal || verdict.seal->picture.empty()) return;
         const std::string path =
-            m_isFolder
-                ? TextOf(FileAt(m_path) / FileAt(FileNameOf(field) + verdict.seal->extension))
-                : m_path;
+            m_isFolder ? TextOf(FileAt(m_path) / FileAt(FileNameOf(name) + verdict.seal->extension))
+                       : m_path;
         try {
             Write(path, verdict.seal->picture);
         } catch (const Failure& failure) {
@@ -226,7 +225,7 @@ Standing AddSignature(const Judged& judgement, std::size_t index, CPictureSaver&
                    (signature.page ? ", page " + std::to_string(signature.page) : "") + ", " +
                    SignatureKindText(verdict.kind) + " (" + Printable(signature.subFilter) + ")\n" +
                    VerdictText(verdict, kIndent) + PdfSignatureText(signature, fileSize, kIndent);
-    saver.Save(signature.fieldName, verdict, json, report.text);
+    saver.Save(std::to_string(index + 1) + "-" + signature.fieldName, verdict, json, report.text);
     report.json["signatures"].append(json);
     return standing;
 }
