@@ -308,6 +308,18 @@ TEST_F(PdfChangesTest, ASecurityStoreMayComeAndGrow) {
     EXPECT_EQ(AlteredBetween(Again(had, {{12, Stream("another")}})), std::vector<int>{12});
 }
 
+// Some readers look at an object's number alone.
+TEST_F(PdfChangesTest, AReferenceOfAnotherGenerationCountsToo) {
+    const auto store =
+        Signed("/Contents 11 1 R", "/DSS 10 0 R", {"<< /Certs 11 0 R >>", "[4 0 R]"});
+    EXPECT_EQ(AlteredBetween(Again(store, {{11, "[30 0 R]"}, {30, Stream("evil")}})),
+              std::vector<int>{11});
+    const auto page =
+        Signed("/Contents 4 0 R /PieceInfo 10 1 R", "", {"<< /Title (One) >>"}, {}, "/Info 10 0 R");
+    EXPECT_EQ(AlteredBetween(Again(page, {{10, "<< /Title (Two) >>"}}, "/Info 10 0 R")),
+              std::vector<int>{10});
+}
+
 TEST_F(PdfChangesTest, ACatalogThatIsSomethingElseTooMayNotGrow) {
     const auto pdf = Signed("/Contents 4 0 R /Resources << /ExtGState 1 0 R >>");
     EXPECT_EQ(

@@ -34,13 +34,8 @@ CPdfReferences::CPdfReferences(QPDF& pdf) {
 
 const PdfUses& CPdfReferences::Of(QPDFObjGen object) const {
     static const PdfUses none;
-    const auto at = m_uses.find(object);
+    const auto at = m_uses.find(object.getObj());
     return at == m_uses.end() ? none : at->second;
-}
-
-bool CPdfReferences::RefersTo(int number) const {
-    const auto at = m_uses.lower_bound(QPDFObjGen(number, 0));
-    return at != m_uses.end() && at->first.getObj() == number;
 }
 
 bool CPdfReferences::IsFieldOnly(QPDFObjGen object) const {
@@ -67,7 +62,7 @@ void CPdfReferences::VisitObject(QPDFObjGen number, QPDFObjectHandle object) {
                 continue;
             }
             Note(item.getObjGen(), number, 0);
-            m_uses[item.getObjGen()].lists.push_back(number);
+            m_uses[item.getObjGen().getObj()].lists.push_back(number);
         }
     }
 }
@@ -134,7 +129,7 @@ unsigned CPdfReferences::CatalogRole(const std::string& key) const {
 }
 
 void CPdfReferences::Note(QPDFObjGen target, QPDFObjGen holder, unsigned role) {
-    PdfUses& uses = m_uses[target];
+    PdfUses& uses = m_uses[target.getObj()];
     uses.roles |= role;
     ++uses.count;
     uses.holder = holder;

@@ -36,15 +36,15 @@ struct PdfUses {
 };
 
 // Goes once through all objects and the trailer. Takes time and memory in proportion to their
-// text; data of streams is not read, but that of object streams is.
+// text; data of streams is not read, but that of object streams is. A reference counts for its
+// number under whatever generation: readers don't all look at it.
 class CPdfReferences {
 public:
     explicit CPdfReferences(QPDF& pdf);
 
     // Nothing where nobody refers to it.
     const PdfUses& Of(QPDFObjGen object) const;
-    // Under any generation: readers don't all look at it.
-    bool RefersTo(int number) const;
+    bool RefersTo(int number) const { return m_uses.contains(number); }
     // Each reference to it is a form's or a page's to one of its fields or widgets.
     bool IsFieldOnly(QPDFObjGen object) const;
     // Something takes, or may take, the defaults of the form for its text: it is a field other than
@@ -73,6 +73,6 @@ private:
     QPDFObjGen m_catalog;
     QPDFObjGen m_form;
     QPDFObjGen m_securityStore;
-    std::map<QPDFObjGen, PdfUses> m_uses;
+    std::map<int, PdfUses> m_uses;
     bool m_takesFormDefaults = false;
 };
