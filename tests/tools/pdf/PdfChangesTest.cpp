@@ -308,6 +308,97 @@ TEST_F(PdfChangesTest, ASecurityStoreMayComeAndGrow) {
     EXPECT_EQ(AlteredBetween(Again(had, {{12, Stream("another")}})), std::vector<int>{12});
 }
 
+TEST_F(PdfChangesTest, ASecurityStoreMayHoldAllThatTheStandardAllows) {
+    const auto had = Signed("", "/DSS 10 0 R",
+                            {"<< /Type /DSS /Certs 11 0 R /VRI 12 0 R >>", "[13 0 R]",
+                             "<< /A1B2 << /Cert [13 0 R] >> >>", Stream("c")});
+    const Objects more = {
+        {10, "<< /Type /DSS /Certs 11 0 R /VRI 12 0 R /OCSPs [31 0 R] /PBAD_PolicyArtifacts 32 >>"},
+        {11, "[13 0 R 31 0 R]"},
+        {12, "<< /A1B2 << /Cert [13 0 R] >> /C3D4 33 0 R >>"},
+        {31, Stream("answer")},
+        {33, "<< /Type /VRI /OCSP [31 0 R] /TU (D:20260101) >>"}};
+    EXPECT_EQ(AlteredBetween(Again(had, more)), m_nothing);
+    EXPECT_EQ(AlteredBetween(SignedUpdate(Again(had, more), {{10, "<< /Certs [13 0 R] >>"},
+                                                             {6, "[8 0 R 20 0 R 40 0 R]"},
+                                                             {7, "[8 0 R 20 0 R 40 0 R]"},
+                                                             {40, Widget("Third", "41 0 R")},
+                                                             {41, kSignature}})),
+              m_nothing);
+}
+
+TEST_F(PdfChangesTest, ASecurityStoreTakesNothingElse) {
+    const auto had = Signed("", "/DSS 10 0 R",
+                            {"<< /Certs 11 0 R /VRI 12 0 R >>", "[13 0 R]", "<< >>", Stream("c")});
+    const auto with = [&](int number, const std::string& body) {
+        return AlteredBetween(Again(had, {{number, body}, {30, Stream("evil")}}));
+    };
+    EXPECT_EQ(with(10, "<< /Certs 11 0 R /VRI 12 0 R /Contents 30 0 R >>"), std::vector<int>{10});
+    EXPECT_EQ(with(10, "<< /Certs 30 0 R /VRI 12 0 R >>"), std::vector<int>{10});
+    EXPECT_EQ(with(10, "[30 0 R]"), std::vector<int>{10});
+    EXPECT_EQ(with(11, "<< /Type /Page >>"), std::vector<int>{11});
+    EXPECT_EQ(with(11, "[/Indexed]"), std::vector<int>{11});
+    EXPECT_EQ(with(12, "<< /S /JavaScript /JS (x) >>"), std::vector<int>{12});
+    EXPECT_EQ(with(12, "[13 0 R]"), std::vector<int>{12});
+    EXPECT_EQ(AlteredBetween(Again(Signed(), {{1,
+                                               "<< /Type /Catalog /Pages 2 0 R /AcroForm << "
+                                               "/Fields 6 0 R /SigFlags 3 >> /DSS 3 0 R >>"}})),
+              std::vector<int>{1});
+}
+
+TEST_F(PdfChangesTest, WhatAPageHoldsIsNoSecurityStoresThoughTheCatalogCallsThePageOne) {
+    const auto changed = [&](const std::string& page, const std::string& before,
+                             const std::string& now) {
+        return AlteredBetween(
+            Again(Signed(page, "/DSS 3 0 R", {before}), {{10, now}, {30, Stream("evil")}}));
+    };
+    EXPECT_EQ(changed("/Contents 10 0 R", "[4 0 R]", "[30 0 R]"), std::vector<int>{10});
+    EXPECT_EQ(changed("/Contents 4 0 R /MediaBox 10 0 R", "[0 0 595 842]", "[0 0 1 1]"),
+              std::vector<int>{10});
+    EXPECT_EQ(changed("/Contents 4 0 R /Resources 10 0 R", "<< /Font << /F 5 0 R >> >>",
+                      "<< /Font << /F 30 0 R >> >>"),
+              std::vector<int>{10});
+}
+
+TEST_F(PdfChangesTest, ASecurityStoreThatIsResourcesTooIsNone) {
+    const auto fonts = Signed("/Contents 4 0 R /Resources << /Font 10 0 R >>", "/DSS 10 0 R",
+                              {"<< /VRI 11 0 R >>", "<< /Encoding << >> >>"});
+    EXPECT_EQ(AlteredBetween(Again(fonts, {{11, "<< /Encoding << /Differences << >> >> >>"}})),
+              std::vector<int>{11});
+    const auto spaces = Signed("/Contents 4 0 R /Resources << /ColorSpace 10 0 R >>", "/DSS 10 0 R",
+                               {"<< /Certs 11 0 R >>", "[4 0 R]"});
+    EXPECT_EQ(AlteredBetween(Again(spaces, {{11, "[30 0 R]"}, {30, Stream("evil")}})),
+              std::vector<int>{11});
+}
+
+TEST_F(PdfChangesTest, ACatalogThatIsSomethingElseTooNamesNoStoreFormOrMetadata) {
+    const std::string type = "/Type /Metadata /Subtype /XML";
+    const std::vector<std::string> more = {"<< /Certs 11 0 R >>", "[4 0 R]", Stream("<x/>", type)};
+    const Objects update = {
+        {11, "[4 0 R 30 0 R]"}, {12, Stream("<y/>", type)}, {30, Stream("certificate")}};
+    const std::string catalog = "/DSS 10 0 R /Metadata 12 0 R";
+    EXPECT_EQ(AlteredBetween(Again(Signed("", catalog, more), update)), m_nothing);
+    const auto resources = Signed("/Contents 4 0 R /Resources << /Font 1 0 R >>", catalog, more);
+    EXPECT_EQ(AlteredBetween(Again(resources, update)), (std::vector<int>{6, 11, 12}));
+}
+
+TEST_F(PdfChangesTest, AFormThatIsSomethingElseTooHasNoFieldsThatMayGrow) {
+    const std::vector<std::string> form = {"<< /Fields 6 0 R /SigFlags 3 >>"};
+    const Objects catalog = {{1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 10 0 R >>"}};
+    EXPECT_EQ(AlteredBetween(Again(Signed("", "", form, catalog))), m_nothing);
+    const std::string resources = "/Contents 4 0 R /Resources << /ColorSpace 10 0 R >>";
+    EXPECT_EQ(AlteredBetween(Again(Signed(resources, "", form, catalog))), std::vector<int>{6});
+    const Objects store = {{1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 10 0 R /DSS 10 0 R >>"}};
+    EXPECT_EQ(AlteredBetween(Again(Signed("", "", form, store))), std::vector<int>{6});
+}
+
+TEST_F(PdfChangesTest, AStreamThatIsReferredToIsNoTrailer) {
+    const auto pdf = Signed("/Contents 4 0 R /Resources << /Properties 10 0 R >>", "",
+                            {Stream("", "/Type /XRef /Info 11 0 R"), "<< /ActualText (10) >>"});
+    EXPECT_EQ(AlteredBetween(Again(pdf, {{11, "<< /ActualText (999999) >>"}})),
+              std::vector<int>{11});
+}
+
 // Some readers look at an object's number alone.
 TEST_F(PdfChangesTest, AReferenceOfAnotherGenerationCountsToo) {
     const auto store =
@@ -326,7 +417,7 @@ TEST_F(PdfChangesTest, ACatalogThatIsSomethingElseTooMayNotGrow) {
         AlteredBetween(Again(pdf, {{1,
                                     "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields 6 0 R "
                                     "/SigFlags 3 >> /DSS << /ca 0 >> >>"}})),
-        std::vector<int>{1});
+        (std::vector<int>{1, 6}));
 }
 
 TEST_F(PdfChangesTest, TwoSignaturesOfPdfsigOnBothKindsOfTables) {

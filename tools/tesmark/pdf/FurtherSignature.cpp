@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "pdf/SecurityStore.h"
+
 namespace {
 
 using Keys = std::set<std::string>;
@@ -100,12 +102,13 @@ CFurtherSignature::CFurtherSignature(QPDF& revision, const CPdfReferences& refer
 bool CFurtherSignature::Brings(QPDFObjGen number, QPDFObjectHandle before, QPDFObjectHandle now) {
     const PdfUses& uses = m_references.Of(number);
     if (before.isStream()) return uses.Only(kRoleMetadata) && IsXmp(before) && IsXmp(now);
-    if (uses.Only(kRoleSecurityStore)) return !now.isStream();
+    if (uses.Only(kRoleSecurityStore)) return SecurityStoreGrew(before, now);
+    if (uses.Only(kRoleStoreEntry)) return SecurityStoreEntryGrew(before, now);
     if (before.isArray()) return ListGrew(number, before, now);
     if (!before.isDictionary() || !now.isDictionary()) return false;
     if (uses.Only(kRoleInformation)) return HoldsTextsOnly(before) && HoldsTextsOnly(now);
     if (number == m_catalog) {
-        return uses.Only(kRoleCatalog | kRoleData) && CatalogGrew(before, now);
+        return uses.Only(kCatalogRoles) && CatalogGrew(before, now);
     }
     if (uses.Only(kRoleForm)) return FormGrew(before, now);
     if (IsNamed(before, "/Type", "/Page")) {
@@ -117,7 +120,9 @@ bool CFurtherSignature::Brings(QPDFObjGen number, QPDFObjectHandle before, QPDFO
 
 bool CFurtherSignature::CatalogGrew(QPDFObjectHandle before, QPDFObjectHandle now) {
     return SameBut(before, now, {"/AcroForm", "/Extensions", "/DSS"}) &&
-           FormGrew(before.getKey("/AcroForm"), now.getKey("/AcroForm"));
+           FormGrew(before.getKey("/AcroForm"), now.getKey("/AcroForm")) &&
+           (SameBut(before, now, {"/AcroForm", "/Extensions"}) ||
+            SecurityStoreGrew(before.getKey("/DSS"), now.getKey("/DSS")));
 }
 
 bool CFurtherSignature::FormGrew(QPDFObjectHandle before, QPDFObjectHandle now) {

@@ -10,9 +10,9 @@
 
 // Judges each change of an object of the signed revision. What may change, and why no page of the
 // revision shows or means anything else by it:
-// - The catalog: /AcroForm as below; /DSS and /Extensions, which tell of certificates, revocation
-//   and versions.
-// - What the catalog's /DSS refers to, if nothing else does.
+// - The catalog: /AcroForm and /DSS as below; /Extensions, which tells of versions.
+// - The catalog's /DSS, which tells of certificates and revocation, and its lists and /VRI, as
+//   SecurityStore.h says. Nothing else may refer to them.
 // - The form: /Fields grows by fields of further signatures, /SigFlags tells of them. /DR and /DA
 //   may come where there were none, if no field or text of the revision would take them.
 // - A page: /Annots grows by their widgets.

@@ -2,10 +2,19 @@
 
 #include <algorithm>
 
+#include "pdf/SecurityStore.h"
+
 namespace {
 
 // The lists that signature fields stand in.
 constexpr unsigned kFieldLists = kRoleAnnotations | kRoleFields | kRoleKids;
+
+// Roles by what the holder is, from the trailer downwards: each line's holders have theirs by the
+// line above.
+constexpr unsigned kGifts[] = {kRoleCatalog | kRoleInformation,
+                               kRoleForm | kRoleMetadata | kRoleSecurityStore,
+                               kRoleFields | kRoleStoreEntry};
+constexpr unsigned kAllGifts = kGifts[0] | kGifts[1] | kGifts[2];
 
 std::string NameAt(const std::map<std::string, QPDFObjectHandle>& entries, const char* key) {
     const auto at = entries.find(key);
@@ -30,6 +39,7 @@ CPdfReferences::CPdfReferences(QPDF& pdf) {
     for (const auto& [number, entry] : pdf.getXRefTable()) {
         VisitObject(number, pdf.getObjectByObjGen(number));
     }
+    CheckGifts();
 }
 
 const PdfUses& CPdfReferences::Of(QPDFObjGen object) const {
@@ -82,6 +92,7 @@ void CPdfReferences::VisitEntry(const std::string& key, QPDFObjectHandle value, 
     const unsigned role = RoleOf(key, place, type);
     if (value.isIndirect()) {
         Note(value.getObjGen(), place.holder, role);
+        if (role & kAllGifts) m_gifts.push_back({value.getObjGen(), place.holder, role});
     } else if (value.isArray()) {
         const unsigned itemRole = role & kFieldLists ? kRoleItem : kRoleOther;
         for (auto& item : value.getArrayAsVector()) VisitItem(item, place.holder, itemRole);
@@ -113,7 +124,9 @@ unsigned CPdfReferences::RoleOf(const std::string& key, const Place& place,
         return key == "/Info" ? kRoleInformation : kRoleOther;
     }
     if (place.top && place.holder == m_catalog) return CatalogRole(key);
-    if (place.top && place.holder == m_securityStore) return kRoleSecurityStore;
+    if (place.top && place.holder == m_securityStore && IsSecurityStoreKey(key)) {
+        return kRoleStoreEntry;
+    }
     if (place.form && key == "/Fields") return kRoleFields;
     if (place.top && type == "/Page" && key == "/Annots") return kRoleAnnotations;
     if (key == "/Kids" && type != "/Pages") return kRoleKids;
@@ -133,4 +146,27 @@ void CPdfReferences::Note(QPDFObjGen target, QPDFObjGen holder, unsigned role) {
     uses.roles |= role;
     ++uses.count;
     uses.holder = holder;
+}
+
+bool CPdfReferences::IsGood(const Gift& gift) const {
+    switch (gift.role) {
+        case kRoleCatalog:
+        case kRoleInformation:
+            // Nobody refers to a cross-reference stream; 0 is the trailer.
+            return gift.holder == QPDFObjGen() || Of(gift.holder).count == 0;
+        case kRoleStoreEntry: return Of(gift.holder).Only(kRoleSecurityStore);
+        default:
+            // A form that stands in the catalog itself is as good as that.
+            return Of(gift.holder).Only(gift.holder == m_catalog ? kCatalogRoles : kRoleForm);
+    }
+}
+
+void CPdfReferences::CheckGifts() {
+    for (const unsigned roles : kGifts) {
+        for (const Gift& gift : m_gifts) {
+            if ((gift.role & roles) && !IsGood(gift)) {
+                m_uses[gift.target.getObj()].roles |= kRoleOther;
+            }
+        }
+    }
 }
