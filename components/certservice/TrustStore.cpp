@@ -41,6 +41,31 @@ bool HasShortKey(STACK_OF(X509) * chain) {
     return false;
 }
 
+bool IsNoLater(const ASN1_TIME* one, const ASN1_TIME* other) {
+    const int order = ASN1_TIME_compare(one, other);
+    return order == 0 || order == -1;
+}
+
+// Is `authority` valid now, or was it for as long as `certificate`? That one which has begun began
+// later doesn't matter: it was renewed, and vouches for what was issued before.
+bool Covers(const X509* authority, const X509* certificate, std::time_t now) {
+    const ASN1_TIME* const from = X509_get0_notBefore(authority);
+    const ASN1_TIME* const to = X509_get0_notAfter(authority);
+    const bool begun = X509_cmp_time(from, &now) < 0;
+    if (begun && X509_cmp_time(to, &now) > 0) return true;
+    return IsNoLater(X509_get0_notAfter(certificate), to) &&
+           (begun || IsNoLater(from, X509_get0_notBefore(certificate)));
+}
+
+// A caller that forgives the end of validity looks at the certificate's own dates: they must not
+// reach beyond those of an authority above it that is out of its own.
+bool IsCovered(STACK_OF(X509) * chain, std::time_t now) {
+    for (int i = 1; i < sk_X509_num(chain); ++i) {
+        if (!Covers(sk_X509_value(chain, i), sk_X509_value(chain, 0), now)) return false;
+    }
+    return true;
+}
+
 // `first` says what the list tells about the chain's first certificate, by its issuer.
 template <typename First>
 CertificateVerdict RevocationVerdict(STACK_OF(X509) * chain, const RevocationList& list,
@@ -109,6 +134,7 @@ void TrustStore::LoadFile(const std::string& path) {
 CertificateVerdict TrustStore::Validate(X509* certificate, const RevocationList* list,
                                         bool isListForIt, std::time_t now) {
     return Judge(certificate, {}, now, [&](STACK_OF(X509) * chain) {
+        if (!IsCovered(chain, now)) return kCertificateUntrusted;
         if (!list) return kCertificateGood;
         return RevocationVerdict(chain, *list, isListForIt, now, [&](X509* issuer) {
             return list->Check(certificate, issuer, now);

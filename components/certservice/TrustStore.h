@@ -12,7 +12,8 @@
 #include "components/crypto/Handles.h"
 
 // The results of a check, the weightiest first, with SOF_ValidateCert's numbers. What is revoked
-// says so even if it has expired since: a caller may forgive the end of validity.
+// says so even if it has expired since: a caller may forgive the end of validity, if the
+// certificate was valid at the time that matters.
 enum CertificateVerdict : int {
     kCertificateGood = 0,
     kCertificateUntrusted = -1,
@@ -35,8 +36,10 @@ public:
     TrustStore(const TrustStore&) = delete;
     TrustStore& operator=(const TrustStore&) = delete;
 
-    // Checks chain, if there is a list revocation, and validity at `now`. RSA keys below 2048 bits
-    // and signatures by SHA-1 or weaker make a chain untrusted, but for the anchor's own
+    // Checks chain, if there is a list revocation, and validity at `now`. Expired or not yet valid
+    // says that the certificates above were valid whenever this one was: one that outlives an
+    // expired authority, or began before one that is yet to begin, is untrusted. RSA keys below
+    // 2048 bits and signatures by SHA-1 or weaker make a chain untrusted, but for the anchor's own
     // signature, which nobody looks at. A certificate whose
     // issuer (or an issuer above) the list names is of a revoked issuer. A list that was fetched
     // for this certificate and is of another issuer leaves its revocation undecided; any other says
