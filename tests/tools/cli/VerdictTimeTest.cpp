@@ -222,6 +222,66 @@ TEST_F(VerdictTimeTest, AStampOfAStrangerIsAStepThatFails) {
     EXPECT_FALSE(Step(verdict, "signature").good);
 }
 
+// Under an authority that ended yesterday, a day after the signing.
+class ExpiredAuthorityTest : public VerdictTimeTest {
+protected:
+    void OpenExpired() {
+        Open(KeyKind::kSm2);
+        CertificateRequest request;
+        request.commonName = "Expired";
+        request.notBefore = m_now - 20 * kDay;
+        request.notAfter = m_now - kDay;
+        m_expired = m_ca->MakeSubordinate(m_kind, request);
+        ASSERT_TRUE(m_expired);
+        WriteFile(TrustFolderPath() + "/expired.pem", m_expired->CertificatePem());
+    }
+    void IssueAnew(TestIdentity& identity, int lastDay, const std::string& purpose = "") const {
+        CertificateRequest request;
+        request.commonName = "Anew";
+        request.notBefore = m_now - 15 * kDay;
+        request.notAfter = m_now + lastDay * kDay;
+        request.extendedKeyUsage = purpose;
+        identity.certificate = m_expired->Issue(identity.key.get(), request);
+    }
+
+    std::unique_ptr<DevelopmentCa> m_expired;
+};
+
+TEST_F(ExpiredAuthorityTest, ASignatureOfASignerWhoEndedWithTheAuthorityStaysGood) {
+    OpenExpired();
+    IssueAnew(m_signer, -1);
+    IssueAnew(m_maker, -1);
+    IssueAnew(m_authority, -1, "critical,timeStamping");
+    for (const bool stamped : {false, true}) {
+        const SignatureVerdict verdict = JudgeSeal(stamped);
+        EXPECT_EQ(Failures(verdict), "");
+        EXPECT_EQ(Step(verdict, "certificate").code, TESMARK_CERT_EXPIRED);
+        EXPECT_NE(Step(verdict, "certificate").reason.find("has expired since"), std::string::npos);
+    }
+}
+
+TEST_F(ExpiredAuthorityTest, ASignerWhoOutlivesTheAuthorityIsNotTrusted) {
+    OpenExpired();
+    for (const int lastDay : {0, 20}) {
+        IssueAnew(m_signer, lastDay);
+        for (const bool stamped : {false, true}) {
+            const SignatureVerdict verdict = JudgeSeal(stamped);
+            EXPECT_EQ(Step(verdict, "signature").code, kSealSignerNotTrusted) << Failures(verdict);
+            EXPECT_EQ(Step(verdict, "certificate").code, TESMARK_NOT_TRUSTED);
+            EXPECT_EQ(Step(verdict, "certificate").failed, "chain");
+        }
+    }
+}
+
+TEST_F(ExpiredAuthorityTest, AMakerOrStamperThatOutlivesTheAuthorityIsNotTrusted) {
+    OpenExpired();
+    IssueAnew(m_authority, 20, "critical,timeStamping");
+    EXPECT_EQ(Step(JudgeSeal(true), "signature").code, kSealTimeStampNotTrusted);
+    EXPECT_EQ(Failures(JudgeSeal()), "");
+    IssueAnew(m_maker, 20);
+    EXPECT_EQ(Step(JudgeSeal(), "signature").code, kSealMakerNotTrusted);
+}
+
 class MessageVerdictTest : public VerdictTimeTest {
 protected:
     // A detached PKCS#7 of the signer, or one with the data in it.

@@ -22,7 +22,9 @@ namespace fs = std::filesystem;
 
 std::string AdviceFor(const CertificateEntry& certificate) {
     if (certificate.readCode) return "restore the key from a copy, or remove it";
-    if (certificate.validateCode == -1) return "put its CA's certificate into the trust folder";
+    if (certificate.validateCode == -1) {
+        return "put its CA's certificate into the trust folder, a renewed one if that has expired";
+    }
     return "get a new certificate";
 }
 
