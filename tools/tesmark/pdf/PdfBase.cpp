@@ -9,7 +9,9 @@
 #include <string_view>
 
 #include "pdf/InflateLimit.h"
+#include "pdf/LinearizedStart.h"
 #include "pdf/PdfFailure.h"
+#include "pdf/PlainTail.h"
 #include "platform/Files.h"
 
 namespace {
@@ -109,9 +111,14 @@ CPdfBase::CPdfBase(const std::string& path) : m_ifEncrypted(kDecryptFirst) {
     if (opened == nullptr) throw CannotBeOpened(path);
     Process([&] { m_pdf.processFile(path.c_str(), opened, true); });
     if (m_pdf.isEncrypted()) throw CPdfFailure(StampError::kEncrypted, kDecryptFirst);
+    const std::string head = ReadPart(file, m_headerOffset, kLinearizedSearch);
+    if (!ReadsPlainly() || !BeginsAtItsEnd(ReadLinearizedStart(head))) {
+        throw CPdfFailure(StampError::kDamaged,
+                          "The PDF is damaged: readers may find different objects in it.");
+    }
 }
 
-CPdfBase::CPdfBase(std::string_view file) : m_ifEncrypted(kCannotBeRead) {
+CPdfBase::CPdfBase(std::string_view file) : m_ifEncrypted(kCannotBeRead), m_file(file) {
     ReadEnds(file.size(), [&](std::uint64_t offset, std::uint64_t length) {
         return std::string(file.substr(offset, length));
     });
@@ -125,6 +132,7 @@ void CPdfBase::ReadEnds(std::uint64_t fileSize, const PartReader& read) {
     const auto tailSize = std::min(m_fileSize, kTailSearch);
     const std::string tail = read(m_fileSize - tailSize, tailSize);
     m_startXref = FindStartXref(tail);
+    m_readsPlainly = PlainStartXref(tail) == m_startXref;
     m_endsInNewline = tail.ends_with('\n') || tail.ends_with('\r');
     if (m_startXref >= m_fileSize - m_headerOffset) {
         throw CPdfFailure(StampError::kDamaged, "The PDF is damaged: it has been cut off.");
@@ -143,8 +151,17 @@ void CPdfBase::Process(const std::function<void()>& open) {
     } catch (const std::exception& error) {
         throw UnreadablePdf(error);
     }
-    // Warnings so far tell of things that change no object, like a wrong /Size.
-    m_pdf.getWarnings();
+    const auto warnings = m_pdf.getWarnings();
+    m_readsPlainly =
+        m_readsPlainly && std::all_of(warnings.begin(), warnings.end(), IsHarmlessOnOpening);
+}
+
+// Of a linearized file readers take the section at its start. It has to be the one that the end
+// tells, and no update may give the file the length that makes it linearized.
+bool CPdfBase::BeginsAtItsEnd(const LinearizedStart& start) const {
+    const std::uint64_t length = m_fileSize - m_headerOffset;
+    if (start.length == m_fileSize || start.length == length) return start.section == m_startXref;
+    return start.length < length;
 }
 
 void CPdfBase::CheckWhatWasRead() {
@@ -169,6 +186,12 @@ std::string WhyUnreadable(const std::string& path) {
     if (platform::IsDirectory(path.c_str())) return "\"" + text + "\" is a folder.";
     return IsFile(path) ? "\"" + text + "\" can't be opened."
                         : "There is no file \"" + text + "\".";
+}
+
+bool IsHarmlessOnOpening(const QPDFExc& warning) {
+    const std::string& told = warning.getMessageDetail();
+    return told.starts_with("reported number of objects") ||
+           told == "extraneous whitespace seen before xref";
 }
 
 CPdfFailure UnreadablePdf(const std::exception& error) {
