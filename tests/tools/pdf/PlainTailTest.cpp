@@ -1,6 +1,8 @@
 // The end of a PDF that every reader finds, and what is stamped no other way.
 #include "pdf/PlainTail.h"
 
+#include <functional>
+
 #include "tools/pdf/PdfFixture.h"
 
 namespace {
@@ -101,6 +103,33 @@ TEST_F(StampTailTest, AWrongSizeDoesNoHarm) {
     std::string pdf = SimplePdf();
     pdf.replace(pdf.rfind("/Size 6"), 7, "/Size 9");
     Stamp(RequestFor(pdf));
+}
+
+// Its first object says to be linearized and tells of a length that `tell` makes from the true one.
+std::string Linearized(const std::function<std::size_t(std::size_t)>& tell) {
+    std::string pdf = PdfOf({"<< /Type /Catalog /Pages 2 0 R >>",
+                             "<< /Type /Pages /Kids [3 0 R] /Count 1 /MediaBox [0 0 595 842] >>",
+                             "<< /Type /Page /Parent 2 0 R >>"},
+                            "", "%PDF-1.7\n9 0 obj\n<< /Linearized 1 /L 00000000 >>\nendobj\n");
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "%08zu", tell(pdf.size()));
+    return pdf.replace(pdf.find("00000000"), 8, digits);
+}
+
+TEST_F(StampTailTest, AFileThatIsOrWillBeReadFromItsStartIsNotStampedByItsEnd) {
+    ExpectRefused(Linearized([](std::size_t size) { return size; }));
+    ExpectRefused(Linearized([](std::size_t size) { return size + 20'000; }));
+    Stamp(RequestFor(Linearized([](std::size_t size) { return size - 1; })));
+}
+
+TEST_F(StampTailTest, ALinearizedFileIsStamped) {
+    WriteFile(Path("plain.pdf"), SimplePdf());
+    RunCommand({"qpdf", "--linearize", Path("plain.pdf"), Path("linear.pdf")});
+    for (const std::string& behind : {std::string(), std::string("\n")}) {
+        const auto request = RequestFor(ReadFile(Path("linear.pdf")) + behind);
+        Stamp(request);
+        ExpectSound(request);
+    }
 }
 
 }  // namespace

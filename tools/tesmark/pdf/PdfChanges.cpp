@@ -9,6 +9,7 @@
 #include "pdf/FurtherSignature.h"
 #include "pdf/InflateLimit.h"
 #include "pdf/PdfReferences.h"
+#include "pdf/PlainUpdates.h"
 
 namespace {
 
@@ -22,9 +23,9 @@ bool OpenRevision(std::string_view bytes, QPDF& revision) {
     revision.setAttemptRecovery(false);
     try {
         revision.processMemoryFile("revision", bytes.data(), bytes.size());
-        // Warnings so far tell of things that change no object, like a wrong /Size.
-        revision.getWarnings();
-        return revision.getRoot().isDictionary();
+        const auto warnings = revision.getWarnings();
+        return std::all_of(warnings.begin(), warnings.end(), IsHarmlessOnOpening) &&
+               revision.getRoot().isDictionary();
     } catch (const std::exception&) {
         return false;
     }
@@ -186,6 +187,7 @@ void CompareWithRevision(CPdfBase& base, std::string_view bytes,
     if (!OpenRevision(bytes, revision)) return;
     PdfAddition found = addition;
     try {
+        if (!AreUpdatesPlain(base, bytes.size(), revision.getXRefTable())) return;
         CComparison(base, revision, MadeBehind(signatures, bytes.size()), found).Run();
     } catch (const std::exception&) {
         return;
