@@ -429,6 +429,73 @@ TEST_F(PdfSignaturesTest, TheNumberOfThePageComesFromTheTree) {
     EXPECT_EQ(found.list[1].page, 0);
 }
 
+TEST_F(PdfSignaturesTest, PagesHaveTheirNumbersInWhateverOrderTheyAreAskedFor) {
+    const auto page = [](int parent) {
+        return "<< /Type /Page /Parent " + std::to_string(parent) + " 0 R >>";
+    };
+    const auto field = [](int page) {
+        return "<< /FT /Sig /T (f) /V << >> /P " + std::to_string(page) + " 0 R >>";
+    };
+    const auto found =
+        Read(PdfOf({"<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [10 0 R "
+                    "11 0 R 12 0 R 13 0 R 14 0 R 15 0 R] >> >>",
+                    "<< /Type /Pages /Kids [3 0 R 4 0 R 5 0 R 6 0 R] /Count 6 >>", page(2),
+                    "<< /Type /Pages /Parent 2 0 R /Kids [7 0 R 8 0 R 9 0 R] "
+                    "/Count 3 >>",
+                    page(2), page(2), page(4), page(4), page(4), field(6), field(3), field(9),
+                    field(7), field(5), field(8)}));
+    std::vector<int> numbers;
+    for (const PdfSignature& signature : found.list) numbers.push_back(signature.page);
+    EXPECT_EQ(numbers, (std::vector<int>{6, 1, 4, 2, 5, 3}));
+}
+
+// 200 signatures, on the page that `page` tells the number of.
+std::string WithManySignatures(int page, const std::vector<std::string>& nodes) {
+    std::vector<std::string> bodies = {"", "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+                                       "<< /Type /Page /Parent 2 0 R >>"};
+    bodies.insert(bodies.end(), nodes.begin(), nodes.end());
+    std::string fields;
+    for (int i = 0; i < 200; ++i) {
+        bodies.push_back("<< /FT /Sig /T (f) /V << >> /P " + std::to_string(page) + " 0 R >>");
+        fields += std::to_string(bodies.size()) + " 0 R ";
+    }
+    bodies[0] = "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [" + fields + "] >> >>";
+    return PdfOf(bodies);
+}
+
+std::string Times(int count, const std::string& text) {
+    std::string all;
+    for (int i = 0; i < count; ++i) all += text;
+    return all;
+}
+
+// Each of these two would take minutes and more.
+TEST_F(PdfSignaturesTest, ANodeOfThePageTreeThatIsItsOwnParentIsGoneThroughOnce) {
+    constexpr int kPages = 100'000;
+    const auto found =
+        Read(WithManySignatures(4, {"<< /Parent 4 0 R /Count " + std::to_string(kPages + 1) +
+                                    " /Kids [" + Times(kPages, "3 0 R ") + "4 0 R] >>"}));
+    ASSERT_EQ(found.list.size(), 200u);
+    EXPECT_EQ(found.list.front().page, 0);
+    EXPECT_EQ(found.list.back().page, 0);
+}
+
+TEST_F(PdfSignaturesTest, NodesThatShareAListOfManyKidsAreNotAllGoneThrough) {
+    // 4 is the list, 5 the first of the nodes, each the parent of the one before.
+    constexpr int kNodes = 90;
+    std::vector<std::string> nodes = {"[" + Times(100'000, "3 0 R ")};
+    for (int node = 5; node < 5 + kNodes; ++node) {
+        nodes[0] += std::to_string(node) + " 0 R ";
+        const int parent = node + 1 < 5 + kNodes ? node + 1 : 5;
+        nodes.push_back("<< /Kids 4 0 R /Count " + std::to_string(100'000 + kNodes) + " /Parent " +
+                        std::to_string(parent) + " 0 R >>");
+    }
+    nodes[0] += "]";
+    const auto found = Read(WithManySignatures(5, nodes));
+    ASSERT_EQ(found.list.size(), 200u);
+    EXPECT_EQ(found.list.back().page, 0);
+}
+
 TEST_F(PdfSignaturesTest, FilesThatCannotBeReadAreRefusedWithASentence) {
     PdfSignatures found;
     std::string message;

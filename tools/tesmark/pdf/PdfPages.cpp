@@ -122,37 +122,44 @@ PageGeometry GeometryOf(const Node& leaf) {
     return geometry;
 }
 
-// How many pages stand before `kid` below `node`; negative if it isn't one of its kids.
-long long PagesBefore(QPDFObjectHandle node, QPDFObjGen kid) {
-    auto kids = node.getKey("/Kids");
-    if (!kids.isArray()) return -1;
-    const bool flat = kids.getArrayNItems() == LeafCount(node);
-    long long before = 0;
-    for (int i = 0; i < kids.getArrayNItems(); ++i) {
-        auto item = kids.getArrayItem(i);
-        if (item.getObjGen() == kid) return before;
-        before += flat ? 1 : LeafCount(item);
-    }
-    return -1;
-}
-
 }  // namespace
 
-int PdfPageNumber(CPdfBase& base, QPDFObjectHandle page) {
-    const QPDFObjGen root = base.Catalog().getKey("/Pages").getObjGen();
+int CPageNumbers::Of(QPDFObjectHandle page) {
+    const QPDFObjGen root = m_base.Catalog().getKey("/Pages").getObjGen();
     long long before = 0;
     for (int depth = 0; depth < kDeepestTree && page.isDictionary() && page.isIndirect(); ++depth) {
         if (page.getObjGen() == root) {
-            return depth > 0 && before < PdfPageCount(base) ? static_cast<int>(before) + 1 : 0;
+            return depth > 0 && before < PdfPageCount(m_base) ? static_cast<int>(before) + 1 : 0;
         }
         auto parent = page.getKey("/Parent");
-        if (!parent.isDictionary()) return 0;
+        if (!parent.isDictionary() || !parent.isIndirect()) return 0;
         const long long here = PagesBefore(parent, page.getObjGen());
         if (here < 0) return 0;
         before += here;
         page = parent;
     }
     return 0;
+}
+
+// How many pages stand before `kid` below `node`; negative if it isn't one of its kids.
+long long CPageNumbers::PagesBefore(QPDFObjectHandle node, QPDFObjGen kid) {
+    auto list = node.getKey("/Kids");
+    if (!list.isArray()) return -1;
+    const auto [at, isNew] = m_nodes.try_emplace(node.getObjGen());
+    Kids& kids = at->second;
+    if (isNew) kids.flat = list.getArrayNItems() == LeafCount(node);
+    const auto known = kids.pagesBefore.find(kid);
+    if (known != kids.pagesBefore.end()) return known->second;
+    for (; kids.next < list.getArrayNItems() && m_kidsLeft > 0; --m_kidsLeft) {
+        if (kids.next > 0) {
+            kids.pages += kids.flat ? 1 : LeafCount(list.getArrayItem(kids.next - 1));
+        }
+        const auto item = list.getArrayItem(kids.next++).getObjGen();
+        // Most lists rise.
+        kids.pagesBefore.emplace_hint(kids.pagesBefore.end(), item, kids.pages);
+        if (item == kid) return kids.pages;
+    }
+    return -1;
 }
 
 int PdfPageCount(CPdfBase& base) {

@@ -70,7 +70,7 @@ struct Field {
 class CSignatureReader {
 public:
     CSignatureReader(CPdfBase& base, std::string_view file, PdfSignatures& found)
-        : m_base(base), m_file(file), m_found(found) {}
+        : m_base(base), m_file(file), m_found(found), m_pages(base) {}
 
     void Run() {
         auto fields = KeyOf(m_base.Catalog().getKey("/AcroForm"), "/Fields");
@@ -139,7 +139,7 @@ private:
         auto widget =
             kids.isArray() && kids.getArrayNItems() > 0 ? kids.getArrayItem(0) : field.object;
         ReadRectangle(KeyOf(widget, "/Rect"), signature.rectangle);
-        signature.page = PdfPageNumber(m_base, KeyOf(widget, "/P"));
+        signature.page = m_pages.Of(KeyOf(widget, "/P"));
         ReadSignedRange(value, m_file, m_base.HeaderOffset(), OffsetOf(field.holder), signature);
         m_found.list.push_back(std::move(signature));
     }
@@ -154,6 +154,7 @@ private:
     CPdfBase& m_base;
     std::string_view m_file;
     PdfSignatures& m_found;
+    CPageNumbers m_pages;
     std::map<QPDFObjGen, QPDFXRefEntry> m_objects;
     std::set<QPDFObjGen> m_seen;
     std::size_t m_fields = 0;
