@@ -173,8 +173,10 @@ TEST_F(PdfChangesTest, TheDocumentsInformationMayBeRenewed) {
 
 TEST_F(PdfChangesTest, WhatIsMoreThanInformationMayNot) {
     const auto pages = Signed("", "", {}, {}, "/Info 2 0 R");
-    EXPECT_EQ(AlteredBetween(
-                  Again(pages, {{2, "<< /Type /Pages /Kids [30 0 R] /Count 1 >>"}}, "/Info 2 0 R")),
+    EXPECT_EQ(AlteredBetween(Again(pages,
+                                   {{2, "<< /Type /Pages /Kids [30 0 R] /Count 1 >>"},
+                                    {30, "<< /Type /Page /Parent 2 0 R >>"}},
+                                   "/Info 2 0 R")),
               std::vector<int>{2});
     const auto texts =
         Signed("/Contents 4 0 R /PieceInfo 10 0 R", "", {"<< /Title (One) >>"}, {}, "/Info 10 0 R");
@@ -436,6 +438,131 @@ TEST_F(PdfChangesTest, TwoSignaturesOfPdfsigOnBothKindsOfTables) {
             RunCommand({"rm", "-f", Path(file)});
         }
     }
+}
+
+// Two pages, 3 and 10; the empty field 11 has the widgets `kids`, of which 12 stands on page 10, as
+// `listed` may say otherwise, and 13 on page 3.
+class PdfWidgetsTest : public PdfChangesTest {
+protected:
+    static std::string KidOf(int field, const std::string& more) {
+        return "<< /Type /Annot /Subtype /Widget /Parent " + std::to_string(field) + " 0 R " +
+               more + " >>";
+    }
+
+    static std::string Field(const std::string& kids, const std::string& more = "") {
+        return "<< /FT /Sig /T (Approval) /Kids " + kids + " " + more + " >>";
+    }
+
+    static std::string Empty(const std::string& kids, const std::string& listed = "[12 0 R]",
+                             const std::string& first = m_large, const Objects& more = {}) {
+        Objects other = {
+            {2, "<< /Type /Pages /Kids [3 0 R 10 0 R] /Count 2 /MediaBox [0 0 595 842] >>"},
+            {6, "[8 0 R 11 0 R]"},
+            {7, "[8 0 R 13 0 R]"}};
+        for (const auto& [number, body] : more) other[number] = body;
+        return Signed("", "",
+                      {"<< /Type /Page /Parent 2 0 R /Contents 4 0 R /Annots " + listed + " >>",
+                       Field(kids), KidOf(11, first), KidOf(11, "/P 3 0 R /Rect [9 9 10 10] /F 2")},
+                      other);
+    }
+
+    // A further signature fills the field.
+    static std::string Filled(const std::string& pdf, const std::string& kids,
+                              const Objects& objects = {}) {
+        Objects all = objects;
+        all.merge(Objects{{11, Field(kids, "/V 21 0 R")}, {21, kSignature}, {22, Looks()}});
+        return SignedUpdate(pdf, all);
+    }
+
+    static std::string Looks() {
+        return Stream("0 0 595 842 re f", "/Type /XObject /Subtype /Form /BBox [0 0 595 842]");
+    }
+
+    static const std::string m_large;
+    static const std::string m_shown;
+};
+
+const std::string PdfWidgetsTest::m_large = "/P 10 0 R /Rect [0 0 595 842] /F 2";
+const std::string PdfWidgetsTest::m_shown =
+    "/P 10 0 R /Rect [0 0 595 842] /F 4 /AP << /N 22 0 R >>";
+
+TEST_F(PdfWidgetsTest, AnEmptyFieldMayBeFilledWithItsWidgetBelowItAndTellsWhere) {
+    const auto pdf = Filled(Empty("[12 0 R]"), "[12 0 R]", {{12, KidOf(11, m_shown)}});
+    EXPECT_EQ(AlteredBetween(pdf), m_nothing);
+    const auto found = Read(pdf);
+    EXPECT_EQ(found.list.at(1).page, 2);
+    EXPECT_EQ(found.list.at(1).rectangle, (std::array<double, 4>{0, 0, 595, 842}));
+}
+
+TEST_F(PdfWidgetsTest, AnEmptyFieldOfSeveralWidgetsMayNotBeFilled) {
+    for (const char* kids : {"[12 0 R 13 0 R]", "[13 0 R 12 0 R]"}) {
+        EXPECT_EQ(AlteredBetween(Filled(Empty(kids), kids, {{12, KidOf(11, m_shown)}})),
+                  (std::vector<int>{11, 12}))
+            << kids;
+    }
+}
+
+TEST_F(PdfWidgetsTest, AWidgetThatItsFieldDoesNotHaveMayNotBePainted) {
+    EXPECT_EQ(AlteredBetween(Filled(Empty("[13 0 R]"), "[13 0 R]", {{12, KidOf(11, m_shown)}})),
+              std::vector<int>{12});
+    // In no field at all, with the value of a field that comes.
+    const std::string alone = "/FT /Sig /T (Alone) ";
+    EXPECT_EQ(AlteredBetween(Again(Empty("[13 0 R]", "[12 0 R]", alone + m_large),
+                                   {{6, "[8 0 R 11 0 R 20 0 R]"},
+                                    {7, "[8 0 R 13 0 R 20 0 R]"},
+                                    {12, KidOf(11, alone + m_shown + " /V 21 0 R")},
+                                    {22, Looks()}})),
+              std::vector<int>{12});
+}
+
+TEST_F(PdfWidgetsTest, ANewWidgetThatItsFieldDoesNotHaveMayNotCome) {
+    EXPECT_EQ(
+        AlteredBetween(Again(Signed(), {{7, "[8 0 R 30 0 R]"}, {30, Widget("Beside", "21 0 R")}})),
+        std::vector<int>{7});
+}
+
+TEST_F(PdfWidgetsTest, ThePageThatListsAFilledWidgetIsToldWhateverTheWidgetSays) {
+    const std::string rectangle = " /Rect [0 0 595 842] /F 4 ";
+    for (const char* page : {"/P 3 0 R", "/P 90 0 R", "", "/P 10 0 R"}) {
+        const auto pdf = Filled(Empty("[12 0 R]", "[12 0 R]", page + rectangle), "[12 0 R]",
+                                {{12, KidOf(11, page + rectangle + "/AP << /N 22 0 R >>")}});
+        EXPECT_EQ(AlteredBetween(pdf), m_nothing) << page;
+        EXPECT_EQ(Read(pdf).list.at(1).page, 2) << page;
+    }
+}
+
+TEST_F(PdfWidgetsTest, AWidgetOnSeveralPagesMayNotBeFilled) {
+    const auto filled = [&](const std::string& listed, const Objects& more) {
+        return AlteredBetween(Filled(Empty("[12 0 R]", listed, m_large, more), "[12 0 R]",
+                                     {{12, KidOf(11, m_shown)}}));
+    };
+    const std::vector<int> both = {11, 12};
+    EXPECT_EQ(filled("[12 0 R]", {}), m_nothing);
+    EXPECT_EQ(filled("[12 0 R]", {{7, "[8 0 R 12 0 R]"}}), both);
+    EXPECT_EQ(filled("7 0 R", {{7, "[8 0 R 12 0 R]"}}), both);
+    // A page twice, and a branch.
+    EXPECT_EQ(filled("[12 0 R]", {{2, "<< /Type /Pages /Kids [3 0 R 10 0 R 10 0 R] /Count 3 >>"}}),
+              both);
+    EXPECT_EQ(filled("[12 0 R]", {{2, "<< /Type /Pages /Kids [5 0 R 5 0 R 3 0 R] /Count 3 >>"},
+                                  {5, "<< /Type /Pages /Kids [10 0 R] /Count 1 >>"}}),
+              both);
+}
+
+TEST_F(PdfWidgetsTest, AFieldThatIsShownBesideItsWidgetKeepsItsLooks) {
+    const auto pdf = Empty("[13 0 R]", "[11 0 R]");
+    EXPECT_EQ(
+        AlteredBetween(SignedUpdate(pdf, {{11, Field("[13 0 R]", "/V 21 0 R /AP << /N 22 0 R >>")},
+                                          {21, kSignature},
+                                          {22, Looks()}})),
+        std::vector<int>{11});
+    EXPECT_EQ(AlteredBetween(Filled(pdf, "[13 0 R]")), m_nothing);
+}
+
+TEST_F(PdfWidgetsTest, AnUnreadablePageLeavesNothingToBeTold) {
+    const auto pdf = Empty("[12 0 R]", "[12 0 R]", m_large,
+                           {{2, "<< /Type /Pages /Kids [3 0 R 10 0 R null] /Count 3 >>"}});
+    EXPECT_EQ(AlteredBetween(Filled(pdf, "[12 0 R]", {{12, KidOf(11, m_shown)}})),
+              (std::vector<int>{11, 12}));
 }
 
 }  // namespace

@@ -372,7 +372,7 @@ TEST_F(PdfSignaturesTest, AFieldBelowOthersHasTheirNamesAndWhatTheyTell) {
     EXPECT_TRUE(found.list.empty());
     EXPECT_EQ(found.emptyFields, 1);
     const auto signedOne =
-        Read(SimplePdf("", "/AcroForm << /Fields [6 0 R] >>",
+        Read(SimplePdf("/Annots [8 0 R]", "/AcroForm << /Fields [6 0 R] >>",
                        {"<< /T (party) /FT /Sig /Kids [7 0 R] >>",
                         "<< /T (first) /Parent 6 0 R /Kids [8 0 R] /V << /SubFilter /x >> >>",
                         "<< /Subtype /Widget /Parent 7 0 R /P 3 0 R /Rect [10 20 5 9] >>"}));
@@ -447,6 +447,22 @@ TEST_F(PdfSignaturesTest, PagesHaveTheirNumbersInWhateverOrderTheyAreAskedFor) {
     std::vector<int> numbers;
     for (const PdfSignature& signature : found.list) numbers.push_back(signature.page);
     EXPECT_EQ(numbers, (std::vector<int>{6, 1, 4, 2, 5, 3}));
+}
+
+TEST_F(PdfSignaturesTest, APageIsToldWhereItListsTheWidgetOrNothingIsShown) {
+    const auto page = [&](const std::string& annotations, const std::string& rectangle) {
+        return Read(SimplePdf("/Annots " + annotations, "/AcroForm << /Fields [6 0 R] >>",
+                              {"<< /Subtype /Widget /FT /Sig /T (S) /P 3 0 R /V << >> /Rect " +
+                                   rectangle + " >>",
+                               "[6 0 R]"}))
+            .list.at(0)
+            .page;
+    };
+    EXPECT_EQ(page("[6 0 R]", "[0 0 9 9]"), 1);
+    EXPECT_EQ(page("7 0 R", "[0 0 9 9]"), 1);
+    EXPECT_EQ(page("[7 0 R]", "[0 0 9 9]"), 0);
+    EXPECT_EQ(page("null", "[0 0 9 9]"), 0);
+    EXPECT_EQ(page("null", "[0 0 0 0]"), 1);
 }
 
 // 200 signatures, on the page that `page` tells the number of.

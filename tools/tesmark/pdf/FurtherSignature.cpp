@@ -89,10 +89,15 @@ bool IsSignatureField(QPDFObjectHandle field) {
     return type.isName() && type.getName() == "/Sig";
 }
 
+bool IsOnlyKid(QPDFObjectHandle field, QPDFObjGen kid) {
+    auto kids = KeyOf(field, "/Kids");
+    return kids.isArray() && kids.getArrayNItems() == 1 && kids.getArrayItem(0).getObjGen() == kid;
+}
+
 }  // namespace
 
 CFurtherSignature::CFurtherSignature(QPDF& revision, const CPdfReferences& references,
-                                     const std::set<int>& signatures)
+                                     const FurtherSignatures& signatures)
     : m_references(references),
       m_signatures(signatures),
       m_catalog(revision.getTrailer().getKey("/Root").getObjGen()) {
@@ -156,9 +161,14 @@ bool CFurtherSignature::ListGrew(QPDFObjGen number, QPDFObjectHandle before, QPD
 
 bool CFurtherSignature::FieldWasSigned(QPDFObjGen number, QPDFObjectHandle before,
                                        QPDFObjectHandle now) {
-    return m_references.IsFieldOnly(number) && IsSignatureField(before) &&
-           Inherited(before, "/V").isNull() && IsSigned(now) &&
-           SameBut(before, now, {"/V", "/AP", "/AS", "/M", "/F"});
+    if (!m_references.IsFieldOnly(number) || !IsSignatureField(before) ||
+        !Inherited(before, "/V").isNull()) {
+        return false;
+    }
+    const QPDFObjGen widget = ToldWidget(now);
+    if (widget == number) return SameBut(before, now, {"/V", "/AP", "/AS", "/M", "/F"});
+    // It may be listed as an annotation too, so its looks stay.
+    return widget.isIndirect() && IsOnlyKid(now, widget) && SameBut(before, now, {"/V", "/M"});
 }
 
 bool CFurtherSignature::IsNew(QPDFObjectHandle object) const {
@@ -168,6 +178,10 @@ bool CFurtherSignature::IsNew(QPDFObjectHandle object) const {
 bool CFurtherSignature::IsSigned(QPDFObjectHandle field) const {
     auto value = Inherited(field, "/V");
     return value.isIndirect() && m_signatures.contains(value.getObjectID());
+}
+
+QPDFObjGen CFurtherSignature::ToldWidget(QPDFObjectHandle field) const {
+    return IsSigned(field) ? m_signatures.at(Inherited(field, "/V").getObjectID()) : QPDFObjGen();
 }
 
 bool CFurtherSignature::IsNewField(QPDFObjectHandle field) {
@@ -191,13 +205,7 @@ bool CFurtherSignature::IsNewWidget(QPDFObjectHandle widget, QPDFObjGen page) {
     }
     auto parent = widget.getKey("/Parent");
     if (!parent.isNull()) {
-        auto kids = KeyOf(parent, "/Kids");
-        if (!IsNewField(parent) || !kids.isArray() || kids.getArrayNItems() != 1 ||
-            kids.getArrayItem(0).getObjGen() != widget.getObjGen()) {
-            return false;
-        }
+        if (!IsNewField(parent) || !IsOnlyKid(parent, widget.getObjGen())) return false;
     }
-    if (!IsSignatureField(widget) || !IsSigned(widget)) return false;
-    const auto value = Inherited(widget, "/V").getObjGen();
-    return m_widgets.try_emplace(value, widget.getObjGen()).first->second == widget.getObjGen();
+    return IsSignatureField(widget) && ToldWidget(widget) == widget.getObjGen();
 }

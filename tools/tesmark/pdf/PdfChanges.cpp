@@ -99,7 +99,7 @@ bool SameDocument(QPDFObjectHandle before, QPDFObjectHandle now) {
 
 class CComparison {
 public:
-    CComparison(CPdfBase& base, QPDF& revision, const std::set<int>& signatures,
+    CComparison(CPdfBase& base, QPDF& revision, const FurtherSignatures& signatures,
                 PdfAddition& addition)
         : m_base(base),
           m_revision(revision),
@@ -164,16 +164,17 @@ private:
     PdfAddition& m_addition;
 };
 
-// The objects of those that were made behind the first `end` bytes.
-std::set<int> MadeBehind(const std::vector<PdfSignature>& signatures, std::uint64_t end) {
-    std::set<int> objects;
+// Those that were made behind the first `end` bytes.
+FurtherSignatures MadeBehind(const std::vector<PdfSignature>& signatures, std::uint64_t end) {
+    FurtherSignatures made;
     for (const PdfSignature& signature : signatures) {
         if (signature.problem == RangeProblem::kNone && signature.object != 0 &&
             signature.gapStart >= end) {
-            objects.insert(signature.object);
+            made.emplace(signature.object,
+                         QPDFObjGen(signature.widget, signature.widgetGeneration));
         }
     }
-    return objects;
+    return made;
 }
 
 }  // namespace

@@ -53,9 +53,13 @@ struct PdfSignature {
     std::string reason;
     std::string location;
     std::string time;  // /M as it stands: "D:20261121092127+08'00'"
-    int page = 0;      // from 1; 0 where the field tells none
+    int page = 0;      // from 1; 0 where the field tells none, or the page doesn't list its widget
     // Lower left and upper right corner in the page's own units.
     std::array<double, 4> rectangle{};
+    // The number and the generation of the field's one widget; 0 where page and rectangle don't
+    // tell all of where the signature shows itself, as far as anybody asked (WidgetPages.h).
+    int widget = 0;
+    int widgetGeneration = 0;
     // For a certifying signature what it allows: 1 nothing, 2 forms, 3 annotations too. Else 0.
     int certifies = 0;
 

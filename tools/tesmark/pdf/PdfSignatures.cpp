@@ -6,9 +6,9 @@
 #include "pdf/PdfBase.h"
 #include "pdf/PdfChanges.h"
 #include "pdf/PdfFailure.h"
-#include "pdf/PdfPage.h"
 #include "pdf/RangeBinding.h"
 #include "pdf/SignedRange.h"
+#include "pdf/WidgetPages.h"
 
 namespace {
 
@@ -50,11 +50,13 @@ int Certifies(QPDFObjectHandle dictionary) {
     return 0;
 }
 
-void ReadRectangle(QPDFObjectHandle array, std::array<double, 4>& rectangle) {
-    if (!array.isRectangle()) return;
+// false: it is something else than a rectangle.
+bool ReadRectangle(QPDFObjectHandle array, std::array<double, 4>& rectangle) {
+    if (!array.isRectangle()) return array.isNull();
     const auto told = array.getArrayAsRectangle();
     rectangle = {std::min(told.llx, told.urx), std::min(told.lly, told.ury),
                  std::max(told.llx, told.urx), std::max(told.lly, told.ury)};
+    return true;
 }
 
 // What a field inherits from those above it.
@@ -136,12 +138,20 @@ private:
         signature.location = TextOf(value.getKey("/Location"));
         signature.time = TextOf(value.getKey("/M"));
         signature.certifies = Certifies(value);
-        auto widget =
-            kids.isArray() && kids.getArrayNItems() > 0 ? kids.getArrayItem(0) : field.object;
-        ReadRectangle(KeyOf(widget, "/Rect"), signature.rectangle);
-        signature.page = m_pages.Of(KeyOf(widget, "/P"));
+        TellPlace(field, kids, signature);
         ReadSignedRange(value, m_file, m_base.HeaderOffset(), OffsetOf(field.holder), signature);
         m_found.list.push_back(std::move(signature));
+    }
+
+    void TellPlace(const Field& field, QPDFObjectHandle kids, PdfSignature& signature) {
+        const int count = kids.isArray() ? kids.getArrayNItems() : 0;
+        auto widget = count > 0 ? kids.getArrayItem(0) : field.object;
+        const bool readable = ReadRectangle(KeyOf(widget, "/Rect"), signature.rectangle);
+        if (readable && count <= 1) {
+            signature.widget = widget.getObjectID();
+            signature.widgetGeneration = widget.getGeneration();
+        }
+        signature.page = m_pages.PageOf(widget, signature.rectangle);
     }
 
     qpdf_offset_t OffsetOf(QPDFObjGen number) {
@@ -154,7 +164,7 @@ private:
     CPdfBase& m_base;
     std::string_view m_file;
     PdfSignatures& m_found;
-    CPageNumbers m_pages;
+    CWidgetPages m_pages;
     std::map<QPDFObjGen, QPDFXRefEntry> m_objects;
     std::set<QPDFObjGen> m_seen;
     std::size_t m_fields = 0;
@@ -178,6 +188,7 @@ bool StandsBefore(const PdfSignature& one, const PdfSignature& other) {
 }
 
 void TellAdditions(CPdfBase& base, std::string_view file, PdfSignatures& found) {
+    CheckPages(base, found.list);
     int compared = 0;
     for (PdfSignature& signature : found.list) {
         if (signature.problem != RangeProblem::kNone) continue;
@@ -190,6 +201,12 @@ void TellAdditions(CPdfBase& base, std::string_view file, PdfSignatures& found) 
         if (++compared > kMostCompared) continue;
         CompareWithRevision(base, file.substr(0, signature.end), found.list, signature.after);
     }
+}
+
+bool SomethingWasAdded(const PdfSignatures& found) {
+    return std::any_of(found.list.begin(), found.list.end(), [&](const PdfSignature& signature) {
+        return signature.problem == RangeProblem::kNone && signature.end < found.fileSize;
+    });
 }
 
 void CheckIsOpen(const std::string& path, const CDocumentBytes& document) {
@@ -225,7 +242,7 @@ public:
             throw CPdfFailure(StampError::kDamaged, "The PDF's byte ranges can't be followed.");
         }
         std::stable_sort(m_found.list.begin(), m_found.list.end(), StandsBefore);
-        TellAdditions(m_base, m_file, m_found);
+        if (SomethingWasAdded(m_found)) TellAdditions(m_base, m_file, m_found);
         m_base.CheckWhatWasRead();
         return std::move(m_found);
     }
