@@ -1,5 +1,7 @@
 #include "components/certservice/AmbiguousData.h"
 
+#include <openssl/asn1.h>
+
 #include <array>
 #include <optional>
 
@@ -7,9 +9,11 @@
 
 namespace {
 
-constexpr unsigned char kNumberOfTag = 0x1F;
-constexpr unsigned char kBitString = 0x03;
-constexpr unsigned char kIa5String = 0x16;
+constexpr unsigned char kConstructed = 0x20;
+constexpr unsigned char kLongTag = 0x1F;
+constexpr std::string_view kSealMark = "ES";
+// Decoders take no text in more levels of pieces.
+constexpr int kDeepest = 8;
 constexpr std::string_view kMessageDigest("\x2A\x86\x48\x86\xF7\x0D\x01\x09\x04", 9);
 
 // One element after the other: of hostile data there may be any number.
@@ -47,14 +51,37 @@ bool IsSealToSign(std::string_view content) {
     CElements elements(content);
     const std::array parts = {elements.Next(), elements.Next(), elements.Next(), elements.Next(),
                               elements.Next()};
-    return parts[4] && parts[0]->tag == kBerInteger && parts[1]->tag == kBerSequence &&
-           (parts[3]->tag & kNumberOfTag) == kBitString;
+    return parts[4] && parts[0]->universal == V_ASN1_INTEGER &&
+           parts[1]->universal == V_ASN1_SEQUENCE && parts[3]->universal == V_ASN1_BIT_STRING;
+}
+
+// True if `text` may be the beginning of `rest`, which it is taken off. Decoders join the pieces of
+// a text whatever their types; of pieces that can't be told apart here it is taken for granted.
+bool TakeText(const BerElement& text, int depth, std::string_view& rest) {
+    if (depth > kDeepest) return false;
+    if (!(text.tag & kConstructed)) {
+        if (!rest.starts_with(text.content)) return false;
+        rest.remove_prefix(text.content.size());
+        return true;
+    }
+    CElements pieces(text.content);
+    while (const auto piece = pieces.Next()) {
+        if (!TakeText(*piece, depth + 1, rest)) return false;
+    }
+    if (!pieces.AtEnd()) rest = {};
+    return true;
+}
+
+bool IsPlainType(int universal) {
+    return universal >= 0 && universal != V_ASN1_SEQUENCE && universal != V_ASN1_SET;
 }
 
 bool IsSealHeader(const BerElement& element) {
-    if (element.tag != kBerSequence) return false;
+    if (element.universal != V_ASN1_SEQUENCE) return false;
     const auto name = CElements(element.content).Next();
-    return name && name->tag == kIa5String && name->content == "ES";
+    if (!name || !IsPlainType(name->universal)) return false;
+    std::string_view rest = kSealMark;
+    return TakeText(*name, 0, rest) && rest.empty();
 }
 
 // Of 2014 what is signed begins with what is signed today.
@@ -63,17 +90,18 @@ bool IsSealInfo(std::string_view content) {
     if (!first) return false;
     if (IsSealHeader(*first)) return true;
     const auto inner = CElements(first->content).Next();
-    return first->tag == kBerSequence && inner && IsSealHeader(*inner);
+    return first->universal == V_ASN1_SEQUENCE && inner && IsSealHeader(*inner);
 }
 
 }  // namespace
 
 bool IsAmbiguous(std::string_view data) {
-    if (data.empty() || (data[0] != kBerSet && data[0] != kBerSequence)) return false;
     // What is signed elsewhere has a definite length.
-    if (data.size() < 2 || data[1] == '\x80') return false;
+    if (data.size() < 2) return false;
+    if ((data[0] & kLongTag) != kLongTag && data[1] == '\x80') return false;
     const auto outer = FirstBerElement(data);
     if (!outer || outer->whole.size() != data.size()) return false;
-    if (outer->tag == kBerSet) return AreSignedAttributes(outer->content);
-    return IsSealToSign(outer->content) || IsSealInfo(outer->content);
+    if (outer->universal == V_ASN1_SET) return AreSignedAttributes(outer->content);
+    return outer->universal == V_ASN1_SEQUENCE &&
+           (IsSealToSign(outer->content) || IsSealInfo(outer->content));
 }

@@ -11,6 +11,7 @@
 // - the part of a seal signature that its signer signs (GM/T 0031, GB/T 38540): SEQUENCE { version,
 //   seal, time, BIT STRING, text, ... };
 // - the part of a seal that its maker signs: SEQUENCE { header "ES", ... }, or one that begins with
-//   such.
+//   such. The "ES" may be of any type.
+// BER counts as well as DER: readers take what was signed as it came in.
 // No document in a format of its own begins like that.
 bool IsAmbiguous(std::string_view data);

@@ -27,15 +27,17 @@ std::optional<BerElement> FirstBerElement(std::string_view bytes) {
     const int form = ASN1_get_object(&inside, &length, &tag, &kind, size);
     if (form & kMalformed) return std::nullopt;
     const auto header = static_cast<std::size_t>(inside - start);
+    const int universal = kind == V_ASN1_UNIVERSAL ? tag : -1;
     if (!(form & kIndefinite)) {
         const std::string_view whole = bytes.substr(0, header + static_cast<std::size_t>(length));
-        return BerElement{*start, whole, whole.substr(header)};
+        return BerElement{*start, universal, whole, whole.substr(header)};
     }
     const unsigned char* end = start;
     if (!AnyHandle(d2i_ASN1_TYPE(nullptr, &end, size))) return std::nullopt;
     const std::string_view whole = bytes.substr(0, static_cast<std::size_t>(end - start));
     if (whole.size() < header + kEndMark) return std::nullopt;
-    return BerElement{*start, whole, whole.substr(header, whole.size() - header - kEndMark)};
+    return BerElement{*start, universal, whole,
+                      whole.substr(header, whole.size() - header - kEndMark)};
 }
 
 std::optional<std::vector<BerElement>> SplitBer(std::string_view content) {

@@ -10,6 +10,9 @@
 // Views of the bytes that were read.
 struct BerElement {
     unsigned char tag = 0;  // the first byte: class, form and the number of a tag below 31
+    // The tag's number if its class is the universal one, also where a number below 31 is written
+    // the long way (X.690, section 8.1.2.4), which decoders take; -1 in any other class.
+    int universal = -1;
     std::string_view whole;
     std::string_view content;  // without header and, at an indefinite length, end mark
 };

@@ -69,10 +69,25 @@ bool ReadPicture(const SesPicture& picture, Seal& seal) {
     return true;
 }
 
+// An IA5String by the standards, and as DER has it. The other texts of a seal may be of other
+// types; this one keeps data that aren't meant for a seal from being taken for a signed one.
+bool HasMark(const SesInfo& info) {
+    constexpr std::string_view kMark = "\x16\x02\x45\x53";
+    constexpr std::size_t kMostElements = 6;
+    constexpr std::size_t kHeaderElements = 3;
+    const std::string_view received(reinterpret_cast<const char*>(info.received.enc),
+                                    static_cast<std::size_t>(info.received.len));
+    std::vector<DerElement> parts;
+    std::vector<DerElement> header;
+    return SplitSequence(received, kMostElements, parts) && !parts.empty() &&
+           SplitSequence(parts[0].whole, kHeaderElements, header) && !header.empty() &&
+           header[0].whole == kMark;
+}
+
 // `outerElements` tells the year; the header's version tells the two later forms apart.
 bool ReadInfo(const SesInfo& info, std::size_t outerElements, Seal& seal) {
     constexpr long kVersion2025 = 5;
-    if (BytesOf(info.header->id) != "ES") return false;
+    if (!HasMark(info)) return false;
     if (!NumberOf(info.header->version, 0, INT_MAX, seal.version)) return false;
     if (outerElements == 2)
         seal.form = SealForm::kGm2014;

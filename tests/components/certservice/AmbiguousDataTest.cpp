@@ -35,9 +35,9 @@ std::string Attributes(const std::string& data = "other data") {
 
 std::string Number(char value) { return DerElement(kBerInteger, std::string(1, value)); }
 
-std::string SealInfo() {
+std::string SealInfo(const std::string& mark = DerElement(kText, "ES")) {
     const std::string header =
-        DerElement(kBerSequence, DerElement(kText, "ES") + Number(4) + DerElement(kText, "maker"));
+        DerElement(kBerSequence, mark + Number(4) + DerElement(kText, "maker"));
     return DerElement(kBerSequence, header + DerElement(kText, "number"));
 }
 
@@ -54,6 +54,19 @@ TEST(AmbiguousDataTest, WhatMessagesAndSealsSignIsAmbiguous) {
     EXPECT_TRUE(IsAmbiguous(SealToSign()));
     EXPECT_TRUE(IsAmbiguous(SealInfo()));
     EXPECT_TRUE(IsAmbiguous(DerElement(kBerSequence, SealInfo() + DerElement(kOctets, "cert"))));
+}
+
+// In any type of text, whole or in pieces.
+const std::string kUtf8Mark = DerElement(0x0C, "ES");
+const std::string kMarkInPieces = DerElement(0x36, DerElement(kText, "E") + DerElement(kText, "S"));
+
+TEST(AmbiguousDataTest, ASealsMarkMayBeOfAnyTextTypeAndInPieces) {
+    EXPECT_TRUE(IsAmbiguous(SealInfo(kUtf8Mark)));
+    EXPECT_TRUE(IsAmbiguous(SealInfo(kMarkInPieces)));
+    EXPECT_FALSE(IsAmbiguous(SealInfo(DerElement(0x0C, "EX"))));
+    EXPECT_FALSE(IsAmbiguous(SealInfo(DerElement(0x0C, "ESX"))));
+    EXPECT_FALSE(IsAmbiguous(SealInfo(DerElement(0x0C, "E"))));
+    EXPECT_FALSE(IsAmbiguous(SealInfo(DerElement(0x36, DerElement(kText, "E")))));
 }
 
 TEST(AmbiguousDataTest, TheWholeHasToHaveThatForm) {
@@ -112,7 +125,8 @@ protected:
 
 TEST_F(AmbiguousMessageTest, NoMessageOfAnSm2KeyIsMadeOverThem) {
     const std::string certId = LoggedIn(KeyKind::kSm2);
-    for (const std::string& data : {Attributes(), SealToSign(), SealInfo()}) {
+    for (const std::string& data :
+         {Attributes(), SealToSign(), SealInfo(), SealInfo(kUtf8Mark), SealInfo(kMarkInPieces)}) {
         EXPECT_EQ(SignMessage(m_context, certId, data).code, kServiceDataAmbiguous);
         // Neither at once into a buffer, nor after a size query for other data.
         ASSERT_EQ(SignMessage(m_context, certId, "data").code, 0);

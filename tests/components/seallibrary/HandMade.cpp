@@ -45,8 +45,7 @@ std::string Property(const HandMadeSeal& seal, const TestIdentity& signer) {
 
 std::string Info(const HandMadeSeal& seal, const TestIdentity& signer) {
     const std::string header =
-        Der(0x30, Der(seal.textTag, seal.id) + Der(0x02, std::string(1, seal.version)) +
-                      Der(seal.textTag, "OTHER"));
+        Der(0x30, seal.mark + Der(0x02, std::string(1, seal.version)) + Der(seal.textTag, "OTHER"));
     const std::string picture = Der(0x30, Der(seal.textTag, seal.pictureType) +
                                               Der(0x04, seal.picture) + seal.width + seal.height);
     return Der(0x30,

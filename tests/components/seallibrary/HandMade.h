@@ -21,7 +21,7 @@ using BehindValue = std::function<std::string(std::string_view value)>;
 
 struct HandMadeSeal {
     bool form2014 = false;
-    std::string id = "ES";
+    std::string mark = Der(0x16, "ES");
     char version = 4;
     int textTag = 0x16;  // IA5String
     int nameTag = 0x0C;  // UTF8String

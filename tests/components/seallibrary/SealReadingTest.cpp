@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "components/certservice/AmbiguousData.h"
 #include "components/crypto/Signature.h"
 #include "components/seallibrary/Seal.h"
+#include "components/seallibrary/SealAsn1.h"
 #include "components/seallibrary/SealCodes.h"
 #include "components/seallibrary/SealLimits.h"
 #include "tests/components/seallibrary/HandMade.h"
@@ -91,8 +93,80 @@ TEST_P(SealReadingTest, ABitStringWithUnusedBitsIsRefused) {
 }
 
 TEST_P(SealReadingTest, ASealWithoutItsMarkIsRefused) {
-    m_made.id = "EX";
+    m_made.mark = Der(0x16, "EX");
     EXPECT_EQ(Read(), kSealDamaged);
+}
+
+// The two characters in each type of text, whole and in pieces, and with lengths and tags that DER
+// doesn't write.
+std::vector<std::string> MarksOfOtherForms() {
+    std::vector<std::string> marks = {"\x16\x81\x02\x45\x53", "\x1F\x16\x02\x45\x53"};
+    for (const int tag : {0x0C, 0x13, 0x14, 0x16, 0x1A, 0x1E}) {
+        if (tag != 0x16) marks.push_back(Der(tag, "ES"));
+        const int inPieces = tag | 0x20;
+        marks.push_back(Der(inPieces, Der(tag, "ES")));
+        marks.push_back(Der(inPieces, Der(tag, "E") + Der(tag, "") + Der(0x04, "S")));
+        marks.push_back(Der(inPieces, Der(0x24, Der(tag, "E") + Der(tag, "S"))));
+        const std::string end(2, '\0');
+        marks.push_back(static_cast<char>(inPieces) + ("\x80" + Der(tag, "ES")) + end);
+        marks.push_back(Der(inPieces, "\x21\x80" + Der(tag, "ES") + end));
+    }
+    return marks;
+}
+
+// What somebody had signed as a message must not turn out to be a seal.
+TEST_P(SealReadingTest, AMarkOfAnotherFormIsRefusedAndItsDataAreAmbiguousToSign) {
+    ASSERT_EQ(Read(), kSealOk);
+    EXPECT_TRUE(IsAmbiguous(m_seal.signedPart));
+    for (const std::string& mark : MarksOfOtherForms()) {
+        m_made.mark = mark;
+        const std::string seal = Build(m_made, m_maker, m_signer);
+        EXPECT_EQ(ReadSeal(seal, m_seal), kSealDamaged) << mark;
+        std::vector<DerElement> parts;
+        ASSERT_TRUE(SplitSequence(seal, 5, parts));
+        const std::string info(parts[0].whole);
+        EXPECT_TRUE(Decode<SesInfo>(info)) << mark;
+        EXPECT_TRUE(IsAmbiguous(info)) << mark;
+        EXPECT_TRUE(IsAmbiguous(Der(0x30, info + Der(0x04, "certificate")))) << mark;
+    }
+}
+
+// The same element with its tag written the long way, which no DER does and decoders take.
+std::string WithLongTag(const std::string& element, const std::string& padding = "") {
+    const auto tag = static_cast<unsigned char>(element[0]);
+    const std::string number = padding + static_cast<char>(tag & 0x1F);
+    return static_cast<char>(tag | 0x1F) + number + element.substr(1);
+}
+
+TEST_P(SealReadingTest, SignedPartsWithTagsOfOtherFormsAreAmbiguousToSign) {
+    const std::string seal = Build(m_made, m_maker, m_signer);
+    std::vector<DerElement> parts;
+    ASSERT_TRUE(SplitSequence(seal, 5, parts));
+    const std::string info(parts[0].whole);
+    std::vector<DerElement> fields;
+    ASSERT_TRUE(SplitSequence(info, 6, fields));
+    const std::string header(fields[0].whole);
+    const std::string rest = info.substr(info.find(header) + header.size());
+    for (const char* padding : {"", "\x80"}) {
+        for (const std::string& changed :
+             {WithLongTag(info, padding), Der(0x30, WithLongTag(header, padding) + rest)}) {
+            EXPECT_TRUE(Decode<SesInfo>(changed));
+            EXPECT_TRUE(IsAmbiguous(changed));
+            EXPECT_TRUE(IsAmbiguous(Der(0x30, changed)));
+        }
+    }
+
+    const std::vector<std::string> elements = {Der(0x02, "\x04"), seal,
+                                               Der(0x18, "20260615120000Z"), DerBits("hash"),
+                                               Der(0x16, "property")};
+    for (std::size_t changed = 0; changed < elements.size(); ++changed) {
+        std::string content;
+        for (std::size_t i = 0; i < elements.size(); ++i)
+            content += i == changed ? WithLongTag(elements[i]) : elements[i];
+        EXPECT_TRUE(Decode<SesToSign>(Der(0x30, content))) << changed;
+        EXPECT_TRUE(IsAmbiguous(Der(0x30, content))) << changed;
+        EXPECT_TRUE(IsAmbiguous(WithLongTag(Der(0x30, content)))) << changed;
+    }
 }
 
 TEST_P(SealReadingTest, SizesMustBeSensible) {
