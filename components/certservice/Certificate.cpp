@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "components/crypto/PassPhrase.h"
 #include "components/crypto/Signature.h"
 #include "components/crypto/Sm3.h"
 
@@ -40,7 +41,7 @@ std::vector<CertificateHandle> ReadCertificates(std::string_view content) {
     std::vector<CertificateHandle> certificates;
     const BioHandle in(BIO_new_mem_buf(content.data(), static_cast<int>(content.size())));
     if (!in) return certificates;
-    while (X509* next = PEM_read_bio_X509(in.get(), nullptr, nullptr, nullptr)) {
+    while (X509* next = PEM_read_bio_X509(in.get(), nullptr, NoPassPhrase, nullptr)) {
         CertificateHandle certificate(next);
         if (SetSignerId(next)) certificates.push_back(std::move(certificate));
     }

@@ -7,6 +7,7 @@
 #include "components/certservice/Certificate.h"
 #include "components/certservice/DurableFile.h"
 #include "components/certservice/ServiceCodes.h"
+#include "components/crypto/PassPhrase.h"
 #include "components/crypto/Signature.h"
 #include "platform/CodePage.h"
 #include "platform/Files.h"
@@ -198,7 +199,7 @@ std::unique_ptr<DevelopmentCa> DevelopmentCa::Open(KeyKind kind, const std::stri
     std::string pem;
     if (ReadWholeFile(path, pem)) {
         const BioHandle in(BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size())));
-        KeyHandle key(PEM_read_bio_PrivateKey(in.get(), nullptr, nullptr, nullptr));
+        KeyHandle key(PEM_read_bio_PrivateKey(in.get(), nullptr, NoPassPhrase, nullptr));
         std::vector<CertificateHandle> certificates = ReadCertificates(pem);
         code = kServiceKeyDamaged;
         if (KindOfKey(key.get()) != kind || certificates.empty()) return nullptr;

@@ -7,6 +7,7 @@
 #include "components/certservice/DurableFile.h"
 #include "components/certservice/ServiceCodes.h"
 #include "components/crypto/Hex.h"
+#include "components/crypto/PassPhrase.h"
 #include "components/crypto/Signature.h"
 #include "platform/Files.h"
 
@@ -49,7 +50,7 @@ std::string EncryptKey(EVP_PKEY* key, std::string_view pin) {
 int DecryptKey(std::string_view pem, std::string_view pin, KeyHandle& key) {
     const BioHandle in(BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size())));
     if (!in) return kServiceKeyDamaged;
-    const EncryptedHandle encrypted(PEM_read_bio_PKCS8(in.get(), nullptr, nullptr, nullptr));
+    const EncryptedHandle encrypted(PEM_read_bio_PKCS8(in.get(), nullptr, NoPassPhrase, nullptr));
     if (!encrypted) return kServiceKeyDamaged;
     const PlainHandle plain(
         PKCS8_decrypt(encrypted.get(), pin.data(), static_cast<int>(pin.size())));

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "components/certservice/SignatureAlgorithm.h"
+#include "components/crypto/PassPhrase.h"
 #include "components/crypto/Signature.h"
 
 namespace {
@@ -38,7 +39,8 @@ std::string FirstElement(std::string_view der) {
 std::string FromPem(std::string_view content) {
     const BioHandle in(BIO_new_mem_buf(content.data(), static_cast<int>(content.size())));
     if (!in) return {};
-    const RevocationListHandle list(PEM_read_bio_X509_CRL(in.get(), nullptr, nullptr, nullptr));
+    const RevocationListHandle list(
+        PEM_read_bio_X509_CRL(in.get(), nullptr, NoPassPhrase, nullptr));
     return list ? DerOf<i2d_X509_CRL>(list.get()) : std::string();
 }
 

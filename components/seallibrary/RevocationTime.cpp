@@ -8,6 +8,7 @@
 #include <cctype>
 
 #include "components/crypto/Handles.h"
+#include "components/crypto/PassPhrase.h"
 #include "components/seallibrary/SealCertificate.h"
 #include "components/seallibrary/SealCodes.h"
 #include "components/seallibrary/SealLimits.h"
@@ -43,7 +44,7 @@ RevocationListHandle ParseList(std::string_view list) {
     if (RevocationListHandle read = ParseDer(list)) return read;
     if (const std::string der = BytesOfBase64(list); !der.empty()) return ParseDer(der);
     const BioHandle text(BIO_new_mem_buf(list.data(), static_cast<int>(list.size())));
-    return RevocationListHandle(PEM_read_bio_X509_CRL(text.get(), nullptr, nullptr, nullptr));
+    return RevocationListHandle(PEM_read_bio_X509_CRL(text.get(), nullptr, NoPassPhrase, nullptr));
 }
 
 // The serial number's digits in the form that SealCertificate.h tells; empty if it is none.

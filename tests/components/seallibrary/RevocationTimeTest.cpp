@@ -5,6 +5,7 @@
 
 #include "components/seallibrary/SealCodes.h"
 #include "foundation/Text.h"
+#include "tests/components/crypto/PassPhraseQuestions.h"
 #include "tests/components/seallibrary/TestPki.h"
 
 namespace {
@@ -54,6 +55,14 @@ TEST_F(RevocationTimeTest, AListInPemIsReadAsWell) {
     EXPECT_EQ(CheckRevocationTime(Pem(), "ABC12", kTestNow), kSealRevokedBefore);
     EXPECT_EQ(ReadRevocationList(Pem()), m_list);
     EXPECT_EQ(ReadRevocationList(m_list), m_list);
+}
+
+TEST_F(RevocationTimeTest, AListThatSaysItIsEncryptedIsDamagedAndAsksForNoPassPhrase) {
+    const PassPhraseQuestions questions;
+    EXPECT_EQ(CheckRevocationTime(EncryptedPem("X509 CRL"), "ABC12", kTestNow),
+              kSealRevocationListDamaged);
+    EXPECT_EQ(ReadRevocationList(EncryptedPem("X509 CRL")), "");
+    EXPECT_EQ(questions.Count(), 0);
 }
 
 TEST_F(RevocationTimeTest, AListInBareBase64IsReadAsWell) {

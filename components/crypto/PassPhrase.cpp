@@ -1,0 +1,3 @@
+#include "components/crypto/PassPhrase.h"
+
+int NoPassPhrase(char*, int, int, void*) { return -1; }
