@@ -2,9 +2,12 @@
 
 #include <openssl/x509v3.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "components/certservice/AmbiguousData.h"
@@ -27,21 +30,42 @@ struct SignedMessage::Content {
 
 namespace {
 
+// What a message may ask of its reader, who looks for each signer's certificate and hash among all:
+// its time grows with the products. Each is far above what people, programs and archives write.
+constexpr int kMostSigners = 64;
+constexpr int kMostDigestAlgorithms = 16;
+constexpr int kMostCertificates = 256;
+
 // Gives the digest that a signer's hash makes of the data, of which there are two with SM2: e, and
 // the plain hash, which some makers put in the messageDigest. `fromData` false: the digest itself
-// was given.
-struct Subject {
-    std::string_view bytes;
-    bool fromData;
+// was given. Each is made once, for the first signer who needs it.
+class Subject {
+public:
+    Subject(std::string_view bytes, bool fromData) : m_bytes(bytes), m_fromData(fromData) {}
 
-    std::string ToSign(EVP_PKEY* key, HashAlgorithm hash) const {
-        return fromData ? DigestForKey(key, hash, bytes) : std::string(bytes);
+    bool IsData() const { return m_fromData; }
+    std::string_view Bytes() const { return m_bytes; }
+    std::string ToSign(EVP_PKEY* key, HashAlgorithm hash) {
+        return m_fromData ? For(key, hash) : std::string(m_bytes);
     }
-    bool HasDigest(EVP_PKEY* key, HashAlgorithm hash, std::string_view digest) const {
-        if (!fromData) return digest == bytes;
-        if (digest == Digest(hash, bytes)) return true;
-        return KindOfKey(key) == KeyKind::kSm2 && digest == Sm2Digest(key, bytes);
+    bool HasDigest(EVP_PKEY* key, HashAlgorithm hash, std::string_view digest) {
+        if (!m_fromData) return digest == m_bytes;
+        if (digest == For(nullptr, hash)) return true;
+        return KindOfKey(key) == KeyKind::kSm2 && digest == For(key, hash);
     }
+
+private:
+    // A null key makes the plain hash, as any key does that isn't SM2.
+    const std::string& For(EVP_PKEY* key, HashAlgorithm hash) {
+        if (KindOfKey(key) != KeyKind::kSm2) key = nullptr;
+        const auto [entry, isNew] = m_digests.try_emplace({key, hash});
+        if (isNew) entry->second = DigestForKey(key, hash, m_bytes);
+        return entry->second;
+    }
+
+    std::string_view m_bytes;
+    bool m_fromData;
+    std::map<std::pair<EVP_PKEY*, HashAlgorithm>, std::string> m_digests;
 };
 
 std::string_view BytesOf(const ASN1_STRING* text) {
@@ -92,13 +116,13 @@ bool VerifyAttributes(const SignerInfo& signer, EVP_PKEY* key, HashAlgorithm has
 }
 
 int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* contentType,
-                 const Subject& subject) {
+                 Subject& subject) {
     const std::optional<HashAlgorithm> hash = HashOf(signer.digestAlgorithm);
     if (!hash || !FitsSignature(signer.signatureAlgorithm, KindOfKey(key), *hash) ||
         !HasNoParameters(signer.digestAlgorithm) || !HasNoParameters(signer.signatureAlgorithm)) {
         return kServiceAlgorithmUnknown;
     }
-    if (!subject.fromData && subject.bytes.size() != DigestSize(*hash)) {
+    if (!subject.IsData() && subject.Bytes().size() != DigestSize(*hash)) {
         return kServiceDigestMismatch;
     }
     if (!signer.signedAttributes) {
@@ -107,7 +131,8 @@ int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* con
         if (!VerifyDigest(key, *hash, digest, BytesOf(signer.signature))) {
             return kServiceSignatureInvalid;
         }
-        return subject.fromData && IsAmbiguous(subject.bytes) ? kServiceDataAmbiguous : kServiceOk;
+        return subject.IsData() && IsAmbiguous(subject.Bytes()) ? kServiceDataAmbiguous
+                                                                : kServiceOk;
     }
     const ASN1_TYPE* digest = AttributeValue(signer.signedAttributes, NID_pkcs9_messageDigest);
     if (!digest || digest->type != V_ASN1_OCTET_STRING || !ContentTypeAgrees(signer, contentType)) {
@@ -169,29 +194,31 @@ bool HaveVersions(const SignedData& data) {
     return IsVersion(data.version, 3) && (byKeyId || !IsPlainData(data.content->type));
 }
 
+bool IsOfSensibleSize(const SignedData& data) {
+    const int signers = sk_SignerInfo_num(data.signers);
+    return signers > 0 && signers <= kMostSigners &&
+           sk_X509_ALGOR_num(data.digestAlgorithms) <= kMostDigestAlgorithms &&
+           sk_ASN1_TYPE_num(data.certificates) <= kMostCertificates;
+}
+
 bool IsMessage(const SignedContentInfo& info) {
     const SignedData* data = info.signedData;
     const std::string type = OidText(info.type);
     if (type != kRfcIdentifiers.signedData && type != kNationalIdentifiers.signedData) return false;
-    if (!data || sk_SignerInfo_num(data->signers) <= 0 || !HaveVersions(*data)) return false;
+    if (!data || !IsOfSensibleSize(*data) || !HaveVersions(*data)) return false;
     const ASN1_TYPE* content = data->content->content;
     return !content || content->type == V_ASN1_OCTET_STRING;
 }
 
 // The message names its signers' hashes in front, for readers that hash as they read.
-int CheckDigestAlgorithms(const SignedData& data) {
+int ReadDigestAlgorithms(const SignedData& data, std::vector<HashAlgorithm>& named) {
     for (int i = 0; i < sk_X509_ALGOR_num(data.digestAlgorithms); ++i) {
         const X509_ALGOR* algorithm = sk_X509_ALGOR_value(data.digestAlgorithms, i);
-        if (!HashOf(algorithm) || !HasNoParameters(algorithm)) return kServiceAlgorithmUnknown;
+        const std::optional<HashAlgorithm> hash = HashOf(algorithm);
+        if (!hash || !HasNoParameters(algorithm)) return kServiceAlgorithmUnknown;
+        named.push_back(*hash);
     }
     return kServiceOk;
-}
-
-bool NamesDigest(const SignedData& data, const X509_ALGOR* wanted) {
-    for (int i = 0; i < sk_X509_ALGOR_num(data.digestAlgorithms); ++i) {
-        if (HashOf(sk_X509_ALGOR_value(data.digestAlgorithms, i)) == HashOf(wanted)) return true;
-    }
-    return false;
 }
 
 }  // namespace
@@ -242,15 +269,18 @@ int SignedMessage::VerifyDigest(std::string_view digest) const { return Verify(d
 
 int SignedMessage::Verify(std::string_view bytes, bool fromData) const {
     const SignedData& data = m_content->Data();
-    if (const int code = CheckDigestAlgorithms(data)) return code;
+    std::vector<HashAlgorithm> named;
+    if (const int code = ReadDigestAlgorithms(data, named)) return code;
+    Subject subject(bytes, fromData);
     for (int i = 0; i < sk_SignerInfo_num(data.signers); ++i) {
         const SignerInfo* signer = sk_SignerInfo_value(data.signers, i);
         const X509* certificate = m_content->CertificateOf(*signer->id);
         if (!certificate) return kServiceSignerMissing;
-        if (!NamesDigest(data, signer->digestAlgorithm)) return kServiceMessageDamaged;
+        if (std::find(named.begin(), named.end(), HashOf(signer->digestAlgorithm)) == named.end())
+            return kServiceMessageDamaged;
         EVP_PKEY* key = X509_get0_pubkey(certificate);
         if (!key) return kServiceAlgorithmUnknown;
-        const int code = VerifySigner(*signer, key, data.content->type, Subject{bytes, fromData});
+        const int code = VerifySigner(*signer, key, data.content->type, subject);
         if (code) return code;
     }
     return kServiceOk;

@@ -30,7 +30,8 @@ int MakeSignedMessage(X509* certificate, HashAlgorithm hash, std::string_view di
 // without signed attributes, in BER, and with bytes behind it.
 class SignedMessage {
 public:
-    // Null if no message with a signer can be read. Certificates that `known` holds aren't decoded
+    // Null if no message with a signer can be read, or one with more than 64 signers, 16 digest
+    // algorithms or 256 certificates. Certificates that `known` holds aren't decoded
     // again, and those that it doesn't are put there.
     static std::unique_ptr<SignedMessage> Parse(std::string_view message,
                                                 CertificateCache* known = nullptr);
