@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -89,6 +91,26 @@ const ASN1_TYPE* AttributeValue(STACK_OF(X509_ATTRIBUTE) * attributes, int kind)
     return nullptr;
 }
 
+// Of these a signer has one, with one value, or none (RFC 5652, section 11; RFC 2634, section 5.4;
+// RFC 5035, section 3): of several one reader takes the first and another the last, and so two data
+// would have one signature.
+constexpr int kSingleAttributes[] = {NID_pkcs9_contentType, NID_pkcs9_messageDigest,
+                                     NID_pkcs9_signingTime, NID_id_smime_aa_signingCertificate,
+                                     NID_id_smime_aa_signingCertificateV2};
+
+bool AreUnambiguous(const STACK_OF(X509_ATTRIBUTE) * attributes) {
+    std::set<int> seen;
+    for (int i = 0; i < sk_X509_ATTRIBUTE_num(attributes); ++i) {
+        X509_ATTRIBUTE* attribute = sk_X509_ATTRIBUTE_value(attributes, i);
+        const int kind = OBJ_obj2nid(X509_ATTRIBUTE_get0_object(attribute));
+        const bool single = std::find(std::begin(kSingleAttributes), std::end(kSingleAttributes),
+                                      kind) != std::end(kSingleAttributes);
+        if (!single) continue;
+        if (X509_ATTRIBUTE_count(attribute) != 1 || !seen.insert(kind).second) return false;
+    }
+    return true;
+}
+
 std::vector<std::string> AttributeValues(STACK_OF(X509_ATTRIBUTE) * attributes, int kind) {
     std::vector<std::string> values;
     for (int i = 0; i < sk_X509_ATTRIBUTE_num(attributes); ++i) {
@@ -134,6 +156,7 @@ int VerifySigner(const SignerInfo& signer, EVP_PKEY* key, const ASN1_OBJECT* con
         return subject.IsData() && IsAmbiguous(subject.Bytes()) ? kServiceDataAmbiguous
                                                                 : kServiceOk;
     }
+    if (!AreUnambiguous(signer.signedAttributes)) return kServiceMessageDamaged;
     const ASN1_TYPE* digest = AttributeValue(signer.signedAttributes, NID_pkcs9_messageDigest);
     if (!digest || digest->type != V_ASN1_OCTET_STRING || !ContentTypeAgrees(signer, contentType)) {
         return kServiceMessageDamaged;

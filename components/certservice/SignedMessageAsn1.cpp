@@ -50,7 +50,7 @@ ASN1_SEQUENCE(SignedContentInfo) = {
 } ASN1_SEQUENCE_END(SignedContentInfo)
 
 ASN1_ITEM_TEMPLATE(SortedAttributes) =
-    ASN1_EX_TEMPLATE_TYPE(ASN1_TFLG_SET_ORDER, 0, SortedAttributes, X509_ATTRIBUTE)
+    ASN1_EX_TEMPLATE_TYPE(ASN1_TFLG_SET_OF, 0, SortedAttributes, X509_ATTRIBUTE)
 static_ASN1_ITEM_TEMPLATE_END(SortedAttributes)
 
 ASN1_ITEM_TEMPLATE(AttributesAsRead) =

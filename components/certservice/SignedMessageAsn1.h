@@ -67,6 +67,6 @@ using SignerInfoHandle = OpenSslHandle<SignerInfo, SignerInfo_free>;
 using SignedContentHandle = OpenSslHandle<SignedContentInfo, SignedContentInfo_free>;
 
 // The attributes as the signature is over them, a SET: in the order of DER, and in the order in
-// which they came in.
+// which they came in, which they keep either way.
 std::string EncodeSortedAttributes(STACK_OF(X509_ATTRIBUTE) * attributes);
 std::string EncodeAttributesAsRead(STACK_OF(X509_ATTRIBUTE) * attributes);

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
+#include <vector>
 
 #include "components/certservice/DevelopmentCa.h"
 #include "components/certservice/ServiceCodes.h"
@@ -12,10 +14,25 @@
 namespace {
 
 constexpr HashAlgorithm kHash = HashAlgorithm::kSha256;
+constexpr int kFirstId = NID_id_smime_aa_signingCertificate;
+constexpr int kSecondId = NID_id_smime_aa_signingCertificateV2;
 constexpr std::time_t kNow = 1'781'524'800;
 
 using AlgorithmHandle = OpenSslHandle<X509_ALGOR, X509_ALGOR_free>;
 using AnyHandle = OpenSslHandle<ASN1_TYPE, ASN1_TYPE_free>;
+
+// Its kind and its values, which are octets.
+using AttributePlan = std::pair<int, std::vector<std::string>>;
+
+X509_ATTRIBUTE* MakeAttribute(int kind, const std::vector<std::string>& values) {
+    X509_ATTRIBUTE* attribute = X509_ATTRIBUTE_new();
+    X509_ATTRIBUTE_set1_object(attribute, OBJ_nid2obj(kind));
+    for (const std::string& value : values) {
+        X509_ATTRIBUTE_set1_data(attribute, V_ASN1_OCTET_STRING, value.data(),
+                                 static_cast<int>(value.size()));
+    }
+    return attribute;
+}
 
 class MessagePartsTest : public testing::Test {
 protected:
@@ -69,6 +86,27 @@ protected:
         }));
     }
 
+    // The same with further signed attributes, in front of the others or behind them.
+    std::string MessageWith(const std::vector<AttributePlan>& plans, bool inFront) const {
+        return Message([&](SignedData& data) {
+            SignerInfo* signer = sk_SignerInfo_value(data.signers, 0);
+            for (const auto& [kind, values] : plans) {
+                sk_X509_ATTRIBUTE_insert(signer->signedAttributes, MakeAttribute(kind, values),
+                                         inFront ? 0 : -1);
+            }
+            const std::string signature =
+                SignData(m_key.get(), kHash, EncodeSortedAttributes(signer->signedAttributes));
+            ASN1_OCTET_STRING_set(signer->signature,
+                                  reinterpret_cast<const unsigned char*>(signature.data()),
+                                  static_cast<int>(signature.size()));
+        });
+    }
+    int VerifyWith(const std::vector<AttributePlan>& plans) const {
+        const int code = Verify(MessageWith(plans, true));
+        EXPECT_EQ(Verify(MessageWith(plans, false)), code);
+        return code;
+    }
+
     std::unique_ptr<DevelopmentCa> m_authority =
         DevelopmentCa::Make(KeyKind::kRsa, {.commonName = "Authority"});
     KeyHandle m_key{GenerateKey(KeyKind::kRsa, 2048)};
@@ -90,6 +128,46 @@ TEST_F(MessagePartsTest, UpTo16DigestAlgorithmsAreTaken) {
 TEST_F(MessagePartsTest, UpTo256CertificatesAreTaken) {
     EXPECT_EQ(VerifyWithCertificates(256), kServiceOk);
     EXPECT_EQ(VerifyWithCertificates(257), kServiceMessageDamaged);
+}
+
+TEST_F(MessagePartsTest, OneSignatureIsNotOverTwoDocuments) {
+    const std::vector<AttributePlan> other = {
+        {NID_pkcs9_messageDigest, {Digest(kHash, "other data")}}};
+    for (const bool inFront : {true, false}) {
+        const std::string message = MessageWith(other, inFront);
+        EXPECT_EQ(Verify(message, "data"), kServiceMessageDamaged);
+        EXPECT_EQ(Verify(message, "other data"), kServiceMessageDamaged);
+    }
+}
+
+TEST_F(MessagePartsTest, AnAttributeThatHasToBeSingleStandsOnceWithOneValue) {
+    EXPECT_EQ(VerifyWith({}), kServiceOk);
+    for (const int kind : {NID_pkcs9_contentType, NID_pkcs9_messageDigest, NID_pkcs9_signingTime}) {
+        EXPECT_EQ(VerifyWith({{kind, {"x"}}}), kServiceMessageDamaged) << kind;
+    }
+    for (const int kind : {kFirstId, kSecondId}) {
+        EXPECT_EQ(VerifyWith({{kind, {"x"}}}), kServiceOk) << kind;
+        EXPECT_EQ(VerifyWith({{kind, {"x", "y"}}}), kServiceMessageDamaged) << kind;
+        EXPECT_EQ(VerifyWith({{kind, {"x"}}, {kind, {"y"}}}), kServiceMessageDamaged) << kind;
+    }
+}
+
+TEST_F(MessagePartsTest, AttributesOfOtherKindsMayStandTwice) {
+    EXPECT_EQ(VerifyWith({{kFirstId, {"x"}}, {kSecondId, {"x"}}}), kServiceOk);
+    EXPECT_EQ(VerifyWith({{NID_description, {"x"}}, {NID_description, {"y", "z"}}}), kServiceOk);
+}
+
+TEST_F(MessagePartsTest, AttributesKeepTheirOrderWhenTheyAreSorted) {
+    const std::string message = MessageWith({{NID_description, {"a long one, sorted last"}}}, true);
+    const auto* at = reinterpret_cast<const unsigned char*>(message.data());
+    const SignedContentHandle read(
+        d2i_SignedContentInfo(nullptr, &at, static_cast<long>(message.size())));
+    STACK_OF(X509_ATTRIBUTE)* attributes =
+        sk_SignerInfo_value(read->signedData->signers, 0)->signedAttributes;
+    sk_X509_ATTRIBUTE_unshift(attributes, sk_X509_ATTRIBUTE_pop(attributes));
+    const std::string asRead = EncodeAttributesAsRead(attributes);
+    EXPECT_NE(EncodeSortedAttributes(attributes), asRead);
+    EXPECT_EQ(EncodeAttributesAsRead(attributes), asRead);
 }
 
 }  // namespace
