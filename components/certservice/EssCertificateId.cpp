@@ -79,7 +79,7 @@ bool NamesCertificate(std::string_view signingCertificate, HashAlgorithm default
     if (!hash) return false;
     const std::string_view told(reinterpret_cast<const char*>(ASN1_STRING_get0_data(id->hash)),
                                 static_cast<size_t>(ASN1_STRING_length(id->hash)));
-    if (told != Digest(*hash, DerOf<i2d_X509>(certificate))) return false;
+    if (!IsDigest(told, *hash, DerOf<i2d_X509>(certificate))) return false;
     if (!id->issuerSerial) return true;
     return IsIssuer(id->issuerSerial->issuer, certificate) &&
            ASN1_INTEGER_cmp(id->issuerSerial->serial, X509_get0_serialNumber(certificate)) == 0;

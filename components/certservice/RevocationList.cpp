@@ -174,5 +174,7 @@ bool RevocationList::IsCurrent(std::time_t now) const {
     const ASN1_TIME* from = X509_CRL_get0_lastUpdate(m_list.get());
     const ASN1_TIME* to = X509_CRL_get0_nextUpdate(m_list.get());
     if (ASN1_TIME_cmp_time_t(from, now) > 0) return false;
-    return !to || ASN1_TIME_cmp_time_t(to, now) >= 0;
+    // A list that doesn't say when the next one comes (RFC 5280, section 5.1.2.5, wants it) would
+    // vouch for ever, also for what a later one revokes.
+    return to && ASN1_TIME_cmp_time_t(to, now) >= 0;
 }

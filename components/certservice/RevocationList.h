@@ -13,8 +13,9 @@ enum class Revocation {
     kOtherIssuer,  // the list isn't this issuer's and says nothing about the certificate
     kGood,
     kRevoked,
-    // The list can't be relied on: wrong signature, out of date, a delta list, no CA's, with a
-    // critical extension that isn't known, or for other certificates (issuingDistributionPoint).
+    // The list can't be relied on: wrong signature, out of date or without a date, a delta list, no
+    // CA's, with a critical extension that isn't known, or for other certificates
+    // (issuingDistributionPoint).
     kUndecided,
 };
 

@@ -51,6 +51,8 @@ public:
         return m_fromData ? For(key, hash) : std::string(m_bytes);
     }
     bool HasDigest(EVP_PKEY* key, HashAlgorithm hash, std::string_view digest) {
+        // A digest that can't be made is empty.
+        if (digest.empty()) return false;
         if (!m_fromData) return digest == m_bytes;
         if (digest == For(nullptr, hash)) return true;
         return KindOfKey(key) == KeyKind::kSm2 && digest == For(key, hash);

@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <cstdio>
 
 #include "components/certservice/Certificate.h"
@@ -35,19 +36,27 @@ std::string HexOf(const ASN1_INTEGER* number) {
     return value ? TakeText(BN_bn2hex(value.get())) : std::string();
 }
 
-// Seconds with six digits behind the point.
+// A part that isn't there is 0. False for one that is negative or above `highest`.
+bool PartOf(const ASN1_INTEGER* number, std::int64_t highest, std::int64_t& value) {
+    value = 0;
+    if (!number) return true;
+    return ASN1_INTEGER_get_int64(&value, number) == 1 && value >= 0 && value <= highest;
+}
+
+// Seconds with six digits behind the point; empty if a part is none of RFC 3161 (section 2.4.2).
 std::string AccuracyText(const TS_ACCURACY* accuracy) {
-    if (!accuracy) return {};
-    const auto part = [](const ASN1_INTEGER* number) {
-        std::int64_t value = 0;
-        return number && ASN1_INTEGER_get_int64(&value, number) == 1 ? value : 0;
-    };
-    const std::int64_t fraction =
-        part(TS_ACCURACY_get_millis(accuracy)) * 1000 + part(TS_ACCURACY_get_micros(accuracy));
+    constexpr std::int64_t kMostThousandths = 999;
+    std::int64_t seconds = 0;
+    std::int64_t millis = 0;
+    std::int64_t micros = 0;
+    if (!accuracy || !PartOf(TS_ACCURACY_get_seconds(accuracy), INT64_MAX, seconds) ||
+        !PartOf(TS_ACCURACY_get_millis(accuracy), kMostThousandths, millis) ||
+        !PartOf(TS_ACCURACY_get_micros(accuracy), kMostThousandths, micros)) {
+        return {};
+    }
     char text[64];
-    std::snprintf(text, sizeof text, "%lld.%06lld",
-                  static_cast<long long>(part(TS_ACCURACY_get_seconds(accuracy))),
-                  static_cast<long long>(fraction));
+    std::snprintf(text, sizeof text, "%lld.%03lld%03lld", static_cast<long long>(seconds),
+                  static_cast<long long>(millis), static_cast<long long>(micros));
     return text;
 }
 

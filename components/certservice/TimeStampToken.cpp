@@ -111,7 +111,7 @@ int TimeStampToken::CheckImprint(std::string_view bytes) const {
     const std::optional<HashAlgorithm> hash = ImprintHash();
     if (!hash || !IsCollisionResistant(*hash)) return kServiceTimeStampAlgorithmUnknown;
     TS_MSG_IMPRINT* imprint = TS_TST_INFO_get_msg_imprint(m_info.get());
-    return BytesOf(TS_MSG_IMPRINT_get_msg(imprint)) == Digest(*hash, bytes)
+    return IsDigest(BytesOf(TS_MSG_IMPRINT_get_msg(imprint)), *hash, bytes)
                ? kServiceOk
                : kServiceTimeStampMismatch;
 }

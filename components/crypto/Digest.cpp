@@ -60,6 +60,10 @@ std::string Digest(HashAlgorithm algorithm, std::string_view data) {
     return std::string(Bytes(out, size));
 }
 
+bool IsDigest(std::string_view told, HashAlgorithm algorithm, std::string_view data) {
+    return !told.empty() && told == Digest(algorithm, data);
+}
+
 std::string Sm2Za(const EVP_PKEY* publicKey, std::string_view id) {
     // The id's length is told in bits, in two bytes.
     if (KindOfKey(publicKey) != KeyKind::kSm2 || id.size() >= 8192) return {};

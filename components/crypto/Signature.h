@@ -27,6 +27,9 @@ size_t DigestSize(HashAlgorithm algorithm);
 // The plain hash of `data`; empty if the algorithm can't be had.
 std::string Digest(HashAlgorithm algorithm, std::string_view data);
 
+// Is `told` the plain hash of `data`? A hash that can't be made is nobody's.
+bool IsDigest(std::string_view told, HashAlgorithm algorithm, std::string_view data);
+
 // The 32 bytes ZA of GB/T 32918.2, section 5.5: the hash over the signer's id, the curve and the
 // public key. Empty for a key that isn't SM2 and for an id of 8192 bytes and more.
 std::string Sm2Za(const EVP_PKEY* publicKey, std::string_view id = kSm2DefaultId);

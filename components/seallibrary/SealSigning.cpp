@@ -76,6 +76,7 @@ int CSealSigning::Obtain(const SealSignRequest& request) {
     const auto time = ReadHostTime(request.time);
     if (!time) return kSealBadArgument;
     const std::string digest = RequestDigest(request);
+    if (digest.empty()) return kSealNoMemory;
     const bool kept = !m_signature.empty() && digest == m_requestDigest && *time >= m_time &&
                       *time - m_time <= kKeptSeconds;
     if (kept) return kSealOk;

@@ -62,7 +62,9 @@ std::string TstInfo(const TokenPlan& plan) {
         Integer(1) + Oid("1.2.3.4.5") +
         Sequence(HashAlgorithmOf(plan.imprintHash) + DerElement(kOctets, plan.imprint)) +
         Integer(0x4D) + DerElement(kGeneralizedTime, TimeText(plan)) +
-        Sequence(Integer(2) + DerElement(0x80, "\x05") + DerElement(0x81, "\x07")) +
+        Sequence(plan.accuracy.empty()
+                     ? Integer(2) + DerElement(0x80, "\x05") + DerElement(0x81, "\x07")
+                     : plan.accuracy) +
         DerElement(kBerInteger, "\x12\x34\x56\x78\x12\x34\x56\x78");
     if (!plan.authorityName.empty()) {
         info += DerElement(kBerContext0, DerElement(kDirectoryName, Name(plan.authorityName)));

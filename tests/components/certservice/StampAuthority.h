@@ -23,6 +23,7 @@ struct TokenPlan {
     std::vector<std::string> otherCertificates{};  // DER
     std::string digest{};                          // a messageDigest of one's own
     std::string contentType = "1.2.840.113549.1.9.16.1.4";
+    std::string accuracy{};       // contents of the Accuracy; empty: 2 s, 5 ms, 7 us
     std::string extensions{};     // DER of [1] in the TSTInfo
     std::string authorityName{};  // common name in the TSTInfo's tsa; empty: none
 };

@@ -264,4 +264,28 @@ TEST_F(TimeStampTest, ATokensFieldsAreTold) {
     EXPECT_EQ(StampField(bare, 1).data, "20270115080000.25Z");
 }
 
+TEST_F(TimeStampTest, AnAccuracyWithOtherThanThousandthsIsLeftOut) {
+    constexpr unsigned char kMillis = 0x80;
+    constexpr unsigned char kMicros = 0x81;
+    const std::string message = Message();
+    const StampAuthority stamper = Stamper(KeyKind::kRsa);
+    const auto told = [&](const std::string& accuracy) {
+        const std::string token =
+            stamper.Token({.imprint = Imprint(message), .accuracy = accuracy});
+        return StampField(StampMessage(message, token), 9);
+    };
+    EXPECT_EQ(told(DerElement(kMillis, "\x03\xE7")), (Answer{0, "0.999000"}));
+    EXPECT_EQ(told(DerElement(kMicros, "\x03\xE7")), (Answer{0, "0.000999"}));
+    EXPECT_EQ(told(DerElement(kBerInteger, "\x3C")), (Answer{0, "60.000000"}));
+    const std::string largest = "\x7F" + std::string(7, '\xFF');
+    EXPECT_EQ(told(DerElement(kBerInteger, largest)).data, "9223372036854775807.000000");
+    for (const std::string& number : {std::string("\x03\xE8"), std::string("\xFF"), largest,
+                                      "\x40" + std::string(7, '\0'), "\x01" + largest}) {
+        EXPECT_EQ(told(DerElement(kMillis, number)), (Answer{0, ""}));
+        EXPECT_EQ(told(DerElement(kMicros, number)), (Answer{0, ""}));
+    }
+    EXPECT_EQ(told(DerElement(kBerInteger, "\xFF")), (Answer{0, ""}));
+    EXPECT_EQ(told(DerElement(kBerInteger, "\x01" + largest)), (Answer{0, ""}));
+}
+
 }  // namespace

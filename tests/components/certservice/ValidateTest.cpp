@@ -291,6 +291,36 @@ TEST_F(ValidateTest, AListOutOfDateStillRevokesButVouchesForNobody) {
     EXPECT_EQ(Validate(m_context, other), -1);
 }
 
+// A list of that authority, with an RSA key, that doesn't say when the next one comes.
+std::string EndlessList(const DevelopmentCa& authority, std::time_t from, long revokedSerial) {
+    const CertificateHandle issuer = ParseCertificate(authority.Certificate());
+    const RevocationListHandle list(X509_CRL_new());
+    const OpenSslHandle<ASN1_TIME, ASN1_TIME_free> time(ASN1_TIME_set(nullptr, from));
+    X509_CRL_set_version(list.get(), X509_CRL_VERSION_2);
+    X509_CRL_set_issuer_name(list.get(), X509_get_subject_name(issuer.get()));
+    X509_CRL_set1_lastUpdate(list.get(), time.get());
+    X509_REVOKED* entry = X509_REVOKED_new();
+    const OpenSslHandle<ASN1_INTEGER, ASN1_INTEGER_free> serial(ASN1_INTEGER_new());
+    ASN1_INTEGER_set(serial.get(), revokedSerial);
+    X509_REVOKED_set_serialNumber(entry, serial.get());
+    X509_REVOKED_set_revocationDate(entry, time.get());
+    X509_CRL_add0_revoked(list.get(), entry);
+    X509_CRL_sign(list.get(), authority.Key(), EVP_sha256());
+    return DerOf<i2d_X509_CRL>(list.get());
+}
+
+TEST_F(ValidateTest, AListThatDoesNotSayWhenTheNextOneComesStillRevokesButVouchesForNobody) {
+    const DevelopmentCa& authority = Authority(KeyKind::kRsa);
+    const std::string revoked = MakeCertificate(KeyKind::kRsa, Named("1234"));
+    const std::string other = MakeCertificate(KeyKind::kRsa, Named("5678"));
+    ASSERT_EQ(SetRevocationList(m_context, EndlessList(authority, m_now - kHour, 0x1234)), 0);
+    EXPECT_EQ(Validate(m_context, revoked), -3);
+    EXPECT_EQ(Validate(m_context, other), -1);
+    ASSERT_EQ(SetRevocationList(m_context, List(authority, "1234")), 0);
+    EXPECT_EQ(Validate(m_context, revoked), -3);
+    EXPECT_EQ(Validate(m_context, other), 0);
+}
+
 TEST_F(ValidateTest, ACertificateSignedWithAHashThatCanBeForgedIsUntrusted) {
     const DevelopmentCa& authority = Authority(KeyKind::kRsa);
     const CertificateHandle certificate =

@@ -207,4 +207,14 @@ TEST_F(SignatureTest, NothingIsSignedOrVerifiedWithoutAKeyThatIsKnown) {
     EXPECT_EQ(GenerateKey(KeyKind::kOther, 2048), nullptr);
 }
 
+TEST(DigestTest, ADigestThatCannotBeMadeIsNobodys) {
+    const auto unknown = static_cast<HashAlgorithm>(0x7F);
+    EXPECT_EQ(Digest(unknown, "data"), "");
+    EXPECT_FALSE(IsDigest("", unknown, "data"));
+    EXPECT_FALSE(IsDigest("", HashAlgorithm::kSha256, "data"));
+    EXPECT_FALSE(IsDigest(Digest(HashAlgorithm::kSha256, "data."), HashAlgorithm::kSha256, "data"));
+    EXPECT_TRUE(IsDigest(Digest(HashAlgorithm::kSha256, "data"), HashAlgorithm::kSha256, "data"));
+    EXPECT_TRUE(IsDigest(Digest(HashAlgorithm::kSm3, ""), HashAlgorithm::kSm3, ""));
+}
+
 }  // namespace
