@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <future>
-#include <latch>
 #include <thread>
 #include <vector>
 
@@ -271,9 +271,12 @@ TEST_F(TransportTest, AnAnswerThatWasSlowOutlivesTheContextsThatWereBegunMeanwhi
 
 // Both servers wait until both requests are there.
 TEST_F(TransportTest, TwoExchangesRunAtATime) {
-    std::latch both(2);
-    const auto answer = [&both](const Request& request) {
-        both.arrive_and_wait();
+    std::atomic<int> arrived = 0;
+    std::promise<void> bothCame;
+    const std::shared_future<void> both = bothCame.get_future().share();
+    const auto answer = [&](const Request& request) {
+        if (++arrived == 2) bothCame.set_value();
+        both.wait();
         return Echo(request);
     };
     const LoopbackServer first(answer);

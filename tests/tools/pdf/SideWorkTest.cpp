@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <future>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -51,33 +52,26 @@ TEST(SideWorkWithoutFinishTest, PiecesThatNobodyHasBegunAreNeverDone) {
 }
 
 TEST(SideWorkWithoutFinishTest, APieceThatHasBegunIsWaitedFor) {
-    std::atomic<bool> begun = false;
+    std::promise<void> begun;
     std::atomic<bool> done = false;
     {
         CSideWork work(1, [&](std::size_t) {
-            begun = true;
-            begun.notify_one();
+            begun.set_value();
             // Longer than it takes to leave the block.
             for (int i = 0; i < 1000; ++i) std::this_thread::yield();
             done = true;
         });
         work.Begin();
-        begun.wait(false);
+        begun.get_future().wait();
     }
     EXPECT_TRUE(done);
 }
 
 TEST(SideWorkWithoutFinishTest, TheThreadDoesWhatItsMakerIsTooBusyFor) {
-    std::atomic<std::size_t> done = 0;
-    std::thread::id worker;
-    CSideWork work(1, [&](std::size_t) {
-        worker = std::this_thread::get_id();
-        done = 1;
-        done.notify_one();
-    });
+    std::promise<std::thread::id> worker;
+    CSideWork work(1, [&](std::size_t) { worker.set_value(std::this_thread::get_id()); });
     work.Begin();
-    done.wait(0);
-    EXPECT_NE(worker, std::this_thread::get_id());
+    EXPECT_NE(worker.get_future().get(), std::this_thread::get_id());
     work.Finish();
 }
 

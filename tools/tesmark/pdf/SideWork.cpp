@@ -11,14 +11,18 @@ void CSideWork::Begin() {
 
 void CSideWork::Finish() {
     RunPieces();
-    for (std::size_t done = m_done; done != m_count; done = m_done) m_done.wait(done);
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_done == m_count; });
+    }
     if (m_failure) std::rethrow_exception(m_failure);
 }
 
 void CSideWork::RunPieces() {
     for (std::size_t number = m_next++; number < m_count; number = m_next++) {
         Run(number);
-        if (++m_done == m_count) m_done.notify_one();
+        const std::lock_guard lock(m_mutex);
+        if (++m_done == m_count) m_changed.notify_one();
     }
 }
 

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstddef>
 #include <exception>
 #include <functional>
+#include <mutex>
 
 #include "platform/SideThread.h"
 
@@ -31,7 +33,11 @@ private:
     const std::size_t m_count;
     const std::function<void(std::size_t)> m_piece;
     std::atomic<std::size_t> m_next = 0;
-    std::atomic<std::size_t> m_done = 0;
+    // Not waited for as an atomic: where the system has no such wait GCC 12's library loses a
+    // wake-up that comes between its look at the number and its sleep.
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::size_t m_done = 0;
     std::atomic_flag m_hasFailed;
     std::exception_ptr m_failure;
     platform::SideThread m_thread;  // before the others go, it has ended
