@@ -97,15 +97,6 @@ protected:
         return SignedUpdate(pdf, all, trailer);
     }
 
-    PdfSignatures Read(const std::string& pdf) const {
-        WriteFile(Path("read.pdf"), pdf);
-        PdfSignatures found;
-        std::string message;
-        EXPECT_EQ(ReadPdfSignatures(Path("read.pdf"), found, message), StampError::kNone)
-            << message;
-        return found;
-    }
-
     // Behind the first signature.
     std::vector<int> Altered(const std::string& pdf) const {
         const auto found = Read(pdf);

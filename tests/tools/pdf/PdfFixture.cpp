@@ -181,6 +181,14 @@ StampResult PdfFixture::Stamp(const StampRequest& request) const {
     return result;
 }
 
+PdfSignatures PdfFixture::Read(std::string_view bytes) const {
+    WriteFile(Path("read.pdf"), bytes);
+    PdfSignatures found;
+    std::string message;
+    EXPECT_EQ(ReadPdfSignatures(Path("read.pdf"), found, message), StampError::kNone) << message;
+    return found;
+}
+
 std::string PdfFixture::PdfSig(const std::string& path) const {
     return RunCommand({"pdfsig", path});
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "pdf/PdfSignatures.h"
 #include "pdf/PdfStamp.h"
 #include "support/TemporaryFolder.h"
 
@@ -46,6 +47,8 @@ protected:
     // pdfsig calls its last signature valid and its total document signed.
     void ExpectSound(const StampRequest& request) const;
     std::string PdfSig(const std::string& path) const;
+    // The signatures of a PDF of these bytes; expects no failure.
+    PdfSignatures Read(std::string_view bytes) const;
     // Names in the folder, sorted.
     std::vector<std::string> Listing() const;
 

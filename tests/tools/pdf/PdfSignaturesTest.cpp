@@ -24,15 +24,6 @@ protected:
         return bytes;
     }
 
-    PdfSignatures Read(std::string_view bytes) const {
-        WriteFile(Path("read.pdf"), bytes);
-        PdfSignatures found;
-        std::string message;
-        EXPECT_EQ(ReadPdfSignatures(Path("read.pdf"), found, message), StampError::kNone)
-            << message;
-        return found;
-    }
-
     StampError Refusal(std::string_view bytes, std::string* told = nullptr) const {
         WriteFile(Path("read.pdf"), bytes);
         PdfSignatures found;

@@ -90,15 +90,6 @@ protected:
         return update.Ended();
     }
 
-    PdfSignatures Read(const std::string& pdf) const {
-        WriteFile(Path("read.pdf"), pdf);
-        PdfSignatures found;
-        std::string message;
-        EXPECT_EQ(ReadPdfSignatures(Path("read.pdf"), found, message), StampError::kNone)
-            << message;
-        return found;
-    }
-
     // What stands behind the first signature.
     bool IsCompared(const std::string& pdf) const {
         const auto found = Read(pdf);

@@ -18,8 +18,7 @@ class CPdfBase {
 public:
     // To be stamped: an encrypted file is refused, as an update would have to be encrypted too.
     // Throws CPdfFailure: kInputUnreadable, kNotPdf, kDamaged (also where !ReadsPlainly()),
-    // kEncrypted. Reads the ends of the
-    // file and its cross-reference sections, not its streams.
+    // kEncrypted. Reads the ends of the file and its cross-reference sections, not its streams.
     explicit CPdfBase(const std::string& path);
     // To be read only, from the bytes of the whole file, which must outlive it: what is encrypted
     // is refused if it asks for a password.
