@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "pdf/PdfKey.h"
 #include "pdf/SecurityStore.h"
 
 namespace {
@@ -16,10 +17,6 @@ const Keys kFieldKeys = {
     "/Type", "/FT", "/T",      "/TU",   "/TM", "/F",  "/Ff",      "/P",           "/Rect", "/V",
     "/AP",   "/AS", "/M",      "/DA",   "/DR", "/MK", "/BS",      "/Border",      "/NM",   "/Lock",
     "/SV",   "/Q",  "/Parent", "/Kids", "/C",  "/H",  "/Subtype", "/StructParent"};
-
-QPDFObjectHandle KeyOf(QPDFObjectHandle object, const char* key) {
-    return object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
-}
 
 bool IsNamed(QPDFObjectHandle object, const char* key, const char* name) {
     auto value = KeyOf(object, key);

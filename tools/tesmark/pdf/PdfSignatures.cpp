@@ -6,6 +6,7 @@
 #include "pdf/PdfBase.h"
 #include "pdf/PdfChanges.h"
 #include "pdf/PdfFailure.h"
+#include "pdf/PdfKey.h"
 #include "pdf/RangeBinding.h"
 #include "pdf/SignedRange.h"
 #include "pdf/WidgetPages.h"
@@ -22,10 +23,6 @@ constexpr int kMostCompared = 16;
 
 [[noreturn]] void ThrowFormDamaged() {
     throw CPdfFailure(StampError::kDamaged, "The PDF is damaged: its form can't be followed.");
-}
-
-QPDFObjectHandle KeyOf(QPDFObjectHandle object, const char* key) {
-    return object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
 }
 
 std::string TextOf(QPDFObjectHandle object) {

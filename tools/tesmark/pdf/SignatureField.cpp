@@ -5,6 +5,7 @@
 #include <set>
 
 #include "pdf/PdfFailure.h"
+#include "pdf/PdfKey.h"
 #include "pdf/SealAppearance.h"
 #include "platform/Clock.h"
 
@@ -24,10 +25,6 @@ int PermissionOf(QPDFObjectHandle reference) {
     if (!parameters.isDictionary()) return 2;
     auto permission = parameters.getKey("/P");
     return permission.isInteger() ? permission.getIntValueAsInt() : 2;
-}
-
-QPDFObjectHandle KeyOf(QPDFObjectHandle object, const char* key) {
-    return object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
 }
 
 // `array` with `item` at its end, as text; a new one where there is none.

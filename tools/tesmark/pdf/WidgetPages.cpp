@@ -4,6 +4,7 @@
 #include <set>
 
 #include "pdf/PdfFailure.h"
+#include "pdf/PdfKey.h"
 
 namespace {
 
@@ -15,10 +16,6 @@ struct Listing {
     int pages = 0;
 };
 using Listings = std::map<QPDFObjGen, Listing>;
-
-QPDFObjectHandle KeyOf(QPDFObjectHandle object, const char* key) {
-    return object.isDictionary() ? object.getKey(key) : QPDFObjectHandle::newNull();
-}
 
 bool IsCalledPage(QPDFObjectHandle node) {
     auto type = node.getKey("/Type");
